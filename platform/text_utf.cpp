@@ -1,0 +1,132 @@
+// UTF-8 and UTF-16, the same on every platform.
+#include <array>
+
+#include "platform/text.h"
+#include "platform/text_utf.h"
+
+namespace platform {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+// Decodes one code point of UTF-8 (RFC 3629) at `position` and moves behind it; malformed input
+// gives U+FFFD for the longest prefix that could have become a character, as Unicode advises.
+char32_t nextCodePoint(std::string_view text, std::size_t& position) {
+    const auto lead = static_cast<unsigned char>(text[position++]);
+    if (lead < 0x80) {
+        return lead;
+    }
+    std::size_t trailing = 0;
+    char32_t value = 0;
+    unsigned char lowest = 0x80, highest = 0xBF;  // allowed range of the next byte
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        trailing = 1;
+        value = lead & 0x1F;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        trailing = 2;
+        value = lead & 0x0F;
+        lowest = lead == 0xE0 ? 0xA0 : 0x80;
+        highest = lead == 0xED ? 0x9F : 0xBF;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        trailing = 3;
+        value = lead & 0x07;
+        lowest = lead == 0xF0 ? 0x90 : 0x80;
+        highest = lead == 0xF4 ? 0x8F : 0xBF;
+    } else {
+        return kReplacement;
+    }
+    for (; trailing > 0; --trailing) {
+        if (position >= text.size()) {
+            return kReplacement;
+        }
+        const auto byte = static_cast<unsigned char>(text[position]);
+        if (byte < lowest || byte > highest) {
+            return kReplacement;
+        }
+        value = (value << 6) | (byte & 0x3F);
+        lowest = 0x80;
+        highest = 0xBF;
+        ++position;
+    }
+    return value;
+}
+
+void appendUtf8(std::string& out, char32_t value) {
+    if (value < 0x80) {
+        out += static_cast<char>(value);
+    } else if (value < 0x800) {
+        out += static_cast<char>(0xC0 | (value >> 6));
+        out += static_cast<char>(0x80 | (value & 0x3F));
+    } else if (value < 0x10000) {
+        out += static_cast<char>(0xE0 | (value >> 12));
+        out += static_cast<char>(0x80 | ((value >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (value & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (value >> 18));
+        out += static_cast<char>(0x80 | ((value >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((value >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (value & 0x3F));
+    }
+}
+
+std::size_t encodeUtf16(char32_t value, std::array<char16_t, 2>& units) {
+    if (value < 0x10000) {
+        units[0] = static_cast<char16_t>(value);
+        return 1;
+    }
+    units[0] = static_cast<char16_t>(0xD800 + ((value - 0x10000) >> 10));
+    units[1] = static_cast<char16_t>(0xDC00 + ((value - 0x10000) & 0x3FF));
+    return 2;
+}
+
+}  // namespace
+
+std::string toUtf8(std::u16string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t unit = text[i];
+        if (unit < 0xD800 || unit > 0xDFFF) {
+            appendUtf8(out, unit);
+        } else if (unit <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+                   text[i + 1] <= 0xDFFF) {
+            appendUtf8(out, 0x10000u + ((static_cast<char32_t>(unit) - 0xD800u) << 10) +
+                                (static_cast<char32_t>(text[i + 1]) - 0xDC00u));
+            ++i;
+        } else {
+            appendUtf8(out, kReplacement);
+        }
+    }
+    return out;
+}
+
+std::u16string toUtf16(std::string_view text) {
+    std::u16string out;
+    out.reserve(text.size());
+    std::array<char16_t, 2> units{};
+    for (std::size_t position = 0; position < text.size();) {
+        out.append(units.data(), encodeUtf16(nextCodePoint(text, position), units));
+    }
+    return out;
+}
+
+std::size_t decodeUtf8(std::string_view text, std::span<char16_t> out) {
+    if (out.empty()) {
+        return 0;
+    }
+    std::size_t written = 0;
+    std::array<char16_t, 2> units{};
+    for (std::size_t position = 0; position < text.size() && text[position] != '\0';) {
+        const std::size_t count = encodeUtf16(nextCodePoint(text, position), units);
+        if (written + count > out.size() - 1) {
+            break;
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            out[written++] = units[i];
+        }
+    }
+    out[written] = u'\0';
+    return written;
+}
+
+}  // namespace platform
