@@ -28,8 +28,8 @@ std::size_t decodeText(CodePage codePage, std::span<const std::uint8_t> bytes,
         if (byte == 0 || written == out.size() - 1) {
             break;
         }
-        out[written++] = byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80u]
-                                                     : static_cast<char16_t>(byte);
+        out[written++] =
+            byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80u] : static_cast<char16_t>(byte);
     }
     out[written] = u'\0';
     return written;

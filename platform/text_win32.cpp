@@ -28,8 +28,8 @@ std::size_t decodeText(CodePage codePage, std::span<const std::uint8_t> bytes,
     const int units =
         MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, text.data(), static_cast<int>(length),
                             buffer.data(), static_cast<int>(buffer.size()));
-    const std::size_t written = std::min(static_cast<std::size_t>(std::max(units, 0)),
-                                         out.size() - 1);
+    const std::size_t written =
+        std::min(static_cast<std::size_t>(std::max(units, 0)), out.size() - 1);
     std::copy_n(utf16(buffer.data()), written, out.begin());
     out[written] = u'\0';
     return written;

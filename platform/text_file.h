@@ -1,0 +1,30 @@
+// Text files through the C runtime's text mode: line ends are "\n" in memory whatever they are in
+// the file, and characters are wide.
+#pragma once
+
+#include <cstdio>
+#include <string_view>
+
+namespace platform {
+
+class TextReader {
+public:
+    // ok() tells whether the file could be opened.
+    explicit TextReader(const char16_t* path);
+    ~TextReader();
+    TextReader(const TextReader&) = delete;
+    TextReader& operator=(const TextReader&) = delete;
+
+    [[nodiscard]] bool ok() const { return file_ != nullptr; }
+
+    // The next character; false at the end of the file or on a read error.
+    [[nodiscard]] bool next(char16_t& character);
+
+private:
+    std::FILE* file_;
+};
+
+// Replaces the file with `text`; false when it could not be written.
+bool writeTextFile(const char16_t* path, std::u16string_view text);
+
+}  // namespace platform

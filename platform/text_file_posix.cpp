@@ -1,0 +1,46 @@
+// Bytes are taken as characters one by one, as the device's runtime does in its "C" locale, so
+// that what is read is written back unchanged.
+#include "platform/host_path.h"
+#include "platform/text_file.h"
+
+namespace platform {
+
+TextReader::TextReader(const char16_t* path) : file_(std::fopen(hostPath(path).c_str(), "r")) {
+}
+
+TextReader::~TextReader() {
+    if (file_ != nullptr) {
+        std::fclose(file_);
+    }
+}
+
+bool TextReader::next(char16_t& character) {
+    int read = std::fgetc(file_);
+    if (read == '\r') {
+        const int following = std::fgetc(file_);
+        if (following == '\n') {
+            read = following;
+        } else if (following != EOF) {
+            std::ungetc(following, file_);
+        }
+    }
+    character = static_cast<char16_t>(read);
+    return read != EOF;
+}
+
+bool writeTextFile(const char16_t* path, std::u16string_view text) {
+    std::FILE* const file = std::fopen(hostPath(path).c_str(), "w");
+    if (file == nullptr) {
+        return false;
+    }
+    bool written = true;
+    for (const char16_t character : text) {
+        if (character == u'\n') {
+            written = std::fputc('\r', file) != EOF && written;
+        }
+        written = std::fputc(character & 0xFF, file) != EOF && written;
+    }
+    return std::fclose(file) == 0 && written;
+}
+
+}  // namespace platform

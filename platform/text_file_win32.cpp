@@ -1,0 +1,35 @@
+#include <cwchar>
+
+#include "platform/text_file.h"
+#include "platform/wide.h"
+
+namespace platform {
+
+TextReader::TextReader(const char16_t* path) : file_(_wfopen(wide(path), L"rt")) {
+}
+
+TextReader::~TextReader() {
+    if (file_ != nullptr) {
+        std::fclose(file_);
+    }
+}
+
+bool TextReader::next(char16_t& character) {
+    const std::wint_t read = std::fgetwc(file_);
+    character = static_cast<char16_t>(read);
+    return read != WEOF;
+}
+
+bool writeTextFile(const char16_t* path, std::u16string_view text) {
+    std::FILE* const file = _wfopen(wide(path), L"wt");
+    if (file == nullptr) {
+        return false;
+    }
+    bool written = true;
+    for (const char16_t character : text) {
+        written = std::fputwc(static_cast<wchar_t>(character), file) != WEOF && written;
+    }
+    return std::fclose(file) == 0 && written;
+}
+
+}  // namespace platform
