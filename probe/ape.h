@@ -1,0 +1,11 @@
+// Monkey's Audio.
+#pragma once
+
+#include "probe/media_info.h"
+#include "probe/read_window.h"
+
+namespace probe {
+
+int ApeRecognise(MediaInfo& record, ReadWindow& file);
+
+}  // namespace probe

@@ -1,0 +1,52 @@
+// Reading big-endian bit fields out of bytes that are already in memory: the bit streams of
+// MPEG audio and video, H.264, AAC and FLAC.
+//
+// Bits beyond the end are 0; ok() tells whether any was asked for.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace probe {
+
+class BitReader {
+public:
+    explicit BitReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+
+    bool ok() const { return ok_; }
+    std::size_t bitPosition() const { return position_; }
+
+    std::uint32_t bit() {
+        if (position_ >= bytes_.size() * 8) {
+            ok_ = false;
+            return 0;
+        }
+        const std::uint32_t value = (bytes_[position_ / 8] >> (7 - position_ % 8)) & 1u;
+        ++position_;
+        return value;
+    }
+    bool flag() { return bit() != 0; }
+    // `count` is 0 to 32.
+    std::uint32_t bits(unsigned count) {
+        std::uint32_t value = 0;
+        while (count-- > 0) {
+            value = (value << 1) | bit();
+        }
+        return value;
+    }
+    void skip(std::size_t count) {
+        const std::size_t left = bytes_.size() * 8 - position_;
+        ok_ = ok_ && count <= left;
+        position_ += count < left ? count : left;
+    }
+    // To the next byte border; at a border it stays.
+    void align() { skip((8 - position_ % 8) % 8); }
+
+private:
+    std::span<const std::uint8_t> bytes_;
+    std::size_t position_ = 0;
+    bool ok_ = true;
+};
+
+}  // namespace probe

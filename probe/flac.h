@@ -1,0 +1,11 @@
+// FLAC.
+#pragma once
+
+#include "probe/media_info.h"
+#include "probe/read_window.h"
+
+namespace probe {
+
+int FlacRecognise(MediaInfo& record, ReadWindow& file);
+
+}  // namespace probe

@@ -1,0 +1,11 @@
+// FLV.
+#pragma once
+
+#include "probe/media_info.h"
+#include "probe/read_window.h"
+
+namespace probe {
+
+int FlvRecognise(MediaInfo& record, ReadWindow& file);
+
+}  // namespace probe

@@ -1,0 +1,42 @@
+#include "probe/media_info.h"
+
+#include "probe/read_window.h"
+#include "probe/recognisers.h"
+
+namespace probe {
+namespace {
+
+Result resultFromWindowsError(std::uint32_t error) {
+    const auto number = static_cast<Result>(error);
+    if (number <= 0) {
+        return number;
+    }
+    return static_cast<Result>(0x80070000u | (error & 0xFFFFu));
+}
+
+}  // namespace
+
+Result MediaInfo::Open(const char16_t* path) {
+    fileHandle.reset();
+    std::uint32_t error = 0;
+    fileHandle = platform::openFile(path, error);
+    if (!fileHandle) {
+        return resultFromWindowsError(error);
+    }
+    static_cast<void>(Probe(*fileHandle));
+    fileHandle.reset();
+    return kOk;
+}
+
+Result MediaInfo::Probe(platform::ReadOnlyFile& file) {
+    ReadWindow window(file);
+    for (const Recogniser& recogniser : recognisers()) {
+        const int claimed = recogniser.recognise(*this, window);
+        if (claimed != 0) {
+            return claimed;
+        }
+    }
+    return 0;
+}
+
+}  // namespace probe

@@ -1,0 +1,11 @@
+// MPEG audio.
+#pragma once
+
+#include "probe/media_info.h"
+#include "probe/read_window.h"
+
+namespace probe {
+
+int MpegAudioRecognise(MediaInfo& record, ReadWindow& file);
+
+}  // namespace probe

@@ -1,0 +1,11 @@
+// Ogg.
+#pragma once
+
+#include "probe/media_info.h"
+#include "probe/read_window.h"
+
+namespace probe {
+
+int OggRecognise(MediaInfo& record, ReadWindow& file);
+
+}  // namespace probe

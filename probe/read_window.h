@@ -1,0 +1,66 @@
+// The parsers' view of a file: exact reads at absolute offsets through one window, so that a walk
+// in small steps costs one linear pass and few system calls, and that the ten recognisers share
+// one read of the file's head. The window starts at 4 KiB and doubles while the reads go on
+// where the last one ended, up to 64 KiB. Larger reads go past it straight into the caller's
+// buffer. Lives for one probe; one thread.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "platform/file.h"
+
+namespace probe {
+
+struct ReadCounts {
+    std::uint64_t reads = 0;  // calls of ReadOnlyFile::readAt
+    std::uint64_t bytes = 0;  // bytes that those calls delivered
+};
+
+class ReadWindow {
+public:
+    static constexpr std::size_t kSmallest = 4096;
+    static constexpr std::size_t kLargest = 65536;
+
+    // `file` must outlive the window.
+    explicit ReadWindow(platform::ReadOnlyFile& file) : file_(file) {}
+    ReadWindow(const ReadWindow&) = delete;
+    ReadWindow& operator=(const ReadWindow&) = delete;
+
+    // Size of the file in bytes, asked for once. False when it cannot be told.
+    [[nodiscard]] bool size(std::uint64_t& bytes);
+
+    // Fills `out` from `offset`. False when a read failed or the file ends before.
+    [[nodiscard]] bool readExact(std::uint64_t offset, std::span<std::uint8_t> out);
+
+    // The same, but the end of the file is no failure: `read` tells how much of `out` was filled.
+    [[nodiscard]] bool readUpTo(std::uint64_t offset, std::span<std::uint8_t> out,
+                                std::size_t& read);
+
+    // Shows up to `wanted` bytes (at most kLargest) at `offset` without copying them; fewer only
+    // where the file ends. Valid until the next call. False when a read failed.
+    [[nodiscard]] bool view(std::uint64_t offset, std::size_t wanted,
+                            std::span<const std::uint8_t>& bytes);
+
+    const ReadCounts& counts() const { return counts_; }
+
+private:
+    bool readFile(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read);
+    bool fill(std::uint64_t offset, std::size_t wanted);
+
+    platform::ReadOnlyFile& file_;
+    std::array<std::uint8_t, kSmallest> small_;  // the window while it is small: no allocation
+    std::unique_ptr<std::uint8_t[]> large_;
+    const std::uint8_t* window_ = nullptr;
+    std::uint64_t start_ = 0;
+    std::size_t length_ = 0;
+    std::size_t step_ = 0;
+    std::uint64_t size_ = 0;
+    bool sizeKnown_ = false;
+    ReadCounts counts_;
+};
+
+}  // namespace probe

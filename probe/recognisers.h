@@ -1,0 +1,23 @@
+// The chain of recognisers. Each looks at the head of the file and returns 0, leaving the file to
+// the next one, or claims it: then it fills the record as far as it can and returns 1, whatever
+// its parser came to.
+#pragma once
+
+#include <span>
+
+#include "probe/media_info.h"
+#include "probe/read_window.h"
+
+namespace probe {
+
+struct Recogniser {
+    const char* name;     // "RIFF: AVI and WAVE"
+    const char* looksAt;  // what it decides by, for people
+    int (*recognise)(MediaInfo& record, ReadWindow& file);
+};
+
+// All ten, in the order in which they are tried. The order is required: the MPEG audio scan would
+// claim frames inside other containers if it ran before those with a fixed header.
+std::span<const Recogniser> recognisers();
+
+}  // namespace probe

@@ -1,0 +1,170 @@
+// The record, the dispatcher, the readers: what every container family leans on.
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "probe/bit_reader.h"
+#include "probe/block.h"
+#include "probe/byte_reader.h"
+#include "probe/diagnostics.h"
+#include "probe/four_cc.h"
+#include "probe/recognisers.h"
+#include "probing.h"
+
+namespace probe_test {
+namespace {
+
+TEST(ByteReader, LatchesItsFirstFailure) {
+    const auto bytes = std::to_array<std::uint8_t>({1, 2, 3, 4, 5});
+    probe::ByteReader reader(bytes);
+    EXPECT_EQ(reader.le32(), 0x04030201u);
+    EXPECT_EQ(reader.be16(), 0u);
+    EXPECT_FALSE(reader.ok());
+    EXPECT_EQ(reader.u8(), 0u) << "the byte is there, but the failure holds";
+    EXPECT_EQ(reader.position(), 4u);
+}
+
+TEST(ByteReader, SubCannotSeeBeyondItsEnd) {
+    const auto bytes = std::to_array<std::uint8_t>({1, 2, 3, 4});
+    probe::ByteReader reader(bytes);
+    probe::ByteReader sub = reader.sub(2);
+    EXPECT_EQ(sub.be24(), 0u);
+    EXPECT_FALSE(sub.ok());
+    EXPECT_EQ(reader.be16(), 0x0304u);
+    EXPECT_TRUE(reader.ok());
+}
+
+TEST(ByteReader, CursorReadersAdvanceByEight) {
+    const auto bytes =
+        std::to_array<std::uint8_t>({1, 2, 3, 4, 5, 6, 7, 8, 1, 2, 3, 4, 5, 6, 7, 8});
+    const std::uint8_t* cursor = bytes.data();
+    EXPECT_EQ(probe::ReadLE64(cursor), 0x0807060504030201u);
+    EXPECT_EQ(cursor, bytes.data() + 8);
+    EXPECT_EQ(probe::ReadBE64(cursor), 0x0102030405060708u);
+    EXPECT_EQ(cursor, bytes.data() + 16);
+}
+
+TEST(BitReader, BitsBeyondTheEndAreZero) {
+    const auto bytes = std::to_array<std::uint8_t>({0xA5});
+    probe::BitReader reader(bytes);
+    EXPECT_EQ(reader.bits(4), 0xAu);
+    EXPECT_TRUE(reader.ok());
+    EXPECT_EQ(reader.bits(8), 0x50u);
+    EXPECT_FALSE(reader.ok());
+}
+
+TEST(FourCc, PutsTheFirstLetterHighest) {
+    EXPECT_EQ(probe::fourCc("ftyp"), 0x66747970u);
+    EXPECT_EQ(probe::fourCc("RIFF"), 0x52494646u);
+}
+
+TEST(ReadWindow, ServesAWalkInSmallStepsWithFewReads) {
+    Bytes bytes(200000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<std::uint8_t>(i * 7);
+    }
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    for (std::uint64_t at = 0; at + 8 <= bytes.size(); at += 9) {
+        std::array<std::uint8_t, 8> header;
+        ASSERT_TRUE(window.readExact(at, header));
+        ASSERT_EQ(header[7], bytes[at + 7]);
+    }
+    EXPECT_LE(file.reads, 8u);
+    EXPECT_LE(file.bytesRead, bytes.size() + 8 * 8);
+    EXPECT_EQ(window.counts().reads, file.reads);
+    EXPECT_EQ(window.counts().bytes, file.bytesRead);
+}
+
+TEST(ReadWindow, AnExactReadAcrossTheEndFails) {
+    const Bytes bytes(100, 1);
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    std::array<std::uint8_t, 16> out;
+    std::size_t read = 0;
+    EXPECT_TRUE(window.readExact(84, out));
+    EXPECT_FALSE(window.readExact(85, out));
+    EXPECT_TRUE(window.readUpTo(90, out, read));
+    EXPECT_EQ(read, 10u);
+    EXPECT_TRUE(window.readUpTo(5000, out, read));
+    EXPECT_EQ(read, 0u);
+}
+
+TEST(Block, IsGrantedOnlyAsFarAsTheFileCanFillIt) {
+    EXPECT_TRUE(probe::blockFits(1 << 20, 10));
+    EXPECT_FALSE(probe::blockFits((1 << 20) + 1, 10));
+    EXPECT_TRUE(probe::blockFits((1 << 20) + 1, (1 << 20) + 1));
+    EXPECT_FALSE(probe::blockFits(1ull << 31, 1ull << 40));
+    EXPECT_TRUE(probe::blockFits((1ull << 31) - 1, 1ull << 40));
+}
+
+TEST(Block, BeyondTheEndIsAFailedReadWithoutAnyRead) {
+    const Bytes bytes(100, 1);
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    probe::Block block;
+    EXPECT_EQ(probe::readBlock(window, 50, 51, block), probe::kFail);
+    EXPECT_EQ(probe::readBlock(window, 50, 0x200000, block), probe::kOutOfMemory);
+    EXPECT_EQ(file.reads, 0u);
+    EXPECT_EQ(probe::readBlock(window, 50, 50, block), probe::kOk);
+    EXPECT_EQ(block.size, 50u);
+}
+
+TEST(MediaInfo, IsConstructedWithItsFixedValues) {
+    const probe::MediaInfo info;
+    EXPECT_EQ(info.status, 1);
+    EXPECT_EQ(info.containerType, 0u);
+    EXPECT_EQ(info.genreIndex, -1);
+    EXPECT_EQ(info.hasGenre, 0u);
+    EXPECT_EQ(info.title[0], u'\0');
+    EXPECT_EQ(info.imageBitsPerPixel, 0u);
+    EXPECT_EQ(info.fileHandle, nullptr);
+}
+
+TEST(MediaInfo, OpenOfAMissingFileGivesTheWindowsError) {
+    probe::MediaInfo info;
+    EXPECT_EQ(static_cast<std::uint32_t>(info.Open(u"no-such-file.avi")), 0x80070002u);
+    EXPECT_EQ(info.status, 1);
+    EXPECT_EQ(info.fileSize, 0u);
+    EXPECT_EQ(info.fileHandle, nullptr);
+}
+
+TEST(Dispatcher, AsksTheTenRecognisersInTheirOrder) {
+    const char* const order[] = {"Still images",
+                                 "RIFF: AVI and WAVE",
+                                 "MP4 and 3GP",
+                                 "ASF",
+                                 "Ogg",
+                                 "MPEG program stream",
+                                 "MPEG audio",
+                                 "FLAC",
+                                 "Monkey's Audio",
+                                 "FLV"};
+    ASSERT_EQ(probe::recognisers().size(), std::size(order));
+    for (std::size_t i = 0; i < std::size(order); ++i) {
+        EXPECT_STREQ(probe::recognisers()[i].name, order[i]);
+    }
+}
+
+TEST(Dispatcher, ShortFilesAreRecognisedByNobody) {
+    for (std::size_t size = 0; size < 9; ++size) {
+        Bytes bytes = {'F', 'L', 'V', 1, 5, 0, 0, 0, 9};
+        bytes.resize(size);
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.claimed, 0) << size;
+        EXPECT_EQ(outcome.info->containerType, 0u) << size;
+        EXPECT_EQ(outcome.info->status, 1) << size;
+    }
+}
+
+TEST(Dispatcher, AFileWhoseSizeCannotBeToldIsDeclined) {
+    const Bytes bytes(5000, 'R');
+    TestFile file(bytes);
+    file.sizeFails = true;
+    const Outcome outcome = probeFile(file);
+    EXPECT_EQ(outcome.claimed, 0);
+    EXPECT_EQ(outcome.info->fileSize, 0u);
+}
+
+}  // namespace
+}  // namespace probe_test
