@@ -1,13 +1,13 @@
-// The interfaces of the chip vendor's DirectShow filters, as far as the player calls them. Class and
-// interface identifiers are the contract; of each interface only the leading methods are known, and
-// they are declared here in slot order behind the three of IUnknown. Methods that the player never
-// calls are named after their slot. All methods are called on the player's window thread.
+// The interfaces of the chip vendor's DirectShow filters, as far as the player calls them. Class
+// and interface identifiers are the contract; of each interface only the leading methods are known,
+// and they are declared here in slot order behind the three of IUnknown. Methods that the player
+// never calls are named after their slot. All methods are called on the player's window thread.
 //
 // The player and the simulated filters both build against this header.
 #pragma once
 
-#include <windows.h>
 #include <unknwn.h>
+#include <windows.h>
 
 namespace vendor {
 
@@ -48,13 +48,13 @@ struct CaptionParserControl : IUnknown {
 inline constexpr IID kCaptionRendererStyle = {
     0x6A95946D, 0x2B75, 0x40DA, {0x99, 0xA8, 0xBB, 0xB6, 0x0D, 0x03, 0xB8, 0x67}};
 struct CaptionStyle {
-    DWORD height;           // pixels
-    DWORD weight;           // 400 normal, 700 bold
-    DWORD textColour;       // COLORREF
-    DWORD outlineColour;    // COLORREF
-    DWORD outlineWidth;     // pixels, 0 none
-    DWORD bottomMargin;     // pixels between the last line and the lower edge of the picture
-    DWORD alignment;        // 0 left, 1 centre, 2 right
+    DWORD height;         // pixels
+    DWORD weight;         // 400 normal, 700 bold
+    DWORD textColour;     // COLORREF
+    DWORD outlineColour;  // COLORREF
+    DWORD outlineWidth;   // pixels, 0 none
+    DWORD bottomMargin;   // pixels between the last line and the lower edge of the picture
+    DWORD alignment;      // 0 left, 1 centre, 2 right
 };
 struct CaptionRendererStyle : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE setStyle(const wchar_t* face, const CaptionStyle* style,
