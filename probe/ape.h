@@ -1,4 +1,4 @@
-// Monkey's Audio.
+// Monkey's Audio, with its ID3 version 1 or APE tag.
 #pragma once
 
 #include "probe/media_info.h"
@@ -6,6 +6,8 @@
 
 namespace probe {
 
+// Claims every file of 256 bytes or more that begins with "MAC ". Fills sound format, bit rate,
+// play time and texts; `status` is kOk, or the failure that ended the parse.
 int ApeRecognise(MediaInfo& record, ReadWindow& file);
 
 }  // namespace probe

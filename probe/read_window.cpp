@@ -81,4 +81,9 @@ bool ReadWindow::readExact(std::uint64_t offset, std::span<std::uint8_t> out) {
     return readUpTo(offset, out, read) && read == out.size();
 }
 
+bool ReadWindow::readPast(std::uint64_t offset, std::span<std::uint8_t> out) {
+    std::size_t read = 0;
+    return readFile(offset, out, read) && read == out.size();
+}
+
 }  // namespace probe

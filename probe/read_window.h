@@ -36,7 +36,12 @@ public:
     // Fills `out` from `offset`. False when a read failed or the file ends before.
     [[nodiscard]] bool readExact(std::uint64_t offset, std::span<std::uint8_t> out);
 
-    // The same, but the end of the file is no failure: `read` tells how much of `out` was filled.
+    // The same straight from the file, without a look at the window and without moving it: for
+    // large blocks, and for single small reads that lie scattered.
+    [[nodiscard]] bool readPast(std::uint64_t offset, std::span<std::uint8_t> out);
+
+    // As readExact, but the end of the file is no failure: `read` tells how much of `out` was
+    // filled.
     [[nodiscard]] bool readUpTo(std::uint64_t offset, std::span<std::uint8_t> out,
                                 std::size_t& read);
 

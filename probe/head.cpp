@@ -1,0 +1,20 @@
+#include "probe/head.h"
+
+namespace probe {
+
+const char* readHead(ReadWindow& file, std::uint64_t minimum, std::span<std::uint8_t> head,
+                     std::uint64_t& fileSize) {
+    constexpr std::uint32_t kInvalidFileSize = 0xFFFFFFFF;  // of the high word
+    if (!file.size(fileSize) || (fileSize >> 32) == kInvalidFileSize) {
+        return "its size cannot be told";
+    }
+    if (fileSize < minimum) {
+        return "too short";
+    }
+    if (!file.readExact(0, head)) {
+        return "its head cannot be read";
+    }
+    return nullptr;
+}
+
+}  // namespace probe
