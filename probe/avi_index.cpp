@@ -1,0 +1,218 @@
+// The indexes of an AVI file. What is wanted of them: how many frames there are, how many bytes
+// they hold, and where the first one lies.
+#include <algorithm>
+
+#include "probe/avi.h"
+#include "probe/block.h"
+#include "probe/byte_reader.h"
+#include "probe/diagnostics.h"
+#include "probe/four_cc.h"
+
+namespace probe {
+namespace {
+
+constexpr std::size_t kIndexBlock = 65536;
+constexpr std::uint32_t kIdx1Entry = 16;
+constexpr std::uint32_t kStandardEntry = 8;
+constexpr std::uint32_t kSizeBits = 0x7FFFFFFF;  // bit 31 marks a picture that is no key frame
+
+// "00dc", "00db", "01dc" and "01db" as they stand in the file, little-endian: the bits in which
+// the four differ are masked out. Only the stream numbers 00 and 01 are taken as video.
+constexpr std::uint32_t kVideoMask = 0xFEFFFEFF;
+constexpr std::uint32_t kVideoId = 0x62643030;
+
+// Adds up the entries (0 identifier, 4 flags, 8 offset, 12 size) of one block; `first` is where
+// the first video entry's offset is kept when none was met before.
+void addIdx1Entries(std::span<const std::uint8_t> block, AviIndex& index, std::uint32_t& first) {
+    const std::uint8_t* entry = block.data();
+    const std::uint8_t* const end = entry + block.size() / kIdx1Entry * kIdx1Entry;
+    if (index.entryCount == 0) {
+        while (entry != end && (le32(entry) & kVideoMask) != kVideoId) {
+            entry += kIdx1Entry;
+        }
+        if (entry == end) {
+            return;
+        }
+        first = le32(entry + 8);
+    }
+    std::uint32_t count = 0;
+    std::uint32_t bytes = 0;
+    for (; entry != end; entry += kIdx1Entry) {
+        const std::uint32_t video = (le32(entry) & kVideoMask) == kVideoId ? 1 : 0;
+        count += video;
+        bytes += le32(entry + 12) & (0u - video);
+    }
+    index.entryCount += count;
+    index.videoBytes += bytes;
+}
+
+// Standard index (OpenDML 1.02): 0 "ix##", 4 size, 8 wLongsPerEntry, 10 and 11 types,
+// 12 nEntriesInUse, 16 dwChunkId, 20 qwBaseOffset, 28 reserved, 32 entries of offset and size.
+constexpr std::uint64_t kStandardHeader = 32;
+
+struct StandardIndex {
+    std::uint64_t entries = 0;  // file position of the first entry
+    std::uint32_t count = 0;
+    std::uint32_t chunkId = 0;
+    std::uint32_t baseOffset = 0;  // low 32 bits
+
+    bool isVideo() const {
+        const std::uint32_t kind = chunkId & 0xFFFF;
+        return kind == (fourCc("00dc") & 0xFFFF) || kind == (fourCc("00db") & 0xFFFF);
+    }
+};
+
+Result readStandardHeader(const AviReader& reader, std::uint64_t at, StandardIndex& index) {
+    std::array<std::uint8_t, kStandardHeader> header;
+    const Result result = reader.read(at, header);
+    if (result == kOk) {
+        index = {.entries = at + kStandardHeader,
+                 .count = le32(&header[12]),
+                 .chunkId = be32(&header[16]),
+                 .baseOffset = le32(&header[20])};
+    }
+    return result;
+}
+
+Result addStandardEntries(const AviReader& reader, const StandardIndex& standard, AviIndex& index) {
+    const std::uint64_t wanted = std::uint64_t{standard.count} * kStandardEntry;
+    const std::uint64_t left = reader.end > standard.entries ? reader.end - standard.entries : 0;
+    const std::uint64_t held = std::min(wanted, left);
+    for (std::uint64_t done = 0; done < held;) {
+        std::span<const std::uint8_t> block;
+        const auto size =
+            static_cast<std::size_t>(std::min<std::uint64_t>(held - done, kIndexBlock));
+        if (!reader.file.view(standard.entries + done, size, block)) {
+            return kFail;
+        }
+        if (block.size() < kStandardEntry) {
+            break;
+        }
+        std::uint32_t bytes = 0;
+        const std::size_t whole = block.size() / kStandardEntry * kStandardEntry;
+        for (std::size_t at = 0; at < whole; at += kStandardEntry) {
+            bytes += le32(&block[at + 4]) & kSizeBits;
+        }
+        index.videoBytes += bytes;
+        if (index.entryCount == 0 && done == 0) {
+            const std::uint64_t stored = std::uint64_t{standard.baseOffset} + le32(&block[0]);
+            index.firstVideoChunk = static_cast<std::int64_t>(stored) - 8;
+        }
+        done += whole;
+    }
+    if (index.entryCount == 0 && held < kStandardEntry) {
+        index.firstVideoChunk = std::int64_t{standard.baseOffset} - 8;  // an entry of zeros
+    }
+    index.entryCount += standard.count;
+    return kOk;
+}
+
+// Where the standard index of entry `entry` lies.
+std::uint64_t standardAt(const ListBytes& bytes, const SuperIndex& super, std::uint32_t entry) {
+    constexpr std::uint64_t kSuperEntry = 16;
+    return bytes.le64(super.entryPosition + entry * kSuperEntry);
+}
+
+Result countEntries(const AviReader& reader, const ListBytes& bytes, const SuperIndex& super,
+                    std::uint64_t& count) {
+    count = 0;
+    for (std::uint32_t entry = 0; entry < super.entryCount; ++entry) {
+        StandardIndex standard;
+        const Result result = readStandardHeader(reader, standardAt(bytes, super, entry), standard);
+        if (result != kOk) {
+            return result;
+        }
+        count += standard.count;
+    }
+    return kOk;
+}
+
+Result readVideoIndexes(AviReader& reader, const ListBytes& bytes) {
+    const SuperIndex& super = reader.header.video.index;
+    Result result = countEntries(reader, bytes, super, reader.index.frameCount);
+    if (result != kOk) {
+        return result;
+    }
+    if (!blockFits(reader.index.frameCount * 4, reader.end)) {
+        diagnose("ERROR: indx) video index alloc fail\n");
+        return kOutOfMemory;
+    }
+    for (std::uint32_t entry = 0; entry < super.entryCount; ++entry) {
+        StandardIndex standard;
+        result = readStandardHeader(reader, standardAt(bytes, super, entry), standard);
+        if (result == kOk && standard.isVideo() && standard.count != 0) {
+            result = addStandardEntries(reader, standard, reader.index);
+        }
+        if (result != kOk) {
+            return result;
+        }
+    }
+    return kOk;
+}
+
+}  // namespace
+
+Result ReadOdmlIndexes(AviReader& reader, const ListBytes& bytes) {
+    reader.index = {};
+    reader.hasIndex = true;
+    if (const Result result = readVideoIndexes(reader, bytes); result != kOk) {
+        return result;
+    }
+    // The audio entries reach nobody; their number can still be too much for their tables.
+    for (std::uint32_t stream = 0; stream < reader.header.audioCount; ++stream) {
+        std::uint64_t count = 0;
+        const Result result = countEntries(reader, bytes, reader.header.audio[stream].index, count);
+        if (result != kOk) {
+            return result;
+        }
+        if (!blockFits((count + 1) * 4, reader.end)) {
+            diagnose("ERROR: indx) audio index alloc fail\n");
+            return kOutOfMemory;
+        }
+    }
+    return kOk;
+}
+
+Result ReadIdx1(AviReader& reader, std::uint64_t start, std::uint32_t size) {
+    reader.index = {};
+    reader.hasIndex = true;
+    AviIndex& index = reader.index;
+    std::uint32_t firstVideo = 0;
+    const std::uint64_t left = reader.end > start ? reader.end - start : 0;
+    const std::uint64_t whole = size / kIdx1Entry * kIdx1Entry;
+    const std::uint64_t held = std::min(whole, left / kIdx1Entry * kIdx1Entry);
+    for (std::uint64_t done = 0; done < held;) {
+        std::span<const std::uint8_t> block;
+        const auto wanted =
+            static_cast<std::size_t>(std::min<std::uint64_t>(held - done, kIndexBlock));
+        if (!reader.file.view(start + done, wanted, block)) {
+            return kFail;
+        }
+        if (block.size() < kIdx1Entry) {
+            break;
+        }
+        addIdx1Entries(block, index, firstVideo);
+        done += block.size() / kIdx1Entry * kIdx1Entry;
+    }
+    if (held < whole) {
+        // The entry that the file's end cuts; zeros stand for the rest of it.
+        std::array<std::uint8_t, kIdx1Entry> cut;
+        if (const Result result = reader.read(start + held, cut); result != kOk) {
+            return result;
+        }
+        addIdx1Entries(cut, index, firstVideo);
+    }
+    index.frameCount = index.entryCount;
+
+    // Offsets count from the "movi" type word, or from the start of the file: the first entry
+    // tells, whatever stream it belongs to.
+    std::array<std::uint8_t, 4> firstOffset;
+    if (const Result result = reader.read(start + 8, firstOffset); result != kOk) {
+        return result;
+    }
+    const std::uint64_t base = le32(firstOffset.data()) > reader.moviStart ? 0 : reader.moviStart;
+    index.firstVideoChunk = static_cast<std::int64_t>(base + firstVideo);
+    return kOk;
+}
+
+}  // namespace probe
