@@ -67,6 +67,13 @@ void FolderListing::OpenListing(const char16_t* path, Order order, platform::Fol
     pageCount_ = pagesFor(folders_.count() + files_.count());
 }
 
+void FolderListing::Clear() {
+    folders_.clear();
+    files_.clear();
+    copyPath(path_, u"");
+    pageCount_ = 0;
+}
+
 int FolderListing::GetFilePath(std::int32_t index, PathBuffer& path) const {
     return copyEntry(files_, index, path);
 }

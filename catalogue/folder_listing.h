@@ -26,6 +26,9 @@ public:
     void OpenListing(const char16_t* path, Order order,
                      platform::FolderWalk walk = platform::walkFolder);
 
+    // Forgets folder and entries.
+    void Clear();
+
     // Full path of entry `index`, counted from 0. 1, or 0 with the buffer emptied.
     int GetFilePath(std::int32_t index, PathBuffer& path) const;
     int GetFolderPath(std::int32_t index, PathBuffer& path) const;

@@ -11,6 +11,9 @@ platform::ComPtr<IBaseFilter> CFilterControl::findVideoRenderer() {
 }
 
 void CFilterControl::SetRender(DWORD value) {
+    if (!graph_) {
+        return;
+    }
     const ComPtr<IBaseFilter> renderer = findVideoRenderer();
     if (!renderer) {
         platform::print("Fail SetRender");
@@ -28,6 +31,9 @@ void CFilterControl::SetRendererChromakeyValue(DWORD a, DWORD b, DWORD c) {
     chromaKey_[0] = a;
     chromaKey_[1] = b;
     chromaKey_[2] = c;
+    if (!graph_) {
+        return;
+    }
     const ComPtr<IBaseFilter> renderer = findVideoRenderer();
     if (!renderer) {
         platform::print("[%s]Fail to find Video Render\n",
@@ -58,6 +64,9 @@ void CFilterControl::setAspect(std::uint32_t aspectX, std::uint32_t aspectY) {
 }
 
 int CFilterControl::SetModeFlag(int x, int y, int width, int height) {
+    if (!graph_) {
+        return 0;
+    }
     const ComPtr<IBaseFilter> renderer = findVideoRenderer();
     if (!renderer) {
         platform::print("[TCMovieManager]Fail to find Video Render for SetModeFlag\n");
@@ -80,6 +89,9 @@ int CFilterControl::PlaceOutput(const vendor::VideoOutput& placement) {
 }
 
 void CFilterControl::CurrentFrameResize() {
+    if (!graph_) {
+        return;
+    }
     const ComPtr<IBaseFilter> renderer = findVideoRenderer();
     if (!renderer) {
         platform::print("[%s]Fail to find Video Render\n", "CFilterControl::CurrentFrameResize");

@@ -22,6 +22,9 @@ void stopPlayback();
 // On exit: writes the record, stops, frees the lists and COM, tells the navigation application.
 void saveAndClose();
 
+// Takes apart what a window that was closed without the exit request has left running.
+void releaseGraph();
+
 // Renders and starts the file unless it must be refused: 1 playing, 0 refused.
 int openAndRun(const char16_t* path);
 

@@ -48,6 +48,9 @@ void setVideoHidden(int hidden);
 // Posts to the process manager: 1, or 0 when there is none.
 int postToProcessManager(WPARAM wParam, LPARAM lParam);
 
+// Sends to the process manager and waits until it has answered.
+void sendToProcessManager(WPARAM wParam, LPARAM lParam);
+
 // 1 shows the waiting animation, 0 ends it; nothing while hidden or without one.
 void signalWaitAnimation(int show);
 
@@ -65,7 +68,7 @@ inline constexpr WPARAM kRemotePlay = 7;
 void writeExitPreparation();
 void writeScreenExit();
 
-// Text of a box that is not about to go away by itself; 1 keeps it on top. OK only.
+// Shows `text` in the board's message box, without a title, until it is answered.
 void showNotice(const wchar_t* text);
 
 }  // namespace shell

@@ -1,0 +1,8 @@
+// The desktop's entry; Windows CE calls WinMain with a wide command line itself.
+#include <windows.h>
+
+#include "shell/start.h"
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int show) {
+    return shell::run(instance, commandLine, show);
+}

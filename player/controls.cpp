@@ -1,0 +1,93 @@
+// Position, volume, mute and the choice of the camera.
+#include <windows.h>
+
+#include <algorithm>
+
+#include "catalogue/camera.h"
+#include "player/player.h"
+#include "player/session.h"
+#include "shell/app_state.h"
+#include "shell/shell.h"
+#include "ui/screens.h"
+
+namespace Player {
+namespace {
+
+// Index of a path in the play list, -1 when it is not there.
+std::int32_t indexInPlayList(const catalogue::PathBuffer& path) {
+    catalogue::PathBuffer entry;
+    for (std::int32_t i = 0; i < appState.fileCount; ++i) {
+        if (appState.playListing.GetFilePath(i, entry) == 1 && catalogue::samePath(entry, path)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+}  // namespace
+
+void seekTo(double seconds) {
+    settings::PersistedState& persisted = appState.persisted;
+    persisted.position = seconds;
+    appState.filterControl.SetPosition(seconds);
+    const double reached = appState.filterControl.GetPosition();
+    if (seconds != 0 && reached == 0) {
+        OnNext();
+    }
+}
+
+void applyVolume() {
+    appState.filterControl.SetVolume(appState.audioSuppressed != 0 ? 0 : appState.persisted.volume);
+}
+
+void setVolumeLevel(std::int32_t level) {
+    appState.persisted.volume = std::clamp(level, 0, settings::kLoudestVolume);
+    applyVolume();
+    if (appState.muted == 1) {
+        toggleMute();
+    }
+}
+
+void volumeUp() {
+    setVolumeLevel(appState.persisted.volume + 1);
+}
+
+void volumeDown() {
+    setVolumeLevel(appState.persisted.volume - 1);
+}
+
+void toggleMute() {
+    shell::toggleMute();
+    ui::refreshVolume();
+}
+
+std::int32_t cameraOfCurrentFile() {
+    return catalogue::cameraOf(appState.persisted.file);
+}
+
+void switchCamera() {
+    settings::PersistedState& persisted = appState.persisted;
+    catalogue::PathBuffer sibling;
+    if (catalogue::siblingRecording(persisted.file, sibling) == 0) {
+        return;
+    }
+    const std::int32_t index = indexInPlayList(sibling);
+    if (index < 0) {
+        return;
+    }
+    const std::int32_t stateBefore = persisted.playState;
+    const double position = appState.filterControl.GetPosition();
+    stopPlayback();
+    persisted.fileIndex = index;
+    catalogue::copyPath(persisted.file, sibling);
+    if (stateBefore != settings::kStopped) {
+        persisted.position = position;
+        OnPlay();
+        if (stateBefore == settings::kPaused) {
+            OnPlay();
+        }
+    }
+    ui::refreshScreen();
+}
+
+}  // namespace Player

@@ -1,0 +1,205 @@
+// Play, pause, next, previous, stop.
+#include <windows.h>
+
+#include "platform/print.h"
+#include "player/player.h"
+#include "player/session.h"
+#include "shell/app_state.h"
+#include "shell/shell.h"
+#include "ui/screens.h"
+
+namespace Player {
+namespace {
+
+enum class Outcome {
+    Changed,    // something is played, paused or resumed
+    Nothing,    // there is nothing to do
+    Failed,     // stopped is what remains
+    Overtaken,  // another request came while a message box was open; it has the graph now
+};
+
+// A message box runs a message loop of its own, in which the next request may arrive.
+bool isOvertaken(std::uint32_t request) {
+    return request != appState.playRequests;
+}
+
+void finishRequest() {
+    appState.keyLock = 1;
+    SetTimer(appState.mainWindow, shell::kKeyLockTimer, shell::kKeyLockPeriod, nullptr);
+    platform::print("[TCMovieManager]%s\n", "Player::OnPlay");
+    shell::signalWaitAnimation(0);
+    appState.playLoaded = 1;
+}
+
+void followFile() {
+    settings::PersistedState& persisted = appState.persisted;
+    persisted.endTime = appState.filterControl.GetDuration();
+    SetTimer(appState.mainWindow, shell::kPositionTimer, shell::kPositionPeriod, nullptr);
+    if (persisted.position != 0) {
+        seekTo(persisted.position);
+    } else {
+        saveState();
+    }
+    ui::refreshScreen();
+}
+
+Outcome startFile() {
+    const std::uint32_t request = ++appState.playRequests;
+    appState.playLoaded = 0;
+    appState.persisted.playState = settings::kPlaying;
+    if (appState.screenMode == kHalfWidth) {
+        constexpr DWORD kHalfWidthPause = 700;  // milliseconds
+        Sleep(kHalfWidthPause);
+    }
+    shell::signalWaitAnimation(1);
+    probeFile();
+    const bool playing = openAndRun(appState.persisted.file) == 1;
+    if (playing) {
+        followFile();
+    } else {
+        shell::signalWaitAnimation(0);
+        shell::showNotice(L"\n\n재생 할 수 없는 파일 입니다.");
+        if (isOvertaken(request)) {
+            return Outcome::Overtaken;
+        }
+    }
+    finishRequest();
+    return playing ? Outcome::Changed : Outcome::Failed;
+}
+
+Outcome startSelected() {
+    settings::PersistedState& persisted = appState.persisted;
+    if (appState.playListing.GetFilePath(persisted.fileIndex, persisted.file) == 0) {
+        persisted.fileIndex = 0;
+        return Outcome::Failed;
+    }
+    if (persisted.file[0] == u'\0') {
+        return Outcome::Nothing;
+    }
+    if (catalogue::PathKind(persisted.file) != 1) {
+        const std::uint32_t request = appState.playRequests;
+        shell::showNotice(L"\n\n재생 파일이 없습니다.");
+        return isOvertaken(request) ? Outcome::Overtaken : Outcome::Failed;
+    }
+    return startFile();
+}
+
+Outcome pause() {
+    if (appState.filterControl.PauseGraph() == 0) {
+        return Outcome::Failed;
+    }
+    appState.persisted.playState = settings::kPaused;
+    return Outcome::Changed;
+}
+
+Outcome resume() {
+    if (appState.filterControl.RunGraph() == 0) {
+        return Outcome::Failed;
+    }
+    appState.persisted.playState = settings::kPlaying;
+    return Outcome::Changed;
+}
+
+Outcome act() {
+    switch (appState.persisted.playState) {
+        case settings::kStopped:
+            return startSelected();
+        case settings::kPlaying:
+            return pause();
+        case settings::kPaused:
+            return resume();
+        default:
+            return Outcome::Failed;
+    }
+}
+
+// True when the request is far enough from the last one that was taken.
+bool acceptSkip() {
+    constexpr std::uint32_t kDebounce = 1700;  // milliseconds
+    const std::uint32_t now = GetTickCount();
+    if (now - appState.lastSkipTick < kDebounce) {
+        return false;
+    }
+    appState.lastSkipTick = now;
+    return true;
+}
+
+void skip(const char* function, std::int32_t step) {
+    if (!acceptSkip()) {
+        platform::print("--%s \r\n", function);
+        return;
+    }
+    stopPlayback();
+    std::int32_t& index = appState.persisted.fileIndex;
+    index += step;
+    if (step > 0 && index >= appState.fileCount) {
+        index = 0;
+    } else if (step < 0 && index < 0) {
+        index = appState.fileCount - 1;
+    }
+    shell::postRemoteKey(shell::kRemotePlay);
+}
+
+void parkOutput() {
+    constexpr RECT kOutsideTheScreen = {801, 481, 811, 491};
+    constexpr DWORD kWholeColour = 0xFFFFFF, kBackLayer = 10;
+    appState.filterControl.PlaceOutput({kOutsideTheScreen, kWholeColour, 1, kBackLayer, 0});
+}
+
+}  // namespace
+
+void OnPlay() {
+    switch (act()) {
+        case Outcome::Nothing:
+        case Outcome::Overtaken:
+            return;
+        case Outcome::Failed:
+            stopPlayback();
+            if (appState.screenMode == kSlideBanner) {
+                shell::setScreenMode(appState.previousScreenMode);
+            }
+            break;
+        case Outcome::Changed:
+            break;
+    }
+    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+}
+
+void OnNext() {
+    platform::print("\r\n\n+++++%s: OnNext\r\n", "Player::OnNext");
+    skip("Player::OnNext", 1);
+}
+
+void OnPrev() {
+    platform::print("\r\n\n+++++%s: OnPrev\r\n", "Player::OnPrev");
+    skip("Player::OnPrev", -1);
+}
+
+void stopPlayback() {
+    settings::PersistedState& persisted = appState.persisted;
+    if (persisted.playState == settings::kStopped) {
+        return;
+    }
+    appState.liveLength = 0;
+    appState.filterControl.SetColourKey(0);
+    appState.videoArea = 0;
+    ui::refreshScreen();
+    KillTimer(appState.mainWindow, shell::kPositionTimer);
+    appState.filterControl.SetOwnerWindow(appState.mainWindow);
+    parkOutput();
+    releaseGraph();
+    persisted.position = 0;
+    persisted.playState = settings::kStopped;
+    ui::clearProgress();
+    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+}
+
+void releaseGraph() {
+    if (appState.filterControl.hasGraph()) {
+        appState.filterControl.StopGraph();
+        appState.filterControl.DeleteFilters();
+        appState.filterControl.DestroyFilterGraph();
+    }
+}
+
+}  // namespace Player

@@ -1,0 +1,120 @@
+// From one run to the next: taking up where the last ended, and leaving.
+#include "player/session.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+
+#include "platform/print.h"
+#include "platform/registry.h"
+#include "player/player.h"
+#include "settings/ini_store.h"
+#include "shell/app_state.h"
+#include "shell/paths.h"
+#include "shell/shell.h"
+#include "ui/screens.h"
+
+namespace Player {
+namespace {
+
+constexpr wchar_t kGraphCacheKey[] =
+    L"SOFTWARE\\Microsoft\\DirectX\\DirectShow\\GraphCache\\Entries";
+
+void restoreRecord() {
+    const bool read = settings::readPersistedState(appState.persisted) == 1;
+    if (!read || appState.connectMode == 1) {
+        appState.persisted = settings::PersistedState{};
+    } else {
+        settings::repair(appState.persisted);
+    }
+    if (appState.connectMode == 1) {
+        catalogue::PathBuffer folder = {u'\\'};
+        std::copy_n(appState.connectPath, platform::kPathCapacity - 2, folder + 1);
+        catalogue::copyPath(appState.persisted.folder, folder);
+    }
+}
+
+void clearRunState() {
+    appState.muted = settings::readIniInt(u"Sound", u"MUTE", 0, shell::kConfigFile) == 1 ? 1 : 0;
+    appState.audioSuppressed = 0;
+    appState.fileCount = 0;
+    appState.resumePending = 0;
+    appState.loadRestOfSkin = 1;
+    appState.pendingKeyAction = kNoAction;
+    appState.browsePage = 0;
+}
+
+void selectStoredFile() {
+    settings::PersistedState& persisted = appState.persisted;
+    catalogue::PathBuffer folder;
+    catalogue::copyPath(folder, persisted.folder);
+    catalogue::ListPlayFolder(appState, folder);
+    if (persisted.fileIndex >= appState.fileCount) {
+        persisted.fileIndex = 0;
+    }
+    appState.playListing.GetFilePath(persisted.fileIndex, persisted.file);
+}
+
+void checkStoredFile() {
+    settings::PersistedState& persisted = appState.persisted;
+    if (catalogue::PathKind(persisted.file) == 1) {
+        if (persisted.playState != settings::kStopped) {
+            persisted.playState = settings::kStopped;
+            appState.resumePending = 1;
+            appState.playLoaded = 0;
+        }
+        return;
+    }
+    if (persisted.file[0] != u'\0') {
+        shell::showNotice(L"\n\n재생 파일이 없습니다.");
+    }
+    persisted.playState = settings::kStopped;
+    persisted.position = 0;
+    persisted.endTime = 0;
+}
+
+}  // namespace
+
+void initialisePlayback() {
+    restoreRecord();
+    clearRunState();
+    selectStoredFile();
+    SetDirectShowThreadPriority(1);
+    platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kGraphCacheKey);
+    ui::refreshScreen();
+    checkStoredFile();
+    shell::setVideoHidden(0);
+    OrviExecMutimedia(1, 1);
+}
+
+void saveState() {
+    if (appState.connectMode != 1) {
+        settings::writePersistedState(appState.persisted);
+    }
+}
+
+void saveAndClose() {
+    saveState();
+    stopPlayback();
+    appState.playListing.Clear();
+    appState.browseListing.Clear();
+    CoUninitialize();
+    OrviExecMutimedia(1, 0);
+}
+
+void OrviExecMutimedia(std::int32_t a, std::int32_t b) {
+    constexpr ULONG_PTR kSoundHandOver = 1088;
+    constexpr const char* kFunction = "Player::OrviExecMutimedia";
+    platform::print("[%d] %s \n", 1723, kFunction);
+    if (const HWND navigation = FindWindowW(nullptr, L"Orvi")) {
+        platform::print("[%d] %s \n", 1727, kFunction);
+        std::array<std::int32_t, 2> values = {a, b};
+        COPYDATASTRUCT data{kSoundHandOver, sizeof values, values.data()};
+        SendMessageW(navigation, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data));
+        platform::print("[%d] %s \n", 1735, kFunction);
+    }
+    platform::print("[%d] %s \n", 1737, kFunction);
+}
+
+}  // namespace Player
