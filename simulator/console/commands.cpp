@@ -2,6 +2,9 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "catalogue/folder_listing.h"
+#include "platform/text.h"
+#include "platform/wide.h"
 #include "simulator/console/hub.h"
 #include "simulator/processes/peer.h"
 #include "simulator/tape/registered.h"
@@ -112,20 +115,17 @@ std::string box(const Words& words) {
     return "ok";
 }
 
-// files FOLDER: the names of what is no folder, in the order of the file system.
-std::string files(const Words& words) {
-    WIN32_FIND_DATAW entry;
-    const HANDLE find = FindFirstFileW((wide(words[1]) + L"\\*.*").c_str(), &entry);
+// listing FOLDER: the full paths of the recordings in it, in the order in which the player will
+// list them without the dash camera.
+std::string listing(const Words& words) {
+    const std::wstring folder = wide(words[1]);
+    catalogue::FolderListing list;
+    list.OpenListing(platform::utf16(folder.c_str()), catalogue::Order::FileSystem);
     std::string answer = "ok";
-    if (find == INVALID_HANDLE_VALUE) {
-        return answer;
+    catalogue::PathBuffer path;
+    for (std::int32_t i = 0; list.GetFilePath(i, path) == 1; ++i) {
+        answer += "\n" + platform::toUtf8(path);
     }
-    do {
-        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-            answer += "\n" + narrow(entry.cFileName);
-        }
-    } while (FindNextFileW(find, &entry));
-    FindClose(find);
     return answer;
 }
 
@@ -191,6 +191,23 @@ std::string killProgram(const Words& words) {
     return killChild(wide(words[1])) ? "ok" : failed(words[1] + " is not running");
 }
 
+// await TITLE MILLISECONDS: until there is a window of that title.
+std::string await(const Words& words) {
+    long long patience = 0;
+    if (!parseNumber(words[2], patience)) {
+        return failed("the time must be a number of milliseconds");
+    }
+    const std::wstring title = wide(words[1]);
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(patience);
+    while (FindWindowW(nullptr, title.c_str()) == nullptr) {
+        if (GetTickCount64() >= end) {
+            return failed("no window \"" + words[1] + "\" appeared");
+        }
+        Sleep(10);
+    }
+    return "ok";
+}
+
 std::string running(const Words& words) {
     return isRunning(wide(words[1])) ? "ok\tyes" : "ok\tno";
 }
@@ -207,10 +224,10 @@ struct Command {
 };
 constexpr Command kCommands[] = {
     {"ping", 1, &ping},        {"start", 4, &start},      {"message", 5, &message},
-    {"speed", 2, &drive},      {"box", 2, &box},          {"files", 2, &files},
+    {"speed", 2, &drive},      {"box", 2, &box},          {"listing", 2, &listing},
     {"connect", 2, &connect},  {"fault", 3, &fault},      {"state", 1, &state},
     {"shutdown", 1, &askExit}, {"kill", 2, &killProgram}, {"running", 2, &running},
-    {"quit", 1, &quit},
+    {"await", 3, &await},      {"quit", 1, &quit},
 };
 
 }  // namespace

@@ -1,0 +1,37 @@
+// Starting the unit and its player.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulator/command/unit.h"
+
+namespace headunit {
+
+struct BootOptions {
+    bool pip = false;
+    bool headless = false;
+    bool passive = false;              // the process manager only records
+    bool noPlayer = false;             // everything but the player
+    std::string connectFolder;         // the dash camera's hand-over
+    std::vector<std::string> without;  // peers that are absent: processmanager, orvi, ani_waiting
+    int lateMilliseconds = 0;          // peers answer sent messages that much later
+    fs::path play;                     // a recording or a folder of the PC or of the unit
+};
+
+// Makes the unit's folders and programs as they are when it leaves the factory; what the user put
+// there stays. False with the reason.
+bool prepareDevice(const Unit& unit, std::string& why);
+
+// Boots the unit; true when the player has shown its first frame. After a failure nothing is left
+// running.
+bool boot(const Unit& unit, const BootOptions& options, std::string& why);
+
+// Starts the player in a running unit and waits for its first frame.
+bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why);
+
+// Puts `file` on the unit where it is not there already, and writes Movie.dat so that the player
+// goes on with it. False with the reason.
+bool choose(const Unit& unit, const fs::path& file, std::string& why);
+
+}  // namespace headunit

@@ -1,0 +1,133 @@
+// The `headunit` command: drives the simulated head unit.
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "simulator/command/verbs.h"
+
+namespace headunit {
+namespace {
+
+constexpr char kVersion[] = "headunit 1.0.0";
+
+constexpr Verb kVerbs[] = {
+    {"boot",
+     "[--pip] [--connect FOLDER] [--headless] [--passive] [--without NAME]... [--late MS]"
+     " [--no-player] [PATH]",
+     "start everything; returns when the player shows its first frame", &bootVerb},
+    {"restart", "[--pip] [--connect FOLDER] [PATH]",
+     "end the player at once and start it again in the running unit", &restartVerb},
+    {"send", "[--sync] [--to TITLE] NAME WPARAM LPARAM",
+     "post a registered message to the player; --sync sends it and prints the result", &sendVerb},
+    {"touch", "X Y [X2 Y2]", "press, (drag,) release with the real pointer", &touchVerb},
+    {"hold", "X Y", "press and stay", &holdVerb},
+    {"release", "[X Y]", "release, after moving there", &releaseVerb},
+    {"key", "play|next|prev", "a key of the infrared remote", &keyVerb},
+    {"gesture", "next|prev", "a gesture in front of the unit", &gestureVerb},
+    {"card", "insert|remove VOLUME [FOLDER]",
+     "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4 arrives or goes away", &cardVerb},
+    {"drive", "KMH|off", "vehicle speed, or the loss of its signal", &driveVerb},
+    {"mute", "on|off", "the board's mute notification", &muteVerb},
+    {"box", "ok|yes|no", "answer the message box that is open", &boxVerb},
+    {"fault", "NAME NUMBER|off", "make the vendor's filters misbehave from the next file on",
+     &faultVerb},
+    {"shot", "FILE.png", "a picture of the unit's 800 x 480 screen", &shotVerb},
+    {"log", "[--follow] [--json]", "the tape: everything that passed between the processes",
+     &logVerb},
+    {"state", "[--json]", "windows, Movie.dat, Config.ini, hand-over, thread priorities",
+     &stateVerb},
+    {"shutdown", "", "the process manager asks the player to exit, then the unit is switched off",
+     &shutdownVerb},
+    {"kill", "", "end all processes of the unit at once", &killVerb},
+};
+
+int runCommand(Words words) {
+    std::string device;
+    for (const std::string& word : words) {
+        if (word == "--device" && &word == &words.back()) {
+            fail("--device needs a folder");
+            return 2;
+        }
+    }
+    if (!takeValue(words, "--device", device)) {
+        device = (projectRoot() / "out" / "device").string();
+    }
+    if (takeFlag(words, "--version")) {
+        std::puts(kVersion);
+        return 0;
+    }
+    if (words.empty() || words[0] == "--help" || words[0] == "help") {
+        printHelp();
+        return words.empty() ? 2 : 0;
+    }
+    const Verb* verb = findVerb(words[0]);
+    if (verb == nullptr) {
+        fail("there is no verb \"" + words[0] + "\"; see: headunit --help");
+        return 2;
+    }
+    words.erase(words.begin());
+    if (takeFlag(words, "--help")) {
+        std::printf("usage: headunit %s %s\n%s\n", verb->name, verb->usage, verb->help);
+        return 0;
+    }
+    const Unit unit = {fs::absolute(device).lexically_normal()};
+    return verb->run(unit, words);
+}
+
+}  // namespace
+
+const Verb* findVerb(const std::string& name) {
+    for (const Verb& verb : kVerbs) {
+        if (name == verb.name) {
+            return &verb;
+        }
+    }
+    return nullptr;
+}
+
+void printHelp() {
+    std::puts(
+        "usage: headunit VERB [--device DIR] ...\n"
+        "Drives the simulated head unit in the folder DIR (default out/device).\n");
+    for (const Verb& verb : kVerbs) {
+        std::printf("  %s %s\n      %s\n", verb.name, verb.usage, verb.help);
+    }
+    std::puts("\nExit status: 0 done, 1 failed, 2 wrong use.");
+}
+
+int wrongUse(const char* verb) {
+    const Verb* known = findVerb(verb);
+    std::fprintf(stderr, "headunit: usage: headunit %s %s\n", verb,
+                 known == nullptr ? "" : known->usage);
+    return 2;
+}
+
+bool takeFlag(Words& words, const char* option) {
+    return std::erase(words, option) > 0;
+}
+
+bool takeValue(Words& words, const char* option, std::string& value) {
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (*word == option && word + 1 != words.end()) {
+            value = *(word + 1);
+            words.erase(word, word + 2);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool parseNumber(const std::string& text, long long& number) {
+    char* end = nullptr;
+    errno = 0;
+    number = std::strtoll(text.c_str(), &end, 0);
+    return !text.empty() && *end == '\0' && errno == 0;
+}
+
+}  // namespace headunit
+
+int main(int count, char** arguments) {
+    return headunit::runCommand({arguments + 1, arguments + count});
+}

@@ -1,0 +1,19 @@
+// The player's state across restarts (settings/persisted_state.h) on the unit's resident flash.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "settings/persisted_state.h"
+#include "simulator/command/unit.h"
+
+namespace headunit {
+
+// Nothing when the file is missing or is not 1072 bytes long.
+std::optional<settings::PersistedState> readMovieDat(const Unit& unit);
+bool writeMovieDat(const Unit& unit, const settings::PersistedState& state);
+
+// The record as a JSON object, its fields by name.
+std::string movieDatJson(const settings::PersistedState& state);
+
+}  // namespace headunit

@@ -1,0 +1,159 @@
+#include "simulator/command/prefix.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+
+namespace headunit {
+namespace {
+
+constexpr char kFilters[] = "out/build/device/simulator/filters/headunit_filters.dll";
+// Inside the prefix.
+constexpr char kFiltersCopy[] = "drive_c/headunit/headunit_filters.dll";
+constexpr char kFiltersName[] = "C:\\headunit\\headunit_filters.dll";
+
+fs::path prepared() {
+    return projectRoot() / "out" / "prefix";
+}
+
+// Only one command at a time prepares or copies the prepared prefix.
+class PrefixLock {
+public:
+    explicit PrefixLock(int how) {
+        std::error_code error;
+        fs::create_directories(projectRoot() / "out", error);
+        const std::string file = (projectRoot() / "out" / "prefix.lock").string();
+        handle_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+        flock(handle_, how);
+    }
+    ~PrefixLock() { close(handle_); }
+    PrefixLock(const PrefixLock&) = delete;
+    PrefixLock& operator=(const PrefixLock&) = delete;
+
+private:
+    int handle_ = -1;
+};
+
+// What identifies one build of the filters: size and time of change.
+std::string stampOf(const fs::path& file) {
+    struct stat status = {};
+    if (stat(file.c_str(), &status) != 0) {
+        return "none";
+    }
+    return std::to_string(status.st_size) + " " + std::to_string(status.st_mtim.tv_sec) + "." +
+           std::to_string(status.st_mtim.tv_nsec);
+}
+
+std::string readLine(const fs::path& file) {
+    std::ifstream stream(file);
+    std::string line;
+    std::getline(stream, line);
+    return line;
+}
+
+int wine(const process::Arguments& arguments) {
+    process::Arguments all = {wineLoader()};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    // No display: nothing of this needs one.
+    return process::run(all, {.environment = wineEnvironment(prepared(), ""),
+                              .logFile = (projectRoot() / "out" / "prefix.log").string()});
+}
+
+void setRegistry(const char* key, const char* name, const char* type, const char* value) {
+    wine({"reg", "add", key, "/v", name, "/t", type, "/d", value, "/f"});
+}
+
+bool createPrefix(std::string& why) {
+    std::error_code error;
+    fs::remove_all(prepared(), error);
+    fs::create_directories(prepared(), error);
+    if (wine({"wineboot", "-i"}) != 0) {
+        why = "Wine could not make its prefix; see out/prefix.log";
+        return false;
+    }
+    // A crash is reported by the end of the process, not by a window of Wine's debugger.
+    setRegistry("HKCU\\Software\\Wine\\WineDbg", "ShowCrashDialog", "REG_DWORD", "0");
+    return true;
+}
+
+bool installFilters(std::string& why) {
+    std::error_code error;
+    const fs::path source = projectRoot() / kFilters;
+    if (!fs::exists(source, error)) {
+        return true;
+    }
+    const fs::path target = prepared() / kFiltersCopy;
+    fs::create_directories(target.parent_path(), error);
+    // Copies of the prefix share this file by hard link: the old one is left to them.
+    fs::remove(target, error);
+    if (!fs::copy_file(source, target, error)) {
+        why = "the vendor's filters could not be copied: " + error.message();
+        return false;
+    }
+    if (wine({"regsvr32", "/s", kFiltersName}) != 0) {
+        why = "the vendor's filters could not be registered; see out/prefix.log";
+        return false;
+    }
+    return true;
+}
+
+bool copyRegistryFiles(const fs::path& to) {
+    // As hard links they would be written through to the prepared prefix.
+    for (const char* name : {"system.reg", "user.reg", "userdef.reg"}) {
+        std::error_code error;
+        fs::remove(to / name, error);
+        if (!fs::copy_file(prepared() / name, to / name, error)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool preparePrefix(std::string& why) {
+    const PrefixLock lock(LOCK_EX);
+    const fs::path stampFile = prepared() / ".headunit";
+    const std::string stamp = stampOf(projectRoot() / kFilters);
+    if (readLine(stampFile) == stamp) {
+        return true;
+    }
+    std::error_code error;
+    if (!fs::exists(stampFile, error) && !createPrefix(why)) {
+        return false;
+    }
+    if (!installFilters(why)) {
+        return false;
+    }
+    process::run({"wineserver", "-w"}, {.environment = wineEnvironment(prepared(), "")});
+    std::ofstream(stampFile, std::ios::trunc) << stamp << '\n';
+    return true;
+}
+
+bool copyPrefix(const Unit& unit, std::string& why) {
+    const PrefixLock lock(LOCK_SH);
+    std::error_code error;
+    fs::remove_all(unit.prefix(), error);
+    const std::string from = prepared().string();
+    const std::string to = unit.prefix().string();
+    // Linked where both lie on one disk, else copied.
+    if (process::run({"cp", "-al", from, to}, {}) != 0) {
+        fs::remove_all(unit.prefix(), error);
+        if (process::run({"cp", "-a", from, to}, {}) != 0) {
+            why = "the Wine prefix could not be copied to " + to + "; is the disk full?";
+            return false;
+        }
+    }
+    fs::remove(unit.prefix() / "dosdevices" / "h:", error);
+    fs::create_directory_symlink(unit.device, unit.prefix() / "dosdevices" / "h:", error);
+    if (error || !copyRegistryFiles(unit.prefix())) {
+        why = "the Wine prefix in " + to + " could not be completed; is the disk full?";
+        return false;
+    }
+    return true;
+}
+
+}  // namespace headunit

@@ -1,0 +1,17 @@
+// The Wine prefix: a prepared one below out/, and a copy of it for every unit.
+#pragma once
+
+#include <string>
+
+#include "simulator/command/unit.h"
+
+namespace headunit {
+
+// Makes sure that the prepared prefix exists and knows the vendor's filters as they were last built
+// (15 s the first time, 2 s after a rebuild, nothing otherwise). False with the reason.
+bool preparePrefix(std::string& why);
+
+// Gives the unit a fresh copy, with the unit's folder as its drive H:. False with the reason.
+bool copyPrefix(const Unit& unit, std::string& why);
+
+}  // namespace headunit

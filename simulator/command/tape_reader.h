@@ -1,0 +1,40 @@
+// Reading the unit's tape.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include "simulator/command/json.h"
+#include "simulator/command/unit.h"
+
+namespace headunit {
+
+struct TapeLine {
+    std::string raw;  // as it stands on the tape
+    json::Value value;
+};
+
+// Goes forward along the tape while it is being written.
+class TapeReader {
+public:
+    // From the beginning, or (offset in bytes) from a place that at() gave.
+    explicit TapeReader(const Unit& unit, std::uint64_t offset = 0);
+
+    // The next whole line; nothing when there is none yet.
+    std::optional<TapeLine> next();
+    [[nodiscard]] std::uint64_t at() const { return offset_; }
+
+private:
+    fs::path file_;
+    std::uint64_t offset_;
+};
+
+// End of the tape as it is now, in bytes.
+std::uint64_t tapeEnd(const Unit& unit);
+
+// The line as a person reads it.
+std::string describe(const json::Value& line);
+
+}  // namespace headunit

@@ -1,0 +1,58 @@
+// One simulated head unit as the command sees it: a folder that is the unit's file system (drive H:
+// inside Wine), with everything that belongs to a run of it in the sub-folder `.unit`.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/command/process.h"
+
+namespace headunit {
+
+namespace fs = std::filesystem;
+
+// Prints "headunit: " and the text as one line to standard error; 1, for the caller to return.
+int fail(const std::string& text);
+
+// The checkout that this program was built in; found from the program's own place.
+const fs::path& projectRoot();
+
+struct Unit {
+    fs::path device;  // absolute
+
+    [[nodiscard]] fs::path run() const { return device / ".unit"; }
+    [[nodiscard]] fs::path prefix() const { return run() / "prefix"; }
+    [[nodiscard]] fs::path tape() const { return run() / "log.jsonl"; }
+    // Name of the desktop window, different for every folder.
+    [[nodiscard]] std::string desktopName() const;
+};
+
+// What a run of the unit leaves in `.unit`, one small text file a value; empty when it is missing.
+std::string readRunFile(const Unit& unit, const char* name);
+void writeRunFile(const Unit& unit, const char* name, const std::string& value);
+
+// Environment in which Wine's programs run for the prefix, on the given display.
+std::vector<std::string> wineEnvironment(const fs::path& prefix, const std::string& display);
+std::string wineLoader();
+
+// Asks the hub. The words are joined by tabs. True when the answer was "ok"; `answer` is what
+// followed, or the reason.
+bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer);
+
+// Whether the unit's hub answers.
+bool isRunning(const Unit& unit);
+
+// Ends everything that belongs to the unit, whatever state it is in.
+void endUnit(const Unit& unit);
+
+// `path` below the unit's folder as the unit names it ("\SDMMCDisk\a.avi"); empty when it is
+// outside.
+std::string unitPath(const Unit& unit, const fs::path& path);
+// The other way round; takes paths with or without a leading backslash.
+fs::path hostPath(const Unit& unit, std::string_view path);
+
+}  // namespace headunit

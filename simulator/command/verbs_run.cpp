@@ -1,0 +1,105 @@
+// Starting and ending: boot, restart, shutdown, kill.
+#include <cstdio>
+
+#include "simulator/command/boot.h"
+#include "simulator/command/tape_reader.h"
+#include "simulator/command/verbs.h"
+
+namespace headunit {
+namespace {
+
+constexpr int kExitPatience = 15000;  // milliseconds
+
+// What is left of the words must be one path or nothing.
+bool takeOptions(Words& words, BootOptions& options) {
+    std::string value;
+    options.pip = takeFlag(words, "--pip");
+    takeValue(words, "--connect", options.connectFolder);
+    options.headless = takeFlag(words, "--headless");
+    options.passive = takeFlag(words, "--passive");
+    options.noPlayer = takeFlag(words, "--no-player");
+    while (takeValue(words, "--without", value)) {
+        if (value != "processmanager" && value != "orvi" && value != "ani_waiting") {
+            return false;
+        }
+        options.without.push_back(value);
+    }
+    if (takeValue(words, "--late", value)) {
+        long long late = 0;
+        if (!parseNumber(value, late) || late < 0 || late > 60000) {
+            return false;
+        }
+        options.lateMilliseconds = static_cast<int>(late);
+    }
+    if (words.size() > 1 || (words.size() == 1 && words[0].starts_with("--"))) {
+        return false;
+    }
+    options.play = words.empty() ? fs::path() : fs::path(words[0]);
+    return true;
+}
+
+}  // namespace
+
+int bootVerb(const Unit& unit, const Words& given) {
+    Words words = given;
+    BootOptions options;
+    if (!takeOptions(words, options)) {
+        return wrongUse("boot");
+    }
+    std::string why;
+    return boot(unit, options, why) ? 0 : fail(why);
+}
+
+int restartVerb(const Unit& unit, const Words& given) {
+    Words words = given;
+    BootOptions options;
+    if (!takeOptions(words, options)) {
+        return wrongUse("restart");
+    }
+    std::string why;
+    if (!isRunning(unit)) {
+        return fail("no unit runs in " + unit.device.string() + "; start one with: headunit boot");
+    }
+    if (ask(unit, {"kill", "movie.exe"}, why)) {
+        for (int waited = 0; waited < kExitPatience; waited += 10) {
+            if (!ask(unit, {"running", "movie.exe"}, why) || why == "no") {
+                break;
+            }
+            process::sleepMilliseconds(10);
+        }
+    }
+    if (!options.play.empty() && !choose(unit, options.play, why)) {
+        return fail(why);
+    }
+    return startPlayer(unit, options, why) ? 0 : fail(why);
+}
+
+int shutdownVerb(const Unit& unit, const Words& words) {
+    if (!words.empty()) {
+        return wrongUse("shutdown");
+    }
+    std::string answer;
+    if (!ask(unit, {"shutdown"}, answer)) {
+        return fail(answer);
+    }
+    const long long end = process::nowMilliseconds() + kExitPatience;
+    while (process::nowMilliseconds() < end) {
+        if (ask(unit, {"running", "movie.exe"}, answer) && answer == "no") {
+            endUnit(unit);
+            return 0;
+        }
+        process::sleepMilliseconds(20);
+    }
+    return fail("the player did not exit within " + std::to_string(kExitPatience / 1000) +
+                " s (a message box may be open); end it with: headunit kill");
+}
+
+int killVerb(const Unit& unit, const Words& words) {
+    if (!words.empty()) {
+        return wrongUse("kill");
+    }
+    endUnit(unit);
+    return 0;
+}
+
+}  // namespace headunit
