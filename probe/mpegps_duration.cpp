@@ -1,0 +1,183 @@
+#include "probe/mpegps_duration.h"
+
+#include <algorithm>
+#include <array>
+
+namespace probe {
+namespace {
+
+constexpr std::int64_t kSecond = 10'000'000;
+constexpr std::int64_t kLeap = 10 * kSecond;  // packs lie at most 0.7 s apart
+constexpr std::size_t kPlaces = 8;
+constexpr std::uint64_t kSearchBytes = 0x40000;  // how far a pack is looked for from a place
+constexpr int kMostLookups = 1024;               // for streams of nothing but new starts
+
+struct Clock {
+    MpegPsReader& reader;
+    int lookups = 0;
+    bool readFailed = false;
+};
+
+// The first pack with a good clock in [from, limit); its time is kNoClock when there is none.
+ClockPoint findPack(Clock& clock, std::uint64_t from, std::uint64_t limit) {
+    constexpr std::size_t kNeeded = kStartCodeBytes + kPackClockBytes;
+    ++clock.lookups;
+    limit = std::min(limit, from + kSearchBytes);
+    while (from + kNeeded <= limit) {
+        std::span<const std::uint8_t> bytes;
+        const auto wanted =
+            static_cast<std::size_t>(std::min<std::uint64_t>(limit - from, ReadWindow::kSmallest));
+        if (!clock.reader.file.view(from, wanted, bytes)) {
+            clock.readFailed = true;
+            return {};
+        }
+        if (bytes.size() < kNeeded) {
+            return {};
+        }
+        const std::size_t at = findStartCode(bytes, kPackStart, kPackStart);
+        if (at + kNeeded > bytes.size()) {  // none, or cut: begin the next view at it
+            from += std::min(at, bytes.size() - (kStartCodeBytes - 1));
+            if (at == 0) {
+                return {};
+            }
+            continue;
+        }
+        const std::int64_t time =
+            packClock(bytes.subspan(at + kStartCodeBytes).first<kPackClockBytes>()).time;
+        if (time != kNoClock) {
+            return {from + at, time};
+        }
+        from += at + kStartCodeBytes;
+    }
+    return {};
+}
+
+// The last pack with a good clock in front of `end` and behind `start`.
+ClockPoint findLastPack(Clock& clock, std::uint64_t start, std::uint64_t end) {
+    constexpr std::uint64_t kMostBytes = 0x200000;
+    std::uint64_t limit = end;
+    for (std::uint64_t step = ReadWindow::kSmallest; limit > start && end - limit < kMostBytes;
+         step = std::min<std::uint64_t>(step * 2, kSearchBytes)) {
+        const std::uint64_t from = limit - std::min(step, limit - start);
+        ClockPoint last;
+        for (std::uint64_t at = from; at < limit && !clock.readFailed;) {
+            const ClockPoint found = findPack(clock, at, end);
+            if (found.time == kNoClock || found.offset >= limit) {
+                break;
+            }
+            last = found;
+            at = found.offset + kStartCodeBytes;
+        }
+        if (last.time != kNoClock || clock.readFailed) {
+            return last;
+        }
+        limit = from;
+    }
+    return {};
+}
+
+bool isBroken(const ClockPoint& a, const ClockPoint& b, std::int64_t expected) {
+    const std::int64_t elapsed = b.time - a.time;
+    return elapsed < 0 || elapsed > kLeap + 8 * expected;
+}
+
+// Time from a to b, between which the clock starts again or leaps at least once: halves the
+// stretch towards the break, adding up what lies on its sound sides.
+std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b, std::int64_t expected) {
+    std::int64_t sum = 0;
+    while (clock.lookups < kMostLookups && !clock.readFailed) {
+        const ClockPoint middle =
+            findPack(clock, a.offset + (b.offset - a.offset) / 2 + 1, b.offset);
+        if (middle.time == kNoClock) {
+            // Nothing in the upper half: a pack may still follow `a` in the lower one.
+            const ClockPoint next = findPack(clock, a.offset + kStartCodeBytes, b.offset);
+            if (next.time == kNoClock) {
+                return sum;  // a and b are neighbours: the gap between them counts nothing
+            }
+            sum += isBroken(a, next, 0) ? 0 : next.time - a.time;
+            a = next;
+            continue;
+        }
+        expected /= 2;
+        if (!isBroken(a, middle, expected)) {
+            sum += middle.time - a.time;
+            a = middle;
+        } else if (!isBroken(middle, b, expected)) {
+            sum += b.time - middle.time;
+            b = middle;
+        } else {  // broken on both sides: the lower one is measured by its pace alone
+            sum += expected;
+            a = middle;
+        }
+        if (!isBroken(a, b, expected)) {
+            return sum + b.time - a.time;
+        }
+    }
+    return sum;
+}
+
+std::int64_t timeBetween(Clock& clock, const ClockPoint& a, const ClockPoint& b,
+                         std::int64_t expected) {
+    if (isBroken(a, b, expected)) {
+        return timeAcrossBreak(clock, a, b, expected);
+    }
+    const std::int64_t elapsed = b.time - a.time;
+    if (elapsed < expected / 2) {  // slow: has the clock run back in between, unseen?
+        const ClockPoint middle =
+            findPack(clock, a.offset + (b.offset - a.offset) / 2 + 1, b.offset);
+        if (middle.time != kNoClock &&
+            (isBroken(a, middle, expected) || isBroken(middle, b, expected))) {
+            return timeAcrossBreak(clock, a, b, expected);
+        }
+    }
+    return elapsed;
+}
+
+using Places = std::array<ClockPoint, kPlaces + 2>;
+
+// Time for each byte of the stretch that is the median of all; breaks are outliers.
+double medianPace(const Places& places, std::size_t count) {
+    std::array<double, kPlaces + 1> paces;
+    for (std::size_t i = 0; i + 1 < count; ++i) {
+        paces[i] = static_cast<double>(places[i + 1].time - places[i].time) /
+                   static_cast<double>(places[i + 1].offset - places[i].offset);
+    }
+    const auto middle = paces.begin() + static_cast<std::ptrdiff_t>((count - 1) / 2);
+    std::nth_element(paces.begin(), middle, paces.begin() + static_cast<std::ptrdiff_t>(count - 1));
+    return std::max(*middle, 0.0);
+}
+
+}  // namespace
+
+Result measureMpegPs(MpegPsReader& reader, std::int64_t& duration) {
+    duration = 0;
+    if (reader.firstClock.time == kNoClock) {
+        return kOk;
+    }
+    Clock clock{reader};
+    Places places;
+    places[0] = reader.firstClock;
+    std::size_t count = 1;
+    const ClockPoint last =
+        findLastPack(clock, reader.firstClock.offset + kStartCodeBytes, reader.end);
+    const std::uint64_t step =
+        last.time != kNoClock ? (last.offset - reader.firstClock.offset) / (kPlaces + 1) : 0;
+    for (std::size_t i = 1; step >= kSearchBytes && i <= kPlaces; ++i) {
+        const ClockPoint found = findPack(clock, reader.firstClock.offset + i * step, last.offset);
+        if (found.time != kNoClock && found.offset > places[count - 1].offset) {
+            places[count++] = found;
+        }
+    }
+    if (last.time != kNoClock) {
+        places[count++] = last;
+        const double pace = medianPace(places, count);
+        for (std::size_t i = 0; i + 1 < count; ++i) {
+            const auto bytes = static_cast<double>(places[i + 1].offset - places[i].offset);
+            duration += timeBetween(clock, places[i], places[i + 1],
+                                    static_cast<std::int64_t>(pace * bytes));
+        }
+    }
+    return clock.readFailed ? kFail : kOk;
+}
+
+}  // namespace probe

@@ -1,0 +1,219 @@
+#include "probe/mpegps_walk.h"
+
+#include <algorithm>
+
+#include "probe/byte_reader.h"
+#include "probe/diagnostics.h"
+
+namespace probe {
+namespace {
+
+constexpr std::uint64_t kWalkBytes = 0x200000;
+constexpr std::size_t kPacketHeaderBytes = 6;  // start code and length
+constexpr std::size_t kLongestHeader = 32;     // what a packet's header is judged by
+constexpr std::uint8_t kAllAudioStreams = 0xB8;
+constexpr std::uint8_t kFirstVideoStream = 0xE0, kLastVideoStream = 0xEF;
+
+struct Walk {
+    MpegPsReader& reader;
+    std::uint64_t at;
+    std::uint64_t limit;
+
+    // Up to `wanted` bytes at `offset`, fewer at the limit. False when a read failed.
+    bool view(std::uint64_t offset, std::size_t wanted, std::span<const std::uint8_t>& bytes) {
+        const std::uint64_t left = offset < limit ? limit - offset : 0;
+        return reader.file.view(
+            offset, static_cast<std::size_t>(std::min<std::uint64_t>(wanted, left)), bytes);
+    }
+};
+
+bool isAudio(std::uint8_t stream) {
+    return stream == kPrivateStream1 || (stream >= kFirstAudioStream && stream <= kLastAudioStream);
+}
+
+bool isVideo(std::uint8_t stream) {
+    return stream >= kFirstVideoStream && stream <= kLastVideoStream;
+}
+
+bool isComplete(const MpegPsReader& reader) {
+    return reader.sequence.complete() && reader.firstClock.time != kNoClock &&
+           (reader.audio.formatTag != 0 || reader.announcesNoSound);
+}
+
+// Pack header: start code, clock (5 or 6 bytes), multiplex rate 3; MPEG-2 adds a byte whose low
+// three bits count the stuffing bytes that follow.
+Result readPack(Walk& walk) {
+    constexpr std::size_t kMpeg1Bytes = 12, kMpeg2Bytes = 14;
+    std::span<const std::uint8_t> bytes;
+    if (!walk.view(walk.at, kMpeg2Bytes, bytes)) {
+        return kFail;
+    }
+    MpegPsReader& reader = walk.reader;
+    reader.sawSystemLayer = true;
+    if (bytes.size() < kMpeg2Bytes) {
+        walk.at = walk.limit;
+        return kOk;
+    }
+    const PackClock clock = packClock(bytes.subspan<kStartCodeBytes, kPackClockBytes>());
+    if (clock.time == kNoClock) {
+        diagnose("%s", clock.isMpeg1 ? "ERROR: GetSCR ERROR(MPEG1)\n" : "ERROR: GetSCR ERROR\n");
+        walk.at += kStartCodeBytes;
+        return kOk;
+    }
+    reader.isMpeg1 = reader.isMpeg1 || clock.isMpeg1;
+    if (reader.firstClock.time == kNoClock) {
+        reader.firstClock = {walk.at, clock.time};
+    }
+    walk.at += clock.isMpeg1 ? kMpeg1Bytes : kMpeg2Bytes + (bytes[kMpeg2Bytes - 1] & 7u);
+    return kOk;
+}
+
+// System header: start code, length 2, rate and bounds 6, then 3 bytes for each stream, the first
+// of them its number with the top bit set.
+Result readSystemHeader(Walk& walk, std::uint64_t data, std::uint32_t length) {
+    constexpr std::size_t kBoundsBytes = 6, kEntryBytes = 3;
+    std::span<const std::uint8_t> bytes;
+    if (!walk.view(data, length, bytes)) {
+        return kFail;
+    }
+    walk.reader.sawSystemLayer = true;
+    bool listsStreams = false, listsSound = false;
+    for (std::size_t at = kBoundsBytes; at + kEntryBytes <= bytes.size() && bytes[at] >= 0x80;
+         at += kEntryBytes) {
+        listsStreams = true;
+        listsSound = listsSound || isAudio(bytes[at]) || bytes[at] == kAllAudioStreams;
+    }
+    // An MPEG-1 stream may have a header for each stream; MPEG-2 lists all in one.
+    walk.reader.announcesNoSound = !walk.reader.isMpeg1 && listsStreams && !listsSound;
+    return kOk;
+}
+
+// Length of the packet header behind start code and length, up to the payload. MPEG-2: 10 and 14
+// flag bits, of which two announce time stamps, header length, header. MPEG-1: stuffing, buffer
+// size, time stamps. 0 when the bytes do not hold it.
+std::size_t payloadOffset(std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t kMostStuffing = 16;
+    if (bytes.size() >= 3 && (bytes[0] & 0xC0) == 0x80) {
+        if (bytes[1] >> 6 == 1) {
+            diagnose("PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n");
+        }
+        return 3u + bytes[2];
+    }
+    std::size_t at = 0;
+    while (at < bytes.size() && at < kMostStuffing && bytes[at] == 0xFF) {
+        ++at;
+    }
+    if (at + 2 < bytes.size() && (bytes[at] & 0xC0) == 0x40) {
+        at += 2;
+    }
+    if (at >= bytes.size()) {
+        return 0;
+    }
+    const unsigned stamps = bytes[at] >> 4;
+    return at + (stamps == 2 ? 5u : stamps == 3 ? 10u : 1u);
+}
+
+// The payload of the packet whose data begin at `data` and are `length` bytes long.
+Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint32_t length) {
+    MpegPsReader& reader = walk.reader;
+    if (isVideo(stream) && reader.videoStream == 0) {
+        reader.videoStream = stream;
+    }
+    const bool videoWanted = stream == reader.videoStream && !reader.sequence.complete();
+    const bool audioWanted = isAudio(stream) && reader.audio.formatTag == 0;
+    const std::size_t wanted = videoWanted || audioWanted ? length : kLongestHeader;
+    std::span<const std::uint8_t> bytes;
+    if (!walk.view(data, std::min<std::size_t>(wanted, length), bytes)) {
+        return kFail;
+    }
+    const std::size_t offset = payloadOffset(bytes);
+    if (offset == 0 || offset >= bytes.size()) {
+        return kOk;
+    }
+    const auto payload = bytes.subspan(offset);
+    if (videoWanted) {
+        reader.sequence.feed(payload);
+    } else if (audioWanted) {
+        PacketAudio audio;
+        if (readPacketAudio(stream, payload, audio)) {
+            reader.audio = audio;
+        }
+    }
+    return kOk;
+}
+
+// Moves to the next start code of the system layer at or behind the present place, or to the
+// limit.
+Result findNext(Walk& walk) {
+    std::size_t wanted = kStartCodeBytes;  // mostly it is right here
+    while (walk.at < walk.limit) {
+        std::span<const std::uint8_t> bytes;
+        if (!walk.view(walk.at, wanted, bytes)) {
+            return kFail;
+        }
+        if (bytes.size() < kStartCodeBytes) {
+            break;
+        }
+        wanted = ReadWindow::kSmallest;
+        const std::size_t found = findStartCode(bytes, kProgramEnd, 0xFF);
+        if (found < bytes.size()) {
+            walk.at += found;
+            return kOk;
+        }
+        walk.at += bytes.size() - (kStartCodeBytes - 1);
+    }
+    walk.at = walk.limit;
+    return kOk;
+}
+
+// Acts on the start code at the present place and moves behind what it begins.
+Result readNext(Walk& walk) {
+    std::span<const std::uint8_t> bytes;
+    if (!walk.view(walk.at, kPacketHeaderBytes, bytes)) {
+        return kFail;
+    }
+    if (bytes.size() < kPacketHeaderBytes) {
+        walk.at = walk.limit;
+        return kOk;
+    }
+    const std::uint8_t code = bytes[3];
+    std::uint32_t length = be16(&bytes[4]);
+    if (code == kPackStart) {
+        return readPack(walk);
+    }
+    if (code == kProgramEnd) {
+        walk.at += kStartCodeBytes;
+        return kOk;
+    }
+    const std::uint64_t data = walk.at + kPacketHeaderBytes;
+    walk.at = data + length;
+    if (length == 0) {  // some writers do not tell: up to the next start code of the layer
+        if (findNext(walk) != kOk) {
+            return kFail;
+        }
+        length = static_cast<std::uint32_t>(
+            std::min<std::uint64_t>(walk.at - data, ReadWindow::kLargest));
+    }
+    if (code == kSystemHeaderStart) {
+        return readSystemHeader(walk, data, length);
+    }
+    return isVideo(code) || isAudio(code) ? readPacket(walk, code, data, length) : kOk;
+}
+
+}  // namespace
+
+Result walkMpegPs(MpegPsReader& reader) {
+    Walk walk{reader, reader.firstPack, std::min(reader.end, reader.firstPack + kWalkBytes)};
+    while (walk.at < walk.limit && !isComplete(reader)) {
+        Result result = findNext(walk);
+        if (result == kOk && walk.at < walk.limit) {
+            result = readNext(walk);
+        }
+        if (result != kOk) {
+            return result;
+        }
+    }
+    return kOk;
+}
+
+}  // namespace probe
