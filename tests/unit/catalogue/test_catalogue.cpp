@@ -1,0 +1,304 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/camera.h"
+#include "catalogue/catalogue.h"
+#include "catalogue/volumes.h"
+#include "platform/text.h"
+#include "tests/unit/support/unit_folder.h"
+
+namespace {
+
+using catalogue::FolderListing;
+using catalogue::Order;
+using catalogue::PathBuffer;
+
+struct Entry {
+    const char16_t* name;
+    platform::EntryKind kind;
+};
+
+std::vector<Entry> offered;  // what the walk below returns, in this order
+
+bool walkOffered(const char16_t*, platform::EntryVisitor visitor, void* context) {
+    for (const Entry& entry : offered) {
+        if (!visitor(context, entry.name, entry.kind)) {
+            break;
+        }
+    }
+    return !offered.empty();
+}
+
+constexpr auto kFile = platform::EntryKind::File;
+constexpr auto kFolder = platform::EntryKind::Folder;
+
+std::vector<std::string> filesOf(const FolderListing& listing) {
+    std::vector<std::string> names;
+    PathBuffer path;
+    for (std::int32_t i = 0; listing.GetFilePath(i, path) == 1; ++i) {
+        names.push_back(platform::toUtf8(path));
+    }
+    return names;
+}
+
+std::vector<std::string> foldersOf(const FolderListing& listing) {
+    std::vector<std::string> names;
+    PathBuffer path;
+    for (std::int32_t i = 0; listing.GetFolderPath(i, path) == 1; ++i) {
+        names.push_back(platform::toUtf8(path));
+    }
+    return names;
+}
+
+using Paths = std::vector<std::string>;
+
+TEST(Recordings, AreToldByTheirLastThreeCharacters) {
+    struct Case {
+        const char16_t* name;
+        bool accepted;
+    };
+    const Case cases[] = {
+        {u"a.avi", true},     {u"a.AVI", true},    {u"CLIP.Avi", false}, {u"clip.mpeg", true},
+        {u"clip.rmvb", true}, {u"clip.rm", false}, {u"clip.RM", false},  {u"avi", true},
+        {u"xavi", true},      {u"vi", false},      {u"", false},         {u"clip.flv", false},
+        {u"clip.mp3", false}, {u"a.mov", true},    {u"a.K3G", true},     {u"a.3gp", true},
+        {u"a.jpeg", true},    {u"a.avi ", false},  {u"a.wmv", true},     {u"a.OGM", true},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(catalogue::isRecording(c.name), c.accepted) << platform::toUtf8(c.name);
+    }
+}
+
+TEST(Recordings, TablesAreAsTheUnitHasThem) {
+    using catalogue::VideoExtensions;
+    const std::set<std::u16string_view> distinct(VideoExtensions.begin(), VideoExtensions.end());
+    EXPECT_EQ(distinct.size(), 26u);
+    for (std::size_t i = 0; i < 13; ++i) {  // the second half repeats the first in upper case
+        std::u16string upper(VideoExtensions[i]);
+        for (char16_t& letter : upper) {
+            letter = letter >= u'a' && letter <= u'z' ? static_cast<char16_t>(letter - 32) : letter;
+        }
+        EXPECT_EQ(upper, VideoExtensions[i + 13]);
+    }
+    EXPECT_EQ(std::u16string_view(catalogue::volumeName(0)), u"SDMMCDisk");
+    EXPECT_EQ(std::u16string_view(catalogue::volumeName(5)), u"USB4");
+    EXPECT_EQ(catalogue::volumeName(6), nullptr);
+    EXPECT_EQ(catalogue::volumeName(-1), nullptr);
+}
+
+TEST(Listing, RootHoldsVolumesInTheOrderFound) {
+    offered = {{u"USB", kFolder},       {u"ResidentFlash2", kFolder},
+               {u"SDMMCDisk", kFolder}, {u"usb", kFolder},
+               {u"USB2", kFile},        {u"clip.avi", kFile},
+               {u"USB5", kFolder},      {u"USB4", kFolder}};
+    for (const char16_t* root : {u"", u"\\"}) {
+        FolderListing listing;
+        listing.OpenListing(root, Order::ByPath, walkOffered);
+        EXPECT_EQ(foldersOf(listing), (Paths{"\\USB", "\\SDMMCDisk", "\\USB4"}));
+        EXPECT_EQ(listing.GetFileCount(), 0);
+        PathBuffer path = {u'x'};
+        EXPECT_EQ(listing.GetPath(path), 0);
+        EXPECT_EQ(path[0], u'\0');
+    }
+}
+
+TEST(Listing, OrderIsTheFileSystemsOrByPath) {
+    offered = {{u"B.avi", kFile}, {u"b", kFolder}, {u"A.avi", kFile},
+               {u"a.avi", kFile}, {u"A", kFolder}, {u"note.txt", kFile}};
+    FolderListing listing;
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    EXPECT_EQ(filesOf(listing), (Paths{"\\USB\\B.avi", "\\USB\\A.avi", "\\USB\\a.avi"}));
+    EXPECT_EQ(foldersOf(listing), (Paths{"\\USB\\b", "\\USB\\A"}));
+    listing.OpenListing(u"\\USB", Order::ByPath, walkOffered);
+    EXPECT_EQ(filesOf(listing), (Paths{"\\USB\\A.avi", "\\USB\\B.avi", "\\USB\\a.avi"}));
+    EXPECT_EQ(foldersOf(listing), (Paths{"\\USB\\A", "\\USB\\b"}));
+}
+
+TEST(Listing, PagesHoldEightRows) {
+    EXPECT_EQ(catalogue::pagesFor(0), 0);
+    EXPECT_EQ(catalogue::pagesFor(1), 1);
+    EXPECT_EQ(catalogue::pagesFor(8), 1);
+    EXPECT_EQ(catalogue::pagesFor(16), 2);
+    EXPECT_EQ(catalogue::pagesFor(17), 3);
+    offered.assign(9, {u"a.avi", kFile});
+    offered.push_back({u"folder", kFolder});
+    FolderListing listing;
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    EXPECT_EQ(listing.GetPageCount(), 2);
+    EXPECT_EQ(listing.GetFileCount(), 9);
+    EXPECT_EQ(listing.GetFolderCount(), 1);
+}
+
+TEST(Listing, NamesAndParents) {
+    offered = {{u"clip.avi", kFile}, {u"sub", kFolder}};
+    FolderListing listing;
+    listing.OpenListing(u"\\USB\\여행", Order::FileSystem, walkOffered);
+    PathBuffer text;
+    EXPECT_EQ(listing.GetFileName(0, text), 1);
+    EXPECT_EQ(std::u16string_view(text), u"clip.avi");
+    EXPECT_EQ(listing.GetFolderName(0, text), 1);
+    EXPECT_EQ(std::u16string_view(text), u"sub");
+    listing.GetParentPath(text);
+    EXPECT_EQ(std::u16string_view(text), u"\\USB");
+    for (const std::int32_t index : {-1, 1, 1000}) {
+        text[0] = u'x';
+        EXPECT_EQ(listing.GetFilePath(index, text), 0);
+        EXPECT_EQ(text[0], u'\0');
+        EXPECT_EQ(listing.GetFolderName(index, text), 0);
+    }
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    listing.GetParentPath(text);
+    EXPECT_EQ(std::u16string_view(text), u"");
+}
+
+TEST(Listing, LeavesOutWhatNoBufferHolds) {
+    const std::u16string fits(254, u'n'), tooLong(255, u'n');  // with "\USB\" 259 and 260
+    const std::u16string fitting = fits.substr(4) + u".avi", over = tooLong.substr(4) + u".avi";
+    offered = {{over.c_str(), kFile}, {fitting.c_str(), kFile}};
+    FolderListing listing;
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    ASSERT_EQ(listing.GetFileCount(), 1);
+    PathBuffer path;
+    listing.GetFilePath(0, path);
+    EXPECT_EQ(std::u16string_view(path).size(), 259u);
+}
+
+TEST(Listing, ManyEntriesKeepTheirOrder) {
+    std::vector<std::u16string> names;
+    for (int i = 0; i < 10000; ++i) {
+        names.push_back(platform::toUtf16(std::to_string((i * 7919) % 10000 + 10000) + ".avi"));
+    }
+    offered.clear();
+    for (const std::u16string& name : names) {
+        offered.push_back({name.c_str(), kFile});
+    }
+    FolderListing listing;
+    listing.OpenListing(u"\\USB", Order::ByPath, walkOffered);
+    const Paths files = filesOf(listing);
+    ASSERT_EQ(files.size(), 10000u);
+    EXPECT_TRUE(std::is_sorted(files.begin(), files.end()));
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    PathBuffer path;
+    listing.GetFilePath(1, path);
+    EXPECT_EQ(platform::toUtf8(path), "\\USB\\17919.avi");
+}
+
+class Catalogue : public test::UnitFolder {
+protected:
+    catalogue::CatalogueFields fields_;
+};
+
+TEST_F(Catalogue, PathKinds) {
+    put("USB/a.avi");
+    EXPECT_EQ(catalogue::PathKind(u""), 0);
+    EXPECT_EQ(catalogue::PathKind(u"\\USB\\b.avi"), 0);
+    EXPECT_EQ(catalogue::PathKind(u"\\USB\\a.avi"), 1);
+    EXPECT_EQ(catalogue::PathKind(u"\\USB"), 2);
+}
+
+TEST_F(Catalogue, VanishedFolderFallsBackToTheRoot) {
+    makeFolder("USB");
+    EXPECT_EQ(catalogue::ListPlayFolder(fields_, u"\\SDMMCDisk\\Drive"), 0);
+    EXPECT_EQ(fields_.playFolderPath[0], u'\0');
+    catalogue::ListBrowseFolder(fields_, u"\\SDMMCDisk\\Drive");
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"ROOT");
+    EXPECT_EQ(fields_.browseFolderCount, 1);
+}
+
+TEST_F(Catalogue, BrowsesDownAndUp) {
+    put("USB/trip/a.avi");
+    catalogue::ListBrowseFolder(fields_, u"");
+    fields_.browsePage = 3;
+    catalogue::EnterBrowseFolder(fields_, 0);
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"\\USB");
+    EXPECT_EQ(fields_.browsePage, 0);
+    catalogue::EnterBrowseFolder(fields_, 0);
+    EXPECT_EQ(fields_.browseFileCount, 1);
+    catalogue::EnterBrowseFolder(fields_, 7);  // no such folder
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"\\USB\\trip");
+    catalogue::BrowseParent(fields_);
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"\\USB");
+    catalogue::BrowseParent(fields_);
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"ROOT");
+}
+
+TEST_F(Catalogue, ConnectModeNeverShowsTheRoot) {
+    put("USB/a.avi");
+    fields_.connectMode = 1;
+    catalogue::ListBrowseFolder(fields_, u"\\USB");
+    fields_.browsePage = 2;
+    catalogue::BrowseParent(fields_);
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"\\USB");
+    EXPECT_EQ(fields_.browsePage, 2);
+}
+
+TEST_F(Catalogue, ChoosingAFileListsItsFolderForPlay) {
+    put("USB/a.avi");
+    put("USB/b.avi");
+    put("SDMMCDisk/c.avi");
+    catalogue::ListPlayFolder(fields_, u"\\SDMMCDisk");
+    catalogue::ListBrowseFolder(fields_, u"\\USB");
+    catalogue::SelectBrowseFile(fields_, 1);
+    EXPECT_EQ(std::u16string_view(fields_.playFolderPath), u"\\USB");
+    EXPECT_EQ(fields_.playFileCount, 2);
+    EXPECT_EQ(fields_.playIndex, 1);
+    EXPECT_EQ(fields_.persisted.fileIndex, 1);
+    catalogue::SelectBrowseFile(fields_, 2);  // no such file
+    EXPECT_EQ(fields_.playIndex, 1);
+}
+
+TEST_F(Catalogue, RelistingKeepsThePageThatIsStillThere) {
+    for (int i = 0; i < 20; ++i) {
+        put("USB/" + std::to_string(i) + ".avi");
+    }
+    catalogue::ListBrowseFolder(fields_, u"\\USB");
+    fields_.browsePage = 2;
+    catalogue::RelistBrowseFolder(fields_);
+    EXPECT_EQ(fields_.browsePage, 2);
+    for (int i = 0; i < 12; ++i) {
+        std::filesystem::remove(root_ / ("USB/" + std::to_string(i) + ".avi"));
+    }
+    catalogue::RelistBrowseFolder(fields_);
+    EXPECT_EQ(fields_.browsePage, 0);
+}
+
+TEST(Volumes, FirstComponentDecides) {
+    using catalogue::liesOnVolume;
+    EXPECT_TRUE(liesOnVolume(u"\\USB\\a", u"USB"));
+    EXPECT_TRUE(liesOnVolume(u"\\USB", u"USB"));
+    EXPECT_TRUE(liesOnVolume(u"USB\\a", u"USB"));
+    EXPECT_FALSE(liesOnVolume(u"\\USB2\\a", u"USB"));
+    EXPECT_FALSE(liesOnVolume(u"", u"USB"));
+    EXPECT_FALSE(liesOnVolume(u"\\usb\\a", u"USB"));
+}
+
+TEST(Camera, IsToldByTheNamesEnd) {
+    struct Case {
+        const char16_t* path;
+        catalogue::Camera camera;
+        const char16_t* sibling;
+    };
+    const Case cases[] = {
+        {u"\\USB\\20261121_081500_F.avi", catalogue::kFrontCamera, u"\\USB\\20261121_081500_R.avi"},
+        {u"\\USB\\20261121_081500_R.mp4", catalogue::kRearCamera, u"\\USB\\20261121_081500_F.mp4"},
+        {u"\\USB\\x_f.avi", catalogue::kFrontCamera, u"\\USB\\x_r.avi"},
+        {u"\\USB\\x_r.AVI", catalogue::kRearCamera, u"\\USB\\x_f.AVI"},
+        {u"\\USB\\xR.avi", catalogue::kUnknownCamera, u""},
+        {u"\\USB\\x_Q.avi", catalogue::kUnknownCamera, u""},
+        {u"\\USB\\x_F", catalogue::kUnknownCamera, u""},
+        {u".avi", catalogue::kUnknownCamera, u""},
+        {u"", catalogue::kUnknownCamera, u""},
+    };
+    for (const Case& c : cases) {
+        PathBuffer sibling = {u'x'};
+        EXPECT_EQ(catalogue::cameraOf(c.path), c.camera) << platform::toUtf8(c.path);
+        EXPECT_EQ(catalogue::siblingRecording(c.path, sibling), *c.sibling != 0 ? 1 : 0);
+        EXPECT_EQ(std::u16string_view(sibling), c.sibling);
+    }
+}
+
+}  // namespace
