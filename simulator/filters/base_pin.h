@@ -1,0 +1,63 @@
+// A pin of a head unit filter: the connection and its media type. Its lifetime is its filter's, so
+// references are counted there. Connections are made and broken on the application's thread with
+// the filter stopped.
+#pragma once
+
+#include <dshow.h>
+
+#include "simulator/filters/enumerators.h"
+
+namespace filters {
+
+class BasePin : public IPin {
+public:
+    // `owner` is the filter, `name` (a literal) is identifier and name at once.
+    BasePin(IBaseFilter* owner, PIN_DIRECTION direction, const wchar_t* name);
+    virtual ~BasePin() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    HRESULT STDMETHODCALLTYPE Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) override;
+    HRESULT STDMETHODCALLTYPE ReceiveConnection(IPin* connector,
+                                                const AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE Disconnect() override;
+    HRESULT STDMETHODCALLTYPE ConnectedTo(IPin** peer) override;
+    HRESULT STDMETHODCALLTYPE ConnectionMediaType(AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE QueryPinInfo(PIN_INFO* info) override;
+    HRESULT STDMETHODCALLTYPE QueryDirection(PIN_DIRECTION* direction) override;
+    HRESULT STDMETHODCALLTYPE QueryId(LPWSTR* id) override;
+    HRESULT STDMETHODCALLTYPE QueryAccept(const AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes** out) override;
+    HRESULT STDMETHODCALLTYPE QueryInternalConnections(IPin** pins, ULONG* count) override;
+    HRESULT STDMETHODCALLTYPE EndOfStream() override;
+    HRESULT STDMETHODCALLTYPE BeginFlush() override;
+    HRESULT STDMETHODCALLTYPE EndFlush() override;
+    HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop,
+                                         double rate) override;
+
+    IPin* peer() const { return peer_.Get(); }
+    const MediaType& type() const { return type_; }
+
+protected:
+    // Further interfaces of the pin, not counted; null when there is none for `iid`.
+    virtual void* findInterface(REFIID) { return nullptr; }
+    // S_OK when the pin takes (input) or could give (output) this type.
+    virtual HRESULT checkType(const AM_MEDIA_TYPE& type) = 0;
+    // The types an output pin offers, best first.
+    virtual TypeList offeredTypes() { return {}; }
+    // Called while a connection is being made; a failure refuses it.
+    virtual HRESULT connected(IPin*, const AM_MEDIA_TYPE&) { return S_OK; }
+    virtual void disconnected() {}
+
+    IBaseFilter* const owner_;
+
+private:
+    const PIN_DIRECTION direction_;
+    const wchar_t* const name_;
+    ComPtr<IPin> peer_;
+    MediaType type_;
+};
+
+}  // namespace filters

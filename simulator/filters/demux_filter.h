@@ -1,0 +1,117 @@
+// "TCC CDK Demux Filter": takes a recording apart and decodes it. The work is done by Wine's
+// splitter, which this filter aggregates and shows as itself, with an input pin of its own, through
+// which every read passes, and output pins that stand for the splitter's. The pin of a video that
+// the chip cannot decode offers it undecoded instead.
+//
+// Lifetime: made by the filter mapper inside IGraphBuilder::RenderFile, on a thread of the graph;
+// everything but the reads and the samples happens on the application's thread.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "graph/vendor_interfaces.h"
+#include "simulator/filters/base_filter.h"
+#include "simulator/filters/reader_pin.h"
+#include "simulator/filters/stream_pin.h"
+
+namespace filters {
+
+class DemuxFilter final : public BaseFilter,
+                          public vendor::DemuxValues,
+                          public vendor::DemuxOptions,
+                          public vendor::AudioStreams,
+                          public vendor::AudioStreamSelection,
+                          public vendor::FilterStatus,
+                          public vendor::OwnerWindow {
+public:
+    DemuxFilter();
+
+    // Whether the splitter could be made: without GStreamer there is none.
+    bool usable() const { return inner_ != nullptr; }
+
+    FILTERS_JOIN_UNKNOWN
+
+    HRESULT STDMETHODCALLTYPE Stop() override;
+    HRESULT STDMETHODCALLTYPE Pause() override;
+    HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override;
+    HRESULT STDMETHODCALLTYPE GetState(DWORD milliseconds, FILTER_STATE* state) override;
+    HRESULT STDMETHODCALLTYPE SetSyncSource(IReferenceClock* clock) override;
+    HRESULT STDMETHODCALLTYPE JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) override;
+
+    // A: the number of video streams, decodable or not. B: the number of audio streams. C: the
+    // video codec as four packed letters, 0 when the file's headers do not tell.
+    HRESULT STDMETHODCALLTYPE valueA(DWORD* value) override;
+    HRESULT STDMETHODCALLTYPE valueB(DWORD* value) override;
+    HRESULT STDMETHODCALLTYPE valueC(DWORD* value) override;
+
+    HRESULT STDMETHODCALLTYPE streamCount(DWORD* count) override;
+    HRESULT STDMETHODCALLTYPE currentStream(DWORD* index) override;
+    // E_INVALIDARG when there is no such stream.
+    HRESULT STDMETHODCALLTYPE selectStream(DWORD index) override;
+
+    // 0 no file, 1 a file is connected.
+    HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
+
+    HRESULT STDMETHODCALLTYPE method1() override;
+    HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND window) override;
+    HRESULT STDMETHODCALLTYPE method3() override;
+    HRESULT STDMETHODCALLTYPE method4() override;
+    HRESULT STDMETHODCALLTYPE method5() override;
+    // The option of both kOwnerWindow and kDemuxOptions; no value changes anything here.
+    HRESULT STDMETHODCALLTYPE setOption(DWORD value) override;
+
+protected:
+    void* findInterface(REFIID iid) override;
+    PinList pins() override;
+
+private:
+    ~DemuxFilter() override;
+
+    class Input final : public BasePin {
+    public:
+        explicit Input(DemuxFilter* demux)
+            : BasePin(demux, PINDIR_INPUT, L"Input"), demux_(demux) {}
+
+    protected:
+        HRESULT checkType(const AM_MEDIA_TYPE& type) override;
+        HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override;
+        void disconnected() override { demux_->closeFile(); }
+
+    private:
+        DemuxFilter* const demux_;
+    };
+
+    // Compressed video that no decoder of the chip takes.
+    class UndecodedVideo final : public BasePin {
+    public:
+        explicit UndecodedVideo(DemuxFilter* demux)
+            : BasePin(demux, PINDIR_OUTPUT, L"Video"), demux_(demux) {}
+
+    protected:
+        HRESULT checkType(const AM_MEDIA_TYPE&) override { return S_OK; }
+        TypeList offeredTypes() override;
+
+    private:
+        DemuxFilter* const demux_;
+    };
+
+    HRESULT openFile(IPin* file, const AM_MEDIA_TYPE& type);
+    void closeFile();
+    ComPtr<IPin> innerInput();
+    void findStreams();
+    std::vector<StreamPin*> streamsOf(const GUID& majorType);
+
+    ComPtr<IUnknown> innerUnknown_;
+    IBaseFilter* inner_ = nullptr;  // not counted: the aggregate's references are this filter's
+    Input input_{this};
+    UndecodedVideo undecoded_{this};
+    ReaderPin reader_{this};
+    std::vector<std::unique_ptr<StreamPin>> streams_, retired_;
+    bool open_ = false;
+    bool chipLacksCodec_ = false;
+    DWORD codec_ = 0;
+    DWORD audioStream_ = 0;
+};
+
+}  // namespace filters

@@ -1,0 +1,131 @@
+// The library's four exports: class objects, unloading, and registration with COM and with the
+// filter mapper. The names given to the filter mapper are the names that the filters have in a
+// graph that the graph builder makes.
+#include <new>
+
+#include "graph/vendor_interfaces.h"
+#include "simulator/filters/class_ids.h"
+#include "simulator/filters/demux_filter.h"
+#include "simulator/filters/faults.h"
+#include "simulator/filters/null_decoder.h"
+#include "simulator/filters/registration.h"
+#include "simulator/filters/video_layer.h"
+#include "simulator/filters/video_renderer.h"
+
+namespace filters {
+
+namespace {
+
+template <class Filter, class... Arguments>
+BaseFilter* make(Arguments... arguments) {
+    return new (std::nothrow) Filter(arguments...);
+}
+
+BaseFilter* createFilter(const CLSID& classId) {
+    if (classId == kDemuxClass) {
+        auto* demux = new (std::nothrow) DemuxFilter;
+        if (demux && !demux->usable()) {
+            demux->Release();
+            return nullptr;
+        }
+        return demux;
+    }
+    if (classId == kVideoRendererClass) {
+        return make<VideoRenderer>(classId, !fault(L"SecondNameOnly"));
+    }
+    if (classId == kVideoRendererSecondClass) {
+        return make<VideoRenderer>(classId, true);
+    }
+    if (classId == kNullVideoDecoderClass) {
+        return make<NullDecoder>();
+    }
+    return nullptr;
+}
+
+class Factory final : public IClassFactory {
+public:
+    explicit Factory(const CLSID& classId) : classId_(classId) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+        if (!out) {
+            return E_POINTER;
+        }
+        *out = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
+        if (!*out) {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override {
+        return static_cast<ULONG>(InterlockedIncrement(&references_));
+    }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const LONG left = InterlockedDecrement(&references_);
+        if (!left) {
+            delete this;
+        }
+        return static_cast<ULONG>(left);
+    }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** out) override {
+        if (!out) {
+            return E_POINTER;
+        }
+        *out = nullptr;
+        if (outer) {
+            return CLASS_E_NOAGGREGATION;
+        }
+        BaseFilter* filter = createFilter(classId_);
+        if (!filter) {
+            return E_OUTOFMEMORY;
+        }
+        const HRESULT result = filter->QueryInterface(iid, out);
+        filter->Release();
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+        countObject(lock ? 1 : -1);
+        return S_OK;
+    }
+
+private:
+    ~Factory() = default;
+
+    LONG references_ = 1;
+    const CLSID classId_;
+};
+
+}  // namespace
+
+}  // namespace filters
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** out) {
+    if (!out) {
+        return E_POINTER;
+    }
+    *out = nullptr;
+    if (!filters::isOwnClass(classId)) {
+        return CLASS_E_CLASSNOTAVAILABLE;
+    }
+    auto* factory = new (std::nothrow) filters::Factory(classId);
+    if (!factory) {
+        return E_OUTOFMEMORY;
+    }
+    const HRESULT result = factory->QueryInterface(iid, out);
+    factory->Release();
+    return result;
+}
+
+STDAPI DllCanUnloadNow() {
+    // The video layer's window procedure stays in use as long as its owner lives.
+    const bool layered = filters::VideoLayer::instance().owner() != nullptr;
+    return filters::liveObjects() || layered ? S_FALSE : S_OK;
+}
+
+STDAPI DllRegisterServer() {
+    return filters::registerAll();
+}
+
+STDAPI DllUnregisterServer() {
+    return filters::unregisterAll();
+}

@@ -1,0 +1,222 @@
+#include "simulator/filters/picture_scaler.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace filters {
+
+namespace {
+
+// Conversion factors, times 64: ITU-R BT.601-7 (3.5) and BT.709-6 (3.5), studio range 16 to 235.
+struct Matrix {
+    short redV, greenU, greenV, blueU;
+};
+constexpr Matrix kStandard = {102, 25, 52, 129};
+constexpr Matrix kHighDefinition = {115, 14, 34, 135};
+constexpr short kLumaFactor = 19077;  // 1.1644 * 64 * 256: luma enters shifted left by eight bits
+
+constexpr int kSpare = kPictureSpare;
+
+struct Vectors {
+    __m128i red, green, blue;
+};
+
+// Eight pixels; y, u and v are 16-bit lanes.
+inline Vectors toRgb(__m128i y, __m128i u, __m128i v, const Matrix& m) {
+    const __m128i bias = _mm_set1_epi16(128);
+    const __m128i luma = _mm_mulhi_epu16(_mm_slli_epi16(_mm_subs_epu16(y, _mm_set1_epi16(16)), 8),
+                                         _mm_set1_epi16(kLumaFactor));
+    u = _mm_sub_epi16(u, bias);
+    v = _mm_sub_epi16(v, bias);
+    const __m128i half = _mm_set1_epi16(32);
+    const __m128i level = _mm_add_epi16(luma, half);
+    const __m128i red = _mm_adds_epi16(level, _mm_mullo_epi16(v, _mm_set1_epi16(m.redV)));
+    const __m128i green =
+        _mm_subs_epi16(_mm_subs_epi16(level, _mm_mullo_epi16(u, _mm_set1_epi16(m.greenU))),
+                       _mm_mullo_epi16(v, _mm_set1_epi16(m.greenV)));
+    const __m128i blue = _mm_adds_epi16(level, _mm_mullo_epi16(u, _mm_set1_epi16(m.blueU)));
+    return {_mm_srai_epi16(red, 6), _mm_srai_epi16(green, 6), _mm_srai_epi16(blue, 6)};
+}
+
+inline void storeEight(std::uint32_t* out, const Vectors& low) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i blue = _mm_packus_epi16(low.blue, zero);
+    const __m128i green = _mm_packus_epi16(low.green, zero);
+    const __m128i red = _mm_packus_epi16(low.red, zero);
+    const __m128i blueGreen = _mm_unpacklo_epi8(blue, green);
+    const __m128i redZero = _mm_unpacklo_epi8(red, zero);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi16(blueGreen, redZero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4), _mm_unpackhi_epi16(blueGreen, redZero));
+}
+
+inline __m128i eightBytes(const std::uint8_t* bytes) {
+    return _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes)),
+                             _mm_setzero_si128());
+}
+
+// `halved`: u and v have one sample for two pixels.
+void convertRow(const std::uint8_t* y, const std::uint8_t* u, const std::uint8_t* v, bool halved,
+                const Matrix& matrix, std::uint32_t* out, int count) {
+    std::uint32_t last[8];
+    for (int x = 0; x < count; x += 8) {
+        __m128i chromaU = eightBytes(u + (halved ? x / 2 : x));
+        __m128i chromaV = eightBytes(v + (halved ? x / 2 : x));
+        if (halved) {
+            chromaU = _mm_unpacklo_epi16(chromaU, chromaU);
+            chromaV = _mm_unpacklo_epi16(chromaV, chromaV);
+        }
+        const Vectors pixels = toRgb(eightBytes(y + x), chromaU, chromaV, matrix);
+        if (count - x >= 8) {
+            storeEight(out + x, pixels);
+        } else {
+            storeEight(last, pixels);
+            std::memcpy(out + x, last, static_cast<std::size_t>(count - x) * 4);
+        }
+    }
+}
+
+}  // namespace
+
+PictureScaler::Steps PictureScaler::makeSteps(int source, int target) {
+    Steps steps(static_cast<std::size_t>(target));
+    for (int i = 0; i < target; ++i) {
+        // Centres of pixels lie on each other: position = (i + 1/2) * source / target - 1/2.
+        const std::int64_t scaled =
+            ((2 * static_cast<std::int64_t>(i) + 1) * source * 128) / target - 128;
+        const std::int64_t position = std::clamp<std::int64_t>(scaled, 0, (source - 1) * 256LL);
+        Step& step = steps[static_cast<std::size_t>(i)];
+        step.index = static_cast<std::uint16_t>(position >> 8);
+        step.weight = static_cast<std::uint16_t>(position & 255);
+    }
+    return steps;
+}
+
+void PictureScaler::prepare(const PictureFormat& format, int width, int height) {
+    if (width == width_ && height == height_ && format.width == format_.width &&
+        format.height == format_.height && format.layout == format_.layout) {
+        return;
+    }
+    format_ = format;
+    width_ = width;
+    height_ = height;
+    lumaColumns_ = makeSteps(format.width, width);
+    lumaRows_ = makeSteps(format.height, height);
+    chromaColumns_ = makeSteps((format.width + 1) / 2, width);
+    chromaRows_ = makeSteps((format.height + 1) / 2, height);
+    const auto longest = static_cast<std::size_t>(std::max(width, format.width) + kSpare);
+    for (auto* row : {&blended_, &y_, &u_, &v_, &split_[0], &split_[1]}) {
+        row->assign(longest, 0);
+    }
+}
+
+const std::uint8_t* PictureScaler::planeRow(const std::uint8_t* plane, int stride, int width,
+                                            Step vertical, const Steps& horizontal,
+                                            std::vector<std::uint8_t>& row) {
+    const std::uint8_t* upper = plane + static_cast<std::ptrdiff_t>(vertical.index) * stride;
+    const std::uint8_t* source = upper;
+    const auto count = static_cast<int>(horizontal.size());
+    if (vertical.weight) {
+        const std::uint8_t* lower = upper + stride;
+        const int weight = vertical.weight;
+        std::uint8_t* blended = count == width ? row.data() : blended_.data();
+        for (int x = 0; x < width; ++x) {
+            blended[x] =
+                static_cast<std::uint8_t>((upper[x] * (256 - weight) + lower[x] * weight) >> 8);
+        }
+        source = blended;
+    }
+    if (count == width) {
+        return source;
+    }
+    std::uint8_t* out = row.data();
+    // The last pixel has weight 0, so its right neighbour (one byte beyond) does not count.
+    for (int x = 0; x < count; ++x) {
+        const Step step = horizontal[static_cast<std::size_t>(x)];
+        const int left = source[step.index];
+        const int right = step.weight ? source[step.index + 1] : left;
+        out[x] = static_cast<std::uint8_t>(left + (((right - left) * step.weight) >> 8));
+    }
+    return out;
+}
+
+void PictureScaler::drawPlanes(const PictureFormat& format, const std::uint8_t* picture,
+                               const PixelTarget& target) {
+    const bool interleaved = format.layout == PixelLayout::Nv12;
+    const int chromaWidth = (format.width + 1) / 2;
+    const int chromaStride = format.chromaStride();
+    const std::uint8_t* first = picture + format.lumaStride() * format.lumaRows();
+    const std::uint8_t* second = first + chromaStride * (format.lumaRows() / 2);
+    if (format.layout == PixelLayout::Yv12) {
+        std::swap(first, second);
+    }
+    const bool halved = width_ == format.width;
+    const Matrix& matrix = format.fullHd ? kHighDefinition : kStandard;
+    const int left = std::max(target.clip.left, target.place.left);
+    const int count = std::min(target.clip.right, target.place.right) - left;
+    const int skip = left - static_cast<int>(target.place.left);
+    const Steps identity(static_cast<std::size_t>(chromaWidth));
+    const Steps& columns = halved ? identity : chromaColumns_;
+    for (int y = std::max(target.clip.top, target.place.top);
+         y < std::min(target.clip.bottom, target.place.bottom); ++y) {
+        const auto row = static_cast<std::size_t>(y - target.place.top);
+        const std::uint8_t* luma =
+            planeRow(picture, format.lumaStride(), format.width, lumaRows_[row], lumaColumns_, y_);
+        const std::uint8_t* u = first;
+        const std::uint8_t* v = second;
+        Step chromaRow = chromaRows_[row];
+        int stride = chromaStride;
+        if (interleaved) {
+            const std::uint8_t* pairs = first + chromaRow.index * chromaStride;
+            for (int x = 0; x < chromaWidth; ++x) {
+                split_[0][static_cast<std::size_t>(x)] = pairs[2 * x];
+                split_[1][static_cast<std::size_t>(x)] = pairs[2 * x + 1];
+            }
+            u = split_[0].data();
+            v = split_[1].data();
+            chromaRow = {0, 0};
+            stride = 0;
+        }
+        u = planeRow(u, stride, chromaWidth, chromaRow, columns, u_);
+        v = planeRow(v, stride, chromaWidth, chromaRow, columns, v_);
+        const int chromaSkip = halved ? skip / 2 : skip;
+        convertRow(luma + skip, u + chromaSkip, v + chromaSkip, halved, matrix,
+                   target.pixels + static_cast<std::ptrdiff_t>(y) * target.stride + left, count);
+    }
+}
+
+void PictureScaler::drawRgb(const PictureFormat& format, const std::uint8_t* picture,
+                            const PixelTarget& target) {
+    for (int y = std::max(target.clip.top, target.place.top);
+         y < std::min(target.clip.bottom, target.place.bottom); ++y) {
+        int sourceRow = lumaRows_[static_cast<std::size_t>(y - target.place.top)].index;
+        if (format.bottomUp) {
+            sourceRow = format.height - 1 - sourceRow;
+        }
+        const std::uint8_t* source = picture + sourceRow * format.lumaStride();
+        std::uint32_t* out = target.pixels + static_cast<std::ptrdiff_t>(y) * target.stride;
+        for (int x = std::max(target.clip.left, target.place.left);
+             x < std::min(target.clip.right, target.place.right); ++x) {
+            const Step step = lumaColumns_[static_cast<std::size_t>(x - target.place.left)];
+            std::memcpy(out + x, source + step.index * 4, 4);
+        }
+    }
+}
+
+void PictureScaler::draw(const PictureFormat& format, const std::uint8_t* picture,
+                         const PixelTarget& target) {
+    const int width = target.place.right - target.place.left;
+    const int height = target.place.bottom - target.place.top;
+    if (width <= 0 || height <= 0) {
+        return;
+    }
+    prepare(format, width, height);
+    if (format.layout == PixelLayout::Rgb32) {
+        drawRgb(format, picture, target);
+    } else {
+        drawPlanes(format, picture, target);
+    }
+}
+
+}  // namespace filters

@@ -1,0 +1,52 @@
+// The chip's scaler and colour converter: brings a decoded picture to the size of the output and to
+// 32-bit RGB in one pass, bilinear, row by row. One thread at a time.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "simulator/filters/picture_format.h"
+
+namespace filters {
+
+// Destination in pixels of a top-down 32-bit bitmap (blue first).
+struct PixelTarget {
+    std::uint32_t* pixels;  // of the bitmap's upper left corner
+    int stride;             // pixels a row
+    RECT place;             // where the whole picture goes; may reach beyond `clip`
+    RECT clip;              // the part that may be written
+};
+
+// Bytes that must be readable behind a picture: rows are read in whole vectors.
+inline constexpr int kPictureSpare = 16;
+
+class PictureScaler {
+public:
+    // `picture` holds format.bytes() bytes and kPictureSpare more.
+    void draw(const PictureFormat& format, const std::uint8_t* picture, const PixelTarget& target);
+
+private:
+    struct Step {
+        std::uint16_t index;   // left or upper neighbour
+        std::uint16_t weight;  // of the right or lower neighbour, 0 to 256
+    };
+    using Steps = std::vector<Step>;
+
+    void prepare(const PictureFormat& format, int width, int height);
+    static Steps makeSteps(int source, int target);
+    void drawRgb(const PictureFormat& format, const std::uint8_t* picture,
+                 const PixelTarget& target);
+    void drawPlanes(const PictureFormat& format, const std::uint8_t* picture,
+                    const PixelTarget& target);
+    // One row of one plane, brought to the target's width; the result may be the source itself.
+    const std::uint8_t* planeRow(const std::uint8_t* plane, int stride, int width, Step vertical,
+                                 const Steps& horizontal, std::vector<std::uint8_t>& row);
+
+    PictureFormat format_;
+    int width_ = 0;
+    int height_ = 0;
+    Steps lumaColumns_, lumaRows_, chromaColumns_, chromaRows_;
+    std::vector<std::uint8_t> blended_, y_, u_, v_, split_[2];
+};
+
+}  // namespace filters

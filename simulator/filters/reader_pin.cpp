@@ -1,0 +1,151 @@
+#include "simulator/filters/reader_pin.h"
+
+#include "graph/vendor_interfaces.h"
+#include "simulator/filters/faults.h"
+#include "simulator/tape/tape.h"
+
+namespace filters {
+
+namespace {
+
+constexpr DWORD kLookMilliseconds = 100;
+
+// The full path of the file that the pin's filter reads; empty when it does not say.
+std::wstring pathOf(IPin* pin) {
+    PIN_INFO info{};
+    if (FAILED(pin->QueryPinInfo(&info)) || !info.pFilter) {
+        return {};
+    }
+    ComPtr<IFileSourceFilter> source;
+    info.pFilter->QueryInterface(IID_PPV_ARGS(&source));
+    info.pFilter->Release();
+    LPOLESTR name = nullptr;
+    if (!source || FAILED(source->GetCurFile(&name, nullptr)) || !name) {
+        return {};
+    }
+    wchar_t full[1024];
+    const DWORD length = GetFullPathNameW(name, 1024, full, nullptr);
+    CoTaskMemFree(name);
+    return length && length < 1024 ? std::wstring(full, length) : std::wstring();
+}
+
+// "H:\SDMMCDisk\Record\a.avi" lies on the volume "H:\SDMMCDisk"; a file of the root on none.
+std::wstring volumeOf(const std::wstring& path) {
+    const std::size_t first = path.find(L'\\');
+    const std::size_t second = first == std::wstring::npos ? first : path.find(L'\\', first + 1);
+    return second == std::wstring::npos ? std::wstring() : path.substr(0, second);
+}
+
+}  // namespace
+
+HRESULT ReaderPin::attach(IPin* file) {
+    const HRESULT result = file->QueryInterface(IID_PPV_ARGS(&file_));
+    if (FAILED(result)) {
+        return result;
+    }
+    path_ = pathOf(file);
+    volume_ = volumeOf(path_);
+    present_ = true;
+    reported_ = 0;
+    lastLookTick_ = GetTickCount();
+    failAfterBytes_ = fault(L"ReadFailAfterBytes");
+    delayMilliseconds_ = fault(L"ReadDelayMilliseconds");
+    return S_OK;
+}
+
+void ReaderPin::detach() {
+    file_.Reset();
+}
+
+void* ReaderPin::findInterface(REFIID iid) {
+    return iid == IID_IAsyncReader ? static_cast<IAsyncReader*>(this) : nullptr;
+}
+
+bool ReaderPin::volumePresent() {
+    const DWORD now = GetTickCount();
+    if (present_ && !volume_.empty() && now - lastLookTick_ >= kLookMilliseconds) {
+        lastLookTick_ = now;
+        present_ = GetFileAttributesW(volume_.c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
+    return present_;
+}
+
+void ReaderPin::reportFailure(const char* why, LONGLONG offset) {
+    if (InterlockedExchange(&reported_, 1)) {
+        return;
+    }
+    const HWND player = FindWindowW(nullptr, L"Video");
+    if (player) {
+        PostMessageW(player, RegisterWindowMessageW(vendor::kReadFailMessage), 0, 0);
+    }
+    tape::Line("filter")
+        .text("filter", vendor::kDemuxName)
+        .text("what", L"read failed")
+        .text("why", std::wstring(why, why + std::char_traits<char>::length(why)).c_str())
+        .number("offset", offset);
+}
+
+HRESULT ReaderPin::admit(LONGLONG end) {
+    if (delayMilliseconds_) {
+        Sleep(delayMilliseconds_);
+    }
+    if (!volumePresent()) {
+        reportFailure("card gone", end);
+        return E_FAIL;
+    }
+    if (failAfterBytes_ && end > static_cast<LONGLONG>(failAfterBytes_)) {
+        reportFailure("fault", end);
+        return E_FAIL;
+    }
+    return S_OK;
+}
+
+HRESULT ReaderPin::SyncRead(LONGLONG offset, LONG bytes, BYTE* out) {
+    const HRESULT admitted = admit(offset + bytes);
+    if (FAILED(admitted)) {
+        return admitted;
+    }
+    const HRESULT result = file_.Get()->SyncRead(offset, bytes, out);
+    if (FAILED(result)) {
+        reportFailure("file", offset);
+    }
+    return result;
+}
+
+HRESULT ReaderPin::SyncReadAligned(IMediaSample* sample) {
+    const HRESULT admitted = admit(0);
+    return FAILED(admitted) ? admitted : file_.Get()->SyncReadAligned(sample);
+}
+
+HRESULT ReaderPin::RequestAllocator(IMemAllocator* preferred, ALLOCATOR_PROPERTIES* wanted,
+                                    IMemAllocator** actual) {
+    return file_.Get()->RequestAllocator(preferred, wanted, actual);
+}
+
+HRESULT ReaderPin::Request(IMediaSample* sample, DWORD_PTR user) {
+    const HRESULT admitted = admit(0);
+    return FAILED(admitted) ? admitted : file_.Get()->Request(sample, user);
+}
+
+HRESULT ReaderPin::WaitForNext(DWORD milliseconds, IMediaSample** sample, DWORD_PTR* user) {
+    return file_.Get()->WaitForNext(milliseconds, sample, user);
+}
+
+HRESULT ReaderPin::Length(LONGLONG* total, LONGLONG* available) {
+    return file_.Get()->Length(total, available);
+}
+
+HRESULT ReaderPin::BeginFlush() {
+    return file_ ? file_.Get()->BeginFlush() : S_OK;
+}
+
+HRESULT ReaderPin::EndFlush() {
+    return file_ ? file_.Get()->EndFlush() : S_OK;
+}
+
+bool ReaderPin::read(std::uint64_t offset, void* out, std::size_t bytes) {
+    return file_.Get()->SyncRead(static_cast<LONGLONG>(offset), static_cast<LONG>(bytes),
+                                 static_cast<BYTE*>(out)) == S_OK;
+}
+
+}  // namespace filters

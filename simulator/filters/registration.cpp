@@ -1,0 +1,143 @@
+#include "simulator/filters/registration.h"
+
+#include <dshow.h>
+#include <wrl/client.h>
+
+#include <cwchar>
+#include <string>
+
+#include "graph/vendor_interfaces.h"
+#include "simulator/filters/class_ids.h"
+
+namespace filters {
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr wchar_t kAudioInstance[] = L"headunit audio renderer";
+
+struct Row {
+    const CLSID* classId;
+    const wchar_t* name;
+    // Of the input pin; null: the application makes the filter itself.
+    const GUID* majorType;
+    DWORD merit;
+    // The filter's key in its category; null: its class identifier.
+    const wchar_t* instance;
+};
+
+// In falling merit, since the graph builder tries the best first.
+const Row kRows[] = {
+    {&kDemuxClass, vendor::kDemuxName, &MEDIATYPE_Stream, MERIT_PREFERRED + 0x100, nullptr},
+    {&kVideoRendererClass, vendor::kVideoRendererName, &MEDIATYPE_Video, MERIT_PREFERRED + 0x100,
+     nullptr},
+    {&kVideoRendererSecondClass, vendor::kVideoRendererSecondName, &MEDIATYPE_Video,
+     MERIT_PREFERRED + 0xF0, nullptr},
+    {&kNullVideoDecoderClass, vendor::kNullVideoDecoderName, &MEDIATYPE_Video,
+     MERIT_PREFERRED + 0x80, nullptr},
+    {&CLSID_AudioRender, vendor::kAudioRendererName, &MEDIATYPE_Audio, MERIT_PREFERRED + 0x100,
+     kAudioInstance},
+};
+
+std::wstring textOf(const CLSID& classId) {
+    wchar_t text[40];
+    return StringFromGUID2(classId, text, 40) ? text : L"";
+}
+
+std::wstring keyOf(const CLSID& classId) {
+    return L"Software\\Classes\\CLSID\\" + textOf(classId);
+}
+
+LSTATUS setText(const std::wstring& key, const wchar_t* name, const wchar_t* text) {
+    const auto bytes = static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t));
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text, bytes);
+}
+
+HRESULT registerClass(const CLSID& classId, const wchar_t* name) {
+    HMODULE module = nullptr;
+    wchar_t path[MAX_PATH];
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCWSTR>(&registerClass), &module);
+    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
+    if (!length || length == MAX_PATH) {
+        return E_FAIL;
+    }
+    const std::wstring key = keyOf(classId);
+    const std::wstring server = key + L"\\InprocServer32";
+    const bool done = setText(key, nullptr, name) == ERROR_SUCCESS &&
+                      setText(server, nullptr, path) == ERROR_SUCCESS &&
+                      setText(server, L"ThreadingModel", L"Both") == ERROR_SUCCESS;
+    return done ? S_OK : E_FAIL;
+}
+
+HRESULT registerWithMapper(IFilterMapper2* mapper, const Row& row) {
+    REGPINTYPES types = {row.majorType, &GUID_NULL};
+    REGFILTERPINS2 pins[1] = {};
+    pins[0].dwFlags = 0;
+    pins[0].nMediaTypes = 1;
+    pins[0].lpMediaType = &types;
+    REGFILTER2 filter{};
+    filter.dwVersion = 2;
+    filter.dwMerit = row.merit;
+    filter.cPins2 = 1;
+    filter.rgPins2 = pins;
+    return mapper->RegisterFilter(*row.classId, row.name, nullptr, &CLSID_LegacyAmFilterCategory,
+                                  row.instance, &filter);
+}
+
+HRESULT makeMapper(ComPtr<IFilterMapper2>* mapper) {
+    return CoCreateInstance(CLSID_FilterMapper2, nullptr, CLSCTX_INPROC_SERVER, IID_IFilterMapper2,
+                            reinterpret_cast<void**>(mapper->GetAddressOf()));
+}
+
+}  // namespace
+
+bool isOwnClass(const CLSID& classId) {
+    for (const Row& row : kRows) {
+        if (row.classId == &CLSID_AudioRender) {
+            continue;
+        }
+        if (*row.classId == classId) {
+            return true;
+        }
+    }
+    return false;
+}
+
+HRESULT registerAll() {
+    CoInitialize(nullptr);
+    ComPtr<IFilterMapper2> mapper;
+    HRESULT result = makeMapper(&mapper);
+    for (const Row& row : kRows) {
+        if (SUCCEEDED(result) && isOwnClass(*row.classId)) {
+            result = registerClass(*row.classId, row.name);
+        }
+        if (SUCCEEDED(result) && row.majorType) {
+            result = registerWithMapper(mapper.Get(), row);
+        }
+    }
+    mapper.Reset();
+    CoUninitialize();
+    return result;
+}
+
+HRESULT unregisterAll() {
+    CoInitialize(nullptr);
+    ComPtr<IFilterMapper2> mapper;
+    HRESULT result = makeMapper(&mapper);
+    for (const Row& row : kRows) {
+        if (mapper && row.majorType) {
+            mapper->UnregisterFilter(&CLSID_LegacyAmFilterCategory, row.instance, *row.classId);
+        }
+        if (isOwnClass(*row.classId)) {
+            RegDeleteTreeW(HKEY_LOCAL_MACHINE, keyOf(*row.classId).c_str());
+        }
+    }
+    mapper.Reset();
+    CoUninitialize();
+    return result;
+}
+
+}  // namespace filters

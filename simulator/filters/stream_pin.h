@@ -1,0 +1,79 @@
+// An output pin of the demultiplexer: the face of one of the splitter's pins. The splitter is
+// connected to a relay inside, which hands samples and stream events on to the real receiver; so
+// the graph sees pins of the demultiplexer only, and an audio stream can be silenced on its way.
+// Connections are made on the application's thread, samples come on the splitter's.
+#pragma once
+
+#include <atomic>
+
+#include "simulator/filters/base_pin.h"
+
+namespace filters {
+
+class StreamPin final : public BasePin {
+public:
+    // `inner` is the splitter's pin.
+    StreamPin(IBaseFilter* owner, IPin* inner);
+
+    const GUID& majorType() const { return majorType_; }
+    // Whether the samples of this (audio) stream are replaced by silence.
+    void setSilent(bool silent) { silent_ = silent; }
+
+    HRESULT STDMETHODCALLTYPE Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) override;
+    HRESULT STDMETHODCALLTYPE Disconnect() override;
+    HRESULT STDMETHODCALLTYPE ConnectedTo(IPin** peer) override;
+    HRESULT STDMETHODCALLTYPE ConnectionMediaType(AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE QueryPinInfo(PIN_INFO* info) override;
+    HRESULT STDMETHODCALLTYPE QueryId(LPWSTR* id) override;
+    HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes** out) override;
+
+protected:
+    // Seeking and quality messages go straight to the splitter's pin.
+    void* findInterface(REFIID iid) override;
+    HRESULT checkType(const AM_MEDIA_TYPE& type) override;
+
+private:
+    class Relay final : public BasePin, public IMemInputPin {
+    public:
+        Relay(IBaseFilter* owner, StreamPin* stream)
+            : BasePin(owner, PINDIR_INPUT, L"Relay"), stream_(stream) {}
+
+        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+            return BasePin::QueryInterface(iid, out);
+        }
+        ULONG STDMETHODCALLTYPE AddRef() override { return BasePin::AddRef(); }
+        ULONG STDMETHODCALLTYPE Release() override { return BasePin::Release(); }
+
+        HRESULT STDMETHODCALLTYPE EndOfStream() override;
+        HRESULT STDMETHODCALLTYPE BeginFlush() override;
+        HRESULT STDMETHODCALLTYPE EndFlush() override;
+        HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop,
+                                             double rate) override;
+
+        HRESULT STDMETHODCALLTYPE GetAllocator(IMemAllocator** allocator) override;
+        HRESULT STDMETHODCALLTYPE NotifyAllocator(IMemAllocator* allocator, BOOL readOnly) override;
+        HRESULT STDMETHODCALLTYPE GetAllocatorRequirements(ALLOCATOR_PROPERTIES* wanted) override;
+        HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
+        HRESULT STDMETHODCALLTYPE ReceiveMultiple(IMediaSample** samples, LONG count,
+                                                  LONG* taken) override;
+        HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override;
+
+    protected:
+        void* findInterface(REFIID iid) override;
+        HRESULT checkType(const AM_MEDIA_TYPE& type) override;
+        HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override;
+        void disconnected() override;
+
+    private:
+        StreamPin* const stream_;
+        ComPtr<IMemInputPin> memory_;  // the receiver's
+    };
+
+    ComPtr<IPin> receiver_;
+    IPin* const inner_;  // not counted: its references are this filter's
+    GUID majorType_ = GUID_NULL;
+    std::atomic<bool> silent_ = false;
+    Relay relay_;
+};
+
+}  // namespace filters

@@ -1,0 +1,94 @@
+// "TCC Video Renderer": shows decoded pictures on the video layer at their time. Samples come on a
+// decoder's thread, which waits here until the picture is due; everything else is called on the
+// application's thread.
+#pragma once
+
+#include "graph/vendor_interfaces.h"
+#include "simulator/filters/base_filter.h"
+#include "simulator/filters/video_input.h"
+#include "simulator/filters/video_layer.h"
+
+namespace filters {
+
+class VideoRenderer final : public BaseFilter,
+                            public IAMFilterMiscFlags,
+                            public vendor::VideoRenderSwitch,
+                            public vendor::ChromaKey,
+                            public vendor::OwnerWindow,
+                            public vendor::FilterStatus,
+                            public vendor::StartOption {
+public:
+    // `available` false: a renderer that accepts nothing, so that the graph looks for another.
+    VideoRenderer(const CLSID& classId, bool available);
+
+    FILTERS_JOIN_UNKNOWN
+
+    HRESULT STDMETHODCALLTYPE Stop() override;
+    HRESULT STDMETHODCALLTYPE Pause() override;
+    HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override;
+    HRESULT STDMETHODCALLTYPE GetState(DWORD milliseconds, FILTER_STATE* state) override;
+    HRESULT STDMETHODCALLTYPE SetSyncSource(IReferenceClock* clock) override;
+
+    ULONG STDMETHODCALLTYPE GetMiscFlags() override;
+
+    HRESULT STDMETHODCALLTYPE setRender(DWORD value) override;
+    HRESULT STDMETHODCALLTYPE setOutput(const vendor::VideoOutput* output) override;
+    HRESULT STDMETHODCALLTYPE setModeFlags(DWORD flags, DWORD aspectX, DWORD aspectY) override;
+    HRESULT STDMETHODCALLTYPE redrawFrame() override;
+
+    HRESULT STDMETHODCALLTYPE setKey(DWORD red, DWORD green, DWORD blue) override;
+    HRESULT STDMETHODCALLTYPE enableKey(DWORD enable) override;
+
+    HRESULT STDMETHODCALLTYPE method1() override;
+    HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND window) override;
+    HRESULT STDMETHODCALLTYPE method3() override;
+    HRESULT STDMETHODCALLTYPE method4() override;
+    HRESULT STDMETHODCALLTYPE method5() override;
+    HRESULT STDMETHODCALLTYPE setOption(DWORD value) override;
+
+    // 0 nothing connected, 1 connected.
+    HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
+    HRESULT STDMETHODCALLTYPE setValue(DWORD value) override;
+
+    // From the input pin.
+    bool available() const { return available_; }
+    HRESULT receive(IMediaSample* sample);
+    HRESULT endOfStream();
+    HRESULT beginFlush();
+    HRESULT endFlush();
+
+protected:
+    void* findInterface(REFIID iid) override;
+    PinList pins() override;
+
+private:
+    ~VideoRenderer() override;
+    void draw(IMediaSample* sample);
+    void setCued(bool cued);
+    // Waits, with the lock held, until the picture of this stream time is due; false when the
+    // wait was broken off by a flush, a stop or a pause.
+    bool waitUntilDue(REFERENCE_TIME time);
+    // How long the picture still has, in 100 ns; negative when it is late.
+    REFERENCE_TIME untilDue(REFERENCE_TIME time);
+    void place();
+    void complete();
+
+    const bool available_;
+    CRITICAL_SECTION lock_;
+    CONDITION_VARIABLE changed_;
+    HANDLE cued_;              // signalled while hasPicture_
+    bool hasPicture_ = false;  // a picture (or the end) has arrived since the last stop or flush
+    bool flushing_ = false;
+    bool ended_ = false;
+    DWORD shown_ = 0;
+    DWORD dropped_ = 0;
+    DWORD lastShownTick_ = 0;
+    DWORD longestGap_ = 0;  // milliseconds between two pictures while running
+    COLORREF key_ = RGB(0xF8, 0, 0xF8);
+    bool keyEnabled_ = true;
+    VideoLayer::Placement placement_;
+    VideoInput input_{this};
+    ComPtr<IUnknown> seeking_;  // aggregated: IMediaSeeking and IMediaPosition upstream
+};
+
+}  // namespace filters
