@@ -14,26 +14,32 @@ namespace {
 constexpr std::uint8_t kFirstAc3 = 0x80, kLastAc3 = 0x87, kFirstPcm = 0xA0, kLastPcm = 0xAF;
 constexpr std::size_t kSubStreamHeaderBytes = 4;
 
-// Finds a frame header that a second one follows, or that stands so near the payload's end that
-// the second lies in another packet.
-bool readMpegAudio(std::span<const std::uint8_t> payload, PacketAudio& audio) {
+// Finds a frame header that a second one follows; failing that, one that begins the payload and
+// reaches beyond its end.
+AudioFound readMpegAudio(std::span<const std::uint8_t> payload, PacketAudio& audio) {
+    AudioFound found = AudioFound::No;
     for (std::size_t at = 0; at + kMpegAudioHeaderBytes <= payload.size(); ++at) {
-        MpegAudioHeader header, next;
         const auto rest = payload.subspan(at);
+        MpegAudioHeader header, next;
         if (!parseMpegAudioHeader(rest, header)) {
             continue;
         }
+        // Required: layer III has the same tag here as layers I and II.
+        const PacketAudio described = {kAudioMpeg, header.sampleRate, header.channels,
+                                       header.bitRate};
         const bool nextIsHere =
             header.frameBytes != 0 && header.frameBytes + kMpegAudioHeaderBytes <= rest.size();
-        if (nextIsHere && (!parseMpegAudioHeader(rest.subspan(header.frameBytes), next) ||
-                           next.layer != header.layer || next.sampleRate != header.sampleRate)) {
-            continue;
+        if (nextIsHere && parseMpegAudioHeader(rest.subspan(header.frameBytes), next) &&
+            next.layer == header.layer && next.sampleRate == header.sampleRate) {
+            audio = described;
+            return AudioFound::Certain;
         }
-        // Required: layer III has the same tag here as layers I and II.
-        audio = {kAudioMpeg, header.sampleRate, header.channels, header.bitRate};
-        return true;
+        if (!nextIsHere && at == 0) {
+            audio = described;
+            found = AudioFound::Likely;
+        }
     }
-    return false;
+    return found;
 }
 
 // ATSC A/52 sections 5.3.1 and 5.3.2: sync word 0B 77, checksum 16, sample rate code 2, frame size
@@ -87,20 +93,20 @@ bool readPcm(std::span<const std::uint8_t> header, PacketAudio& audio) {
 
 }  // namespace
 
-bool readPacketAudio(std::uint8_t stream, std::span<const std::uint8_t> payload,
-                     PacketAudio& audio) {
+AudioFound readPacketAudio(std::uint8_t stream, std::span<const std::uint8_t> payload,
+                           PacketAudio& audio) {
     if (stream >= kFirstAudioStream && stream <= kLastAudioStream) {
         return readMpegAudio(payload, audio);
     }
     if (stream != kPrivateStream1 || payload.size() < kSubStreamHeaderBytes) {
-        return false;
+        return AudioFound::No;
     }
     const std::uint8_t subStream = payload[0];
     const auto content = payload.subspan(kSubStreamHeaderBytes);
-    if (subStream >= kFirstAc3 && subStream <= kLastAc3) {
-        return readAc3(content, audio);
-    }
-    return subStream >= kFirstPcm && subStream <= kLastPcm && readPcm(content, audio);
+    const bool isAc3 = subStream >= kFirstAc3 && subStream <= kLastAc3;
+    const bool isPcm = subStream >= kFirstPcm && subStream <= kLastPcm;
+    const bool found = isAc3 ? readAc3(content, audio) : isPcm && readPcm(content, audio);
+    return found ? AudioFound::Certain : AudioFound::No;
 }
 
 }  // namespace probe

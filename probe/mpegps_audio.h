@@ -17,9 +17,14 @@ struct PacketAudio {
     std::uint32_t bitRate = 0;  // bits per second; 0 for the free format of MPEG audio
 };
 
-// Looks for the start of a frame in the payload of one packet of the stream. Returns false when
-// the stream carries no sound that is known here or the payload shows no frame header.
-[[nodiscard]] bool readPacketAudio(std::uint8_t stream, std::span<const std::uint8_t> payload,
-                                   PacketAudio& audio);
+enum class AudioFound : std::uint8_t {
+    No,      // no sound that is known here, or no frame header in this payload
+    Likely,  // a frame header of MPEG audio whose next one lies in another packet
+    Certain,
+};
+
+// Looks for the start of a frame in the payload of one packet of the stream.
+[[nodiscard]] AudioFound readPacketAudio(std::uint8_t stream, std::span<const std::uint8_t> payload,
+                                         PacketAudio& audio);
 
 }  // namespace probe

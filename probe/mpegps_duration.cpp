@@ -12,8 +12,12 @@ constexpr std::size_t kPlaces = 8;
 constexpr std::uint64_t kSearchBytes = 0x40000;  // how far a pack is looked for from a place
 constexpr int kMostLookups = 1024;               // for streams of nothing but new starts
 
+constexpr std::uint64_t kShortStretch = 0x8000;
+constexpr int kHalvings = 6;
+
 struct Clock {
     MpegPsReader& reader;
+    double pace = 0.0;  // time for each byte of the stream
     int lookups = 0;
     bool readFailed = false;
 };
@@ -76,6 +80,8 @@ ClockPoint findLastPack(Clock& clock, std::uint64_t start, std::uint64_t end) {
     return {};
 }
 
+using Places = std::array<ClockPoint, kPlaces + 2>;
+
 bool isBroken(const ClockPoint& a, const ClockPoint& b, std::int64_t expected) {
     const std::int64_t elapsed = b.time - a.time;
     return elapsed < 0 || elapsed > kLeap + 8 * expected;
@@ -116,35 +122,56 @@ std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b, std::int6
     return sum;
 }
 
-std::int64_t timeBetween(Clock& clock, const ClockPoint& a, const ClockPoint& b,
-                         std::int64_t expected) {
+// Time from a to b. A stretch that took less than its bytes let expect is halved a few times: the
+// clock may have run back in it unseen.
+std::int64_t timeBetween(Clock& clock, const ClockPoint& a, const ClockPoint& b, int halvings) {
+    const std::int64_t elapsed = b.time - a.time;
+    const auto expected =
+        static_cast<std::int64_t>(clock.pace * static_cast<double>(b.offset - a.offset));
     if (isBroken(a, b, expected)) {
         return timeAcrossBreak(clock, a, b, expected);
     }
-    const std::int64_t elapsed = b.time - a.time;
-    if (elapsed < expected / 2) {  // slow: has the clock run back in between, unseen?
-        const ClockPoint middle =
-            findPack(clock, a.offset + (b.offset - a.offset) / 2 + 1, b.offset);
-        if (middle.time != kNoClock &&
-            (isBroken(a, middle, expected) || isBroken(middle, b, expected))) {
-            return timeAcrossBreak(clock, a, b, expected);
-        }
+    if (elapsed >= expected / 5 * 3 || expected < kSecond || halvings == 0 ||
+        clock.lookups >= kMostLookups) {
+        return elapsed;
     }
-    return elapsed;
+    const ClockPoint middle = findPack(clock, a.offset + (b.offset - a.offset) / 2 + 1, b.offset);
+    if (middle.time == kNoClock) {
+        return elapsed;
+    }
+    return timeBetween(clock, a, middle, halvings - 1) +
+           timeBetween(clock, middle, b, halvings - 1);
 }
 
-using Places = std::array<ClockPoint, kPlaces + 2>;
-
-// Time for each byte of the stretch that is the median of all; breaks are outliers.
-double medianPace(const Places& places, std::size_t count) {
-    std::array<double, kPlaces + 1> paces;
-    for (std::size_t i = 0; i + 1 < count; ++i) {
-        paces[i] = static_cast<double>(places[i + 1].time - places[i].time) /
-                   static_cast<double>(places[i + 1].offset - places[i].offset);
+// Looks at the file in equal steps between the first and the last pack. Returns how many places
+// were found, both ends included; sets the pace of the clock to the median over short stretches
+// behind the places, which no break between them disturbs.
+std::size_t findPlaces(Clock& clock, const ClockPoint& last, Places& places) {
+    const ClockPoint first = clock.reader.firstClock;
+    const std::uint64_t step = (last.offset - first.offset) / (kPlaces + 1);
+    std::array<double, kPlaces> paces;
+    std::size_t count = 0, measured = 0;
+    places[count++] = first;
+    for (std::size_t i = 1; step >= 2 * kShortStretch && i <= kPlaces; ++i) {
+        const ClockPoint found = findPack(clock, first.offset + i * step, last.offset);
+        if (found.time == kNoClock || found.offset <= places[count - 1].offset) {
+            continue;
+        }
+        places[count++] = found;
+        const ClockPoint next = findPack(clock, found.offset + kShortStretch, last.offset);
+        if (next.time > found.time) {
+            paces[measured++] = static_cast<double>(next.time - found.time) /
+                                static_cast<double>(next.offset - found.offset);
+        }
     }
-    const auto middle = paces.begin() + static_cast<std::ptrdiff_t>((count - 1) / 2);
-    std::nth_element(paces.begin(), middle, paces.begin() + static_cast<std::ptrdiff_t>(count - 1));
-    return std::max(*middle, 0.0);
+    places[count++] = last;
+    if (measured != 0) {
+        const auto middle = paces.begin() + static_cast<std::ptrdiff_t>(measured / 2);
+        std::nth_element(paces.begin(), middle,
+                         paces.begin() + static_cast<std::ptrdiff_t>(measured));
+        clock.pace = *middle;
+    }
+    return count;
 }
 
 }  // namespace
@@ -155,26 +182,13 @@ Result measureMpegPs(MpegPsReader& reader, std::int64_t& duration) {
         return kOk;
     }
     Clock clock{reader};
-    Places places;
-    places[0] = reader.firstClock;
-    std::size_t count = 1;
     const ClockPoint last =
         findLastPack(clock, reader.firstClock.offset + kStartCodeBytes, reader.end);
-    const std::uint64_t step =
-        last.time != kNoClock ? (last.offset - reader.firstClock.offset) / (kPlaces + 1) : 0;
-    for (std::size_t i = 1; step >= kSearchBytes && i <= kPlaces; ++i) {
-        const ClockPoint found = findPack(clock, reader.firstClock.offset + i * step, last.offset);
-        if (found.time != kNoClock && found.offset > places[count - 1].offset) {
-            places[count++] = found;
-        }
-    }
     if (last.time != kNoClock) {
-        places[count++] = last;
-        const double pace = medianPace(places, count);
+        Places places;
+        const std::size_t count = findPlaces(clock, last, places);
         for (std::size_t i = 0; i + 1 < count; ++i) {
-            const auto bytes = static_cast<double>(places[i + 1].offset - places[i].offset);
-            duration += timeBetween(clock, places[i], places[i + 1],
-                                    static_cast<std::int64_t>(pace * bytes));
+            duration += timeBetween(clock, places[i], places[i + 1], kHalvings);
         }
     }
     return clock.readFailed ? kFail : kOk;

@@ -8,12 +8,13 @@
 
 namespace probe {
 
-// The time from reader.firstClock to the last pack of the file, in units of 100 ns; 0 when there is
-// no second pack. The clock may start again anywhere, as in recordings put together from several,
-// and wraps every 26.5 hours: the file is looked at in eight more places, and wherever the clock
-// runs back or leaps between two of them the pack where it does is searched by halving. The gap
-// itself counts nothing. A new start that leaves the clock between two places running forward at
-// the expected pace goes unnoticed. Reads some 4 KiB for each place.
+// The time from reader.firstClock to the last pack of the file, in units of 100 ns; 0 when there
+// is no second pack. The clock may start again anywhere, as in recordings put together from
+// several, and wraps every 26.5 hours. So the file is looked at in eight more places. Wherever the
+// clock runs back or leaps between two of them, the pack where it does is searched by halving, and
+// the gap itself counts nothing; wherever it runs much slower than it does over short stretches,
+// the file is looked at more closely. A stretch that hides a new start and still keeps the pace
+// goes unnoticed. Reads some 4 KiB for each look.
 // Returns kFail when a read fails.
 [[nodiscard]] Result measureMpegPs(MpegPsReader& reader, std::int64_t& duration);
 

@@ -135,8 +135,11 @@ Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint
         reader.sequence.feed(payload);
     } else if (audioWanted) {
         PacketAudio audio;
-        if (readPacketAudio(stream, payload, audio)) {
+        const AudioFound found = readPacketAudio(stream, payload, audio);
+        if (found == AudioFound::Certain) {
             reader.audio = audio;
+        } else if (found == AudioFound::Likely && reader.likelyAudio.formatTag == 0) {
+            reader.likelyAudio = audio;
         }
     }
     return kOk;
@@ -212,6 +215,9 @@ Result walkMpegPs(MpegPsReader& reader) {
         if (result != kOk) {
             return result;
         }
+    }
+    if (reader.audio.formatTag == 0) {
+        reader.audio = reader.likelyAudio;
     }
     return kOk;
 }

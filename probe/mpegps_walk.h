@@ -28,6 +28,7 @@ struct MpegPsReader {
     SequenceFinder sequence{};
     std::uint8_t videoStream = 0;   // the first one found; 0 none yet
     PacketAudio audio{};            // formatTag 0: none found yet
+    PacketAudio likelyAudio{};      // taken when nothing certain comes
     bool announcesNoSound = false;  // a system header lists all streams, none of them sound
 };
 
