@@ -72,4 +72,9 @@ private:
     Bytes bytes_;
 };
 
+// Without the last `count` bytes, which there must be.
+inline Bytes withoutLast(const Bytes& bytes, std::size_t count) {
+    return Bytes(bytes.begin(), bytes.end() - static_cast<std::ptrdiff_t>(count));
+}
+
 }  // namespace probe_test

@@ -1,0 +1,98 @@
+#include "mediaprobe/explain.h"
+
+#include <cinttypes>
+#include <cstdio>
+#include <numeric>
+
+#include "mediaprobe/report.h"
+#include "probe/diagnostics.h"
+#include "probe/read_window.h"
+#include "probe/recognisers.h"
+
+namespace mediaprobe {
+namespace {
+
+const char* reason = nullptr;
+
+void keepReason(const char* why) {
+    reason = why;
+}
+
+std::string spent(const probe::ReadCounts& before, const probe::ReadCounts& after) {
+    char text[80];
+    const std::uint64_t reads = after.reads - before.reads;
+    std::snprintf(text, sizeof text, "%" PRIu64 " read%s, %" PRIu64 " bytes", reads,
+                  reads == 1 ? "" : "s", after.bytes - before.bytes);
+    return text;
+}
+
+std::string outcome(int claimed) {
+    if (claimed != 0) {
+        return "claimed";
+    }
+    return reason ? std::string("declined: ") + reason : std::string("declined");
+}
+
+std::string refusal(probe::Result open, const probe::MediaRecord& record) {
+    if (open != probe::kOk) {
+        return "refuses it: it cannot be opened";
+    }
+    if (record.containerType >= probe::kContainerJpeg) {
+        return "refuses it: a still image has no audio, and a graph without an audio renderer is "
+               "not run";
+    }
+    if (record.containerType == probe::kContainerNone || record.status != probe::kOk) {
+        return "decides by its graph alone, since the probe found nothing; most likely it "
+               "refuses the file as one that cannot be rendered";
+    }
+    if (record.audioFormatTag == probe::kAudioNone) {
+        return "refuses it: without audio there is no audio renderer in the graph, and such a "
+               "graph is not run";
+    }
+    if (record.videoFourCC == 0) {
+        return "plays it if its graph finds an audio decoder";
+    }
+    return "plays it if the chip decodes " + videoName(record.videoFourCC) +
+           "; otherwise the null video decoder is in the graph and the file is refused";
+}
+
+}  // namespace
+
+probe::Result ExplainingInfo::Probe(platform::ReadOnlyFile& file) {
+    probe::ReadWindow window(file);
+    const probe::ReasonSink sinkBefore = probe::setReasonSink(keepReason);
+    int claimed = 0;
+    int number = 0;
+    for (const probe::Recogniser& recogniser : probe::recognisers()) {
+        char head[32];
+        std::snprintf(head, sizeof head, "  %2d. ", ++number);
+        account_ += std::string(head) + recogniser.name;
+        if (claimed != 0) {
+            account_ += ": not asked\n";
+            continue;
+        }
+        const probe::ReadCounts before = window.counts();
+        reason = nullptr;
+        claimed = recogniser.recognise(*this, window);
+        account_ += std::string(": looks at ") + recogniser.looksAt + ";\n      " +
+                    outcome(claimed) + " (" + spent(before, window.counts()) + ")\n";
+    }
+    probe::setReasonSink(sinkBefore);
+    account_ += "  Read:     " + spent({}, window.counts()) + " in all\n";
+    return claimed;
+}
+
+std::string playersView(probe::Result open, const probe::MediaRecord& record) {
+    const std::uint32_t divisor = std::gcd(record.videoWidth, record.videoHeight);
+    const bool hasSize = record.videoWidth != 0 && record.videoHeight != 0;
+    char text[200];
+    std::snprintf(text, sizeof text,
+                  "  Player:   takes videoWidth %" PRIu32 ", videoHeight %" PRIu32
+                  ", audioFormatTag 0x%04" PRIX32 " (picture %" PRIu32 ":%" PRIu32 ")\n",
+                  record.videoWidth, record.videoHeight, record.audioFormatTag,
+                  hasSize ? record.videoWidth / divisor : 0,
+                  hasSize ? record.videoHeight / divisor : 0);
+    return std::string(text) + "  Verdict:  the player " + refusal(open, record) + "\n";
+}
+
+}  // namespace mediaprobe

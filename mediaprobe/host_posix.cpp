@@ -1,0 +1,54 @@
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "mediaprobe/host.h"
+
+namespace mediaprobe {
+
+std::vector<std::string> programArguments(int argc, char** argv) {
+    return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+void prepareOutput() {
+}
+
+EntryKind kindOf(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        return EntryKind::Missing;
+    }
+    return S_ISDIR(status.st_mode) ? EntryKind::Folder : EntryKind::File;
+}
+
+bool listFolder(const std::string& path, Folder& folder) {
+    DIR* directory = opendir(path.c_str());
+    if (!directory) {
+        return false;
+    }
+    const std::string prefix = path.ends_with('/') ? path : path + '/';
+    while (const dirent* entry = readdir(directory)) {
+        const std::string name = entry->d_name;
+        if (name == "." || name == "..") {
+            continue;
+        }
+        std::string full = prefix + name;
+        struct stat link {};
+        if (lstat(full.c_str(), &link) != 0) {
+            continue;
+        }
+        if (S_ISDIR(link.st_mode)) {
+            folder.folders.push_back(std::move(full));
+        } else if (S_ISREG(link.st_mode) ||
+                   (S_ISLNK(link.st_mode) && kindOf(full) == EntryKind::File)) {
+            folder.files.push_back(std::move(full));
+        }
+    }
+    closedir(directory);
+    std::sort(folder.files.begin(), folder.files.end());
+    std::sort(folder.folders.begin(), folder.folders.end());
+    return true;
+}
+
+}  // namespace mediaprobe

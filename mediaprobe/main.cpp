@@ -1,0 +1,146 @@
+// mediaprobe: the player's media probe as a command.
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mediaprobe/explain.h"
+#include "mediaprobe/host.h"
+#include "mediaprobe/options.h"
+#include "mediaprobe/report.h"
+#include "platform/text.h"
+#include "probe/diagnostics.h"
+
+namespace mediaprobe {
+namespace {
+
+enum Exit { kAllGood = 0, kCleanNo = 1, kWrong = 2 };
+
+void toStandardError(const char* line) {
+    std::fputs(line, stderr);
+}
+
+int complain(const std::string& what) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "mediaprobe: %s\n", what.c_str());
+    return kWrong;
+}
+
+void print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+int probeFile(const std::string& path, const Options& options) {
+    std::unique_ptr<probe::MediaInfo> info;
+    ExplainingInfo* explaining = nullptr;
+    if (options.explain) {
+        auto owned = std::make_unique<ExplainingInfo>();
+        explaining = owned.get();
+        info = std::move(owned);
+    } else {
+        info = std::make_unique<probe::MediaInfo>();
+    }
+    const probe::Result open = info->Open(platform::toUtf16(path).c_str());
+    if (options.json) {
+        print(jsonLine(path, open, *info));
+    } else if (open == probe::kOk) {
+        print(page(path, *info));
+    }
+    if (explaining) {
+        print((open == probe::kOk ? "" : path + '\n') + explaining->account() +
+              playersView(open, *info));
+    }
+    if (open != probe::kOk) {
+        return complain(path + " cannot be opened: " + openError(open));
+    }
+    return info->containerType != probe::kContainerNone && info->status == probe::kOk ? kAllGood
+                                                                                      : kCleanNo;
+}
+
+// Every file below the folder; folders that wait are kept in a list, so depth costs no stack.
+int probeFolder(const std::string& top, const Options& options) {
+    int worst = kAllGood;
+    std::vector<std::string> waiting = {top};
+    while (!waiting.empty()) {
+        const std::string path = waiting.back();
+        waiting.pop_back();
+        Folder folder;
+        if (!listFolder(path, folder)) {
+            worst = std::max(worst, complain(path + " cannot be listed"));
+            continue;
+        }
+        for (const std::string& file : folder.files) {
+            worst = std::max(worst, probeFile(file, options));
+        }
+        waiting.insert(waiting.end(), folder.folders.rbegin(), folder.folders.rend());
+    }
+    return worst;
+}
+
+int probePath(const std::string& path, const Options& options) {
+    if (options.recursive && kindOf(path) == EntryKind::Folder) {
+        return probeFolder(path, options);
+    }
+    const int exit = probeFile(path, options);
+    if (exit == kWrong && kindOf(path) == EntryKind::Folder) {
+        return complain(path + " is a folder; -r looks into folders");
+    }
+    return exit;
+}
+
+int probeList(std::FILE* list, const Options& options) {
+    int worst = kAllGood;
+    std::string name;
+    for (int c = 0; c != EOF;) {
+        c = std::fgetc(list);
+        if (c != EOF && c != '\n') {
+            name += static_cast<char>(c);
+        } else if (!name.empty()) {
+            worst = std::max(worst, probePath(name, options));
+            name.clear();
+        }
+    }
+    return worst;
+}
+
+int probeSource(const Source& source, const Options& options) {
+    if (source.kind == Source::Kind::Path) {
+        return probePath(source.name, options);
+    }
+    if (source.kind == Source::Kind::StandardInput) {
+        return probeList(stdin, options);
+    }
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> list(std::fopen(source.name.c_str(), "rb"),
+                                                         std::fclose);
+    return list ? probeList(list.get(), options)
+                : complain(source.name + " cannot be read; --files-from wants a list of names");
+}
+
+int run(const std::vector<std::string>& arguments) {
+    Options options;
+    if (const std::string wrong = parseOptions(arguments, options); !wrong.empty()) {
+        return complain(wrong);
+    }
+    if (options.help || options.version) {
+        print(options.help ? kHelp : "mediaprobe 1.0.0\n");
+        return kAllGood;
+    }
+    int worst = kAllGood;
+    for (const Source& source : options.sources) {
+        worst = std::max(worst, probeSource(source, options));
+    }
+    if (std::fflush(stdout) != 0) {
+        return complain("the output cannot be written");
+    }
+    return worst;
+}
+
+}  // namespace
+}  // namespace mediaprobe
+
+int main(int argc, char** argv) {
+    mediaprobe::prepareOutput();
+    probe::setDiagnosticSink(mediaprobe::toStandardError);
+    return mediaprobe::run(mediaprobe::programArguments(argc, argv));
+}
