@@ -38,6 +38,11 @@ constexpr Verb kVerbs[] = {
      &logVerb},
     {"state", "[--json]", "windows, Movie.dat, Config.ini, hand-over, thread priorities",
      &stateVerb},
+    {"scenario", "[-j N] [--verbose] [--keep] [--junit FILE] [--update-golden] FILE...",
+     "run scenario scripts, each in a unit of its own, and print PASS or FAIL", &scenarioVerb},
+    {"prepare", "[PREFIX]",
+     "make the Wine prefix ready, and with PREFIX a copy of it whose drive H: is DIR",
+     &prepareVerb},
     {"shutdown", "", "the process manager asks the player to exit, then the unit is switched off",
      &shutdownVerb},
     {"kill", "", "end all processes of the unit at once", &killVerb},
@@ -99,8 +104,7 @@ void printHelp() {
 
 int wrongUse(const char* verb) {
     const Verb* known = findVerb(verb);
-    std::fprintf(stderr, "headunit: usage: headunit %s %s\n", verb,
-                 known == nullptr ? "" : known->usage);
+    fail("usage: headunit " + std::string(verb) + " " + (known == nullptr ? "" : known->usage));
     return 2;
 }
 

@@ -133,23 +133,23 @@ bool preparePrefix(std::string& why) {
     return true;
 }
 
-bool copyPrefix(const Unit& unit, std::string& why) {
+bool copyPrefix(const fs::path& device, const fs::path& prefix, std::string& why) {
     const PrefixLock lock(LOCK_SH);
     std::error_code error;
-    fs::remove_all(unit.prefix(), error);
+    fs::remove_all(prefix, error);
     const std::string from = prepared().string();
-    const std::string to = unit.prefix().string();
+    const std::string to = prefix.string();
     // Linked where both lie on one disk, else copied.
     if (process::run({"cp", "-al", from, to}, {}) != 0) {
-        fs::remove_all(unit.prefix(), error);
+        fs::remove_all(prefix, error);
         if (process::run({"cp", "-a", from, to}, {}) != 0) {
             why = "the Wine prefix could not be copied to " + to + "; is the disk full?";
             return false;
         }
     }
-    fs::remove(unit.prefix() / "dosdevices" / "h:", error);
-    fs::create_directory_symlink(unit.device, unit.prefix() / "dosdevices" / "h:", error);
-    if (error || !copyRegistryFiles(unit.prefix())) {
+    fs::remove(prefix / "dosdevices" / "h:", error);
+    fs::create_directory_symlink(device, prefix / "dosdevices" / "h:", error);
+    if (error || !copyRegistryFiles(prefix)) {
         why = "the Wine prefix in " + to + " could not be completed; is the disk full?";
         return false;
     }

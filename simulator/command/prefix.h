@@ -11,7 +11,7 @@ namespace headunit {
 // (15 s the first time, 2 s after a rebuild, nothing otherwise). False with the reason.
 bool preparePrefix(std::string& why);
 
-// Gives the unit a fresh copy, with the unit's folder as its drive H:. False with the reason.
-bool copyPrefix(const Unit& unit, std::string& why);
+// Makes a fresh copy of it in `prefix`, with `device` as its drive H:. False with the reason.
+bool copyPrefix(const fs::path& device, const fs::path& prefix, std::string& why);
 
 }  // namespace headunit

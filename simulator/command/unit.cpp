@@ -15,6 +15,10 @@
 namespace headunit {
 namespace {
 
+int quietDepth = 0;
+int checkDepth = 0;
+std::string lastErrorText;
+
 constexpr char kWine64[] = "/usr/lib/wine/wine64";
 
 fs::path findProjectRoot() {
@@ -96,8 +100,35 @@ std::string joined(const std::vector<std::string>& words) {
 }  // namespace
 
 int fail(const std::string& text) {
-    std::fprintf(stderr, "headunit: %s\n", text.c_str());
+    lastErrorText = text;
+    if (quietDepth == 0) {
+        std::fprintf(stderr, "headunit: %s\n", text.c_str());
+    }
     return 1;
+}
+
+const std::string& lastError() {
+    return lastErrorText;
+}
+
+Quiet::Quiet() {
+    ++quietDepth;
+}
+
+Quiet::~Quiet() {
+    --quietDepth;
+}
+
+CheckOnly::CheckOnly() {
+    ++checkDepth;
+}
+
+CheckOnly::~CheckOnly() {
+    --checkDepth;
+}
+
+bool isCheckOnly() {
+    return checkDepth > 0;
 }
 
 const fs::path& projectRoot() {
@@ -148,6 +179,9 @@ std::vector<std::string> wineEnvironment(const fs::path& prefix, const std::stri
 }
 
 bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer) {
+    if (isCheckOnly()) {
+        return true;
+    }
     const int port = std::atoi(readRunFile(unit, "port").c_str());
     const int connection = port > 0 ? connectTo(port) : -1;
     if (connection < 0) {

@@ -17,6 +17,28 @@ namespace fs = std::filesystem;
 
 // Prints "headunit: " and the text as one line to standard error; 1, for the caller to return.
 int fail(const std::string& text);
+// What the last failure said.
+const std::string& lastError();
+// While one of these lives, failures are kept and not printed.
+class Quiet {
+public:
+    Quiet();
+    ~Quiet();
+    Quiet(const Quiet&) = delete;
+    Quiet& operator=(const Quiet&) = delete;
+};
+// While one of these lives, verbs look at their words and do nothing more.
+class CheckOnly {
+public:
+    CheckOnly();
+    ~CheckOnly();
+    CheckOnly(const CheckOnly&) = delete;
+    CheckOnly& operator=(const CheckOnly&) = delete;
+
+private:
+    Quiet quiet_;
+};
+bool isCheckOnly();
 
 // The checkout that this program was built in; found from the program's own place.
 const fs::path& projectRoot();

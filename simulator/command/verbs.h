@@ -34,6 +34,8 @@ bool parseNumber(const std::string& text, long long& number);
 
 // "verbs_*.cpp"
 int bootVerb(const Unit& unit, const Words& words);
+int scenarioVerb(const Unit& unit, const Words& words);
+int prepareVerb(const Unit& unit, const Words& words);
 int restartVerb(const Unit& unit, const Words& words);
 int shutdownVerb(const Unit& unit, const Words& words);
 int killVerb(const Unit& unit, const Words& words);

@@ -58,6 +58,9 @@ fs::path pulledFolder(const Unit& unit, const char* volume) {
 }
 
 int insertCard(const Unit& unit, const Volume& volume, const std::string& folder) {
+    if (isCheckOnly()) {
+        return 0;
+    }
     std::error_code error;
     const fs::path slot = unit.device / volume.name;
     const fs::path pulled = pulledFolder(unit, volume.name);
@@ -85,6 +88,9 @@ int insertCard(const Unit& unit, const Volume& volume, const std::string& folder
 }
 
 int removeCard(const Unit& unit, const Volume& volume) {
+    if (isCheckOnly()) {
+        return 0;
+    }
     std::error_code error;
     const fs::path slot = unit.device / volume.name;
     const fs::path pulled = pulledFolder(unit, volume.name);
@@ -127,7 +133,7 @@ int sendVerb(const Unit& unit, const Words& given) {
     std::string answer;
     const bool good =
         ask(unit, {"message", sync ? "send" : "post", words[0], words[1], words[2], title}, answer);
-    if (good && sync) {
+    if (good && sync && !isCheckOnly()) {
         std::puts(answer.c_str());
     }
     return answered(good, answer);

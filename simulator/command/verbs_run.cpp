@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "simulator/command/boot.h"
+#include "simulator/command/prefix.h"
 #include "simulator/command/tape_reader.h"
 #include "simulator/command/verbs.h"
 
@@ -47,7 +48,7 @@ int bootVerb(const Unit& unit, const Words& given) {
         return wrongUse("boot");
     }
     std::string why;
-    return boot(unit, options, why) ? 0 : fail(why);
+    return isCheckOnly() || boot(unit, options, why) ? 0 : fail(why);
 }
 
 int restartVerb(const Unit& unit, const Words& given) {
@@ -57,6 +58,9 @@ int restartVerb(const Unit& unit, const Words& given) {
         return wrongUse("restart");
     }
     std::string why;
+    if (isCheckOnly()) {
+        return 0;
+    }
     if (!isRunning(unit)) {
         return fail("no unit runs in " + unit.device.string() + "; start one with: headunit boot");
     }
@@ -74,11 +78,24 @@ int restartVerb(const Unit& unit, const Words& given) {
     return startPlayer(unit, options, why) ? 0 : fail(why);
 }
 
+int prepareVerb(const Unit& unit, const Words& words) {
+    std::string why;
+    if (words.size() > 1) {
+        return wrongUse("prepare");
+    }
+    const bool good = preparePrefix(why) &&
+                      (words.empty() || copyPrefix(unit.device, fs::absolute(words[0]), why));
+    return good ? 0 : fail(why);
+}
+
 int shutdownVerb(const Unit& unit, const Words& words) {
     if (!words.empty()) {
         return wrongUse("shutdown");
     }
     std::string answer;
+    if (isCheckOnly()) {
+        return 0;
+    }
     if (!ask(unit, {"shutdown"}, answer)) {
         return fail(answer);
     }
@@ -98,7 +115,9 @@ int killVerb(const Unit& unit, const Words& words) {
     if (!words.empty()) {
         return wrongUse("kill");
     }
-    endUnit(unit);
+    if (!isCheckOnly()) {
+        endUnit(unit);
+    }
     return 0;
 }
 

@@ -1,0 +1,51 @@
+# What ./run and ./test share. Sourced by them; `root` is the checkout.
+
+# To run the player and its unit.
+run_packages="g++ cmake make g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-nanum ffmpeg xdotool
+ x11-utils imagemagick gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
+ gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev librsvg2-bin"
+# To test it.
+test_packages="$run_packages clang clang-format libclang-rt-14-dev libbenchmark-dev"
+
+say() { echo "$name: $*"; }
+die() { echo "$name: $*" >&2; exit 1; }
+
+# Installs those of the packages that are missing; says nothing when none is.
+install_packages() {
+    missing=
+    for package in $1; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed' ||
+            missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+    command -v apt-get >/dev/null || die "these packages are missing and there is no apt-get:$missing"
+    as_root=
+    [ "$(id -u)" = 0 ] || as_root=sudo
+    say "installing$missing"
+    mkdir -p "$root/out"
+    {
+        # shellcheck disable=SC2086  # the packages are words
+        $as_root apt-get update &&
+            DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y --no-install-recommends $missing
+    } >"$root/out/install.log" 2>&1 ||
+        die "these packages could not be installed:$missing; see out/install.log"
+}
+
+# build PRESET [CMake's options...]: configures and builds; quiet unless it fails.
+build() {
+    preset=$1
+    shift
+    log=$root/out/build-$preset.log
+    mkdir -p "$root/out"
+    if ! { (cd "$root" && cmake --preset "$preset" "$@") &&
+           cmake --build "$root/out/build/$preset" -j "$(nproc)"; } >"$log" 2>&1; then
+        tail -n 40 "$log" >&2
+        return 1
+    fi
+}
+
+# The bitmaps of the screens.
+build_skin() {
+    "$root/skin/build.sh" "$root/out/skin" >"$root/out/skin.log" 2>&1 ||
+        { cat "$root/out/skin.log" >&2; return 1; }
+}

@@ -1,0 +1,51 @@
+// Scenarios: plain text files that drive a unit of their own and say what must be seen.
+//
+// One command a line; "#" begins a comment. Words are separated by blanks; a word in double quotes
+// may hold blanks and the escapes \n \r \t \" \\ . The commands are the verbs of `headunit`, and
+// those below. `section NAME` begins a part that is counted and reported by itself.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/command/unit.h"
+
+namespace headunit {
+
+struct Step {
+    int line = 0;
+    std::string text;                // as written
+    std::vector<std::string> words;  // unquoted; never empty
+};
+
+struct Section {
+    std::string name;
+    std::vector<Step> steps;
+};
+
+// Splits a line into its words. False on an open quote or an unknown escape.
+bool splitWords(const std::string& line, std::vector<std::string>& words);
+
+// Reads and checks a scenario. Nothing when the file cannot be read or a line is wrong; then `why`
+// is "FILE:LINE: reason".
+std::optional<std::vector<Section>> readScenario(const fs::path& file, std::string& why);
+
+struct ScenarioOptions {
+    bool updateGolden = false;
+    bool keep = false;  // leave the unit's folder and tape
+};
+
+struct SectionResult {
+    std::string name;
+    bool passed = false;
+    std::string report;  // PASS/FAIL lines of its steps
+    std::string reason;  // of the failure
+    double seconds = 0;
+};
+
+// Runs one scenario in a unit of its own, without a display.
+std::vector<SectionResult> runScenario(const fs::path& file, const std::vector<Section>& sections,
+                                       const ScenarioOptions& options);
+
+}  // namespace headunit

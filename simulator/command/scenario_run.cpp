@@ -1,0 +1,128 @@
+// Running scenarios.
+#include <unistd.h>
+
+#include "simulator/command/boot.h"
+#include "simulator/command/display.h"
+#include "simulator/command/expect.h"
+#include "simulator/command/scenario.h"
+#include "simulator/command/verbs.h"
+
+namespace headunit {
+namespace {
+
+// Words that only look leave the mark where it is.
+bool acts(const std::string& name) {
+    return name != "expect" && name != "wait" && name != "shot" && name != "state" &&
+           name != "fails";
+}
+
+// A boot within a scenario never uses the user's desktop, and ends the unit that runs.
+bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
+    const Verb* verb = findVerb(words[0]);
+    const bool isBoot = words[0] == "boot";
+    words.erase(words.begin());
+    if (isBoot) {
+        words.push_back("--headless");
+    }
+    // What is named "shot.png" belongs to the run, not to the current folder.
+    if (verb == findVerb("shot") && !words.empty() && words[0].find('/') == std::string::npos) {
+        words[0] = (stage.unit.device.parent_path() / words[0]).string();
+    }
+    const Quiet quiet;
+    if (verb->run(stage.unit, words) == 0) {
+        return true;
+    }
+    why = lastError();
+    return false;
+}
+
+bool runStep(Stage& stage, const Step& step, std::string& why) {
+    std::vector<std::string> words = step.words;
+    if (acts(words[0])) {
+        stage.mark = words[0] == "boot" ? 0 : tapeEnd(stage.unit);
+        stage.used.clear();
+    }
+    if (words[0] == "boot") {
+        endUnit(stage.unit);
+    }
+    if (words[0] == "fails") {
+        words.erase(words.begin());
+        if (!runVerb(stage, words, why)) {
+            return true;
+        }
+        why = "it did not fail";
+        return false;
+    }
+    if (const StageCommand command = findStageCommand(words[0])) {
+        return command(stage, words, How::Run, why);
+    }
+    return runVerb(stage, words, why);
+}
+
+SectionResult runSection(Stage& stage, const Section& section) {
+    SectionResult result{section.name, true, "", "", 0};
+    const std::string file = stage.scenario.filename().string();
+    const long long start = process::nowMilliseconds();
+    for (const Step& step : section.steps) {
+        std::string why;
+        const bool good = runStep(stage, step, why);
+        const std::string head = file + ":" + std::to_string(step.line) + ": " + step.text;
+        result.report += (good ? "PASS " : "FAIL ") + head + (good ? "" : "  -- " + why) + "\n";
+        if (!good) {
+            result.passed = false;
+            result.reason = head + " -- " + why;
+            break;
+        }
+    }
+    result.seconds = static_cast<double>(process::nowMilliseconds() - start) / 1000.0;
+    return result;
+}
+
+// What helps to understand a failure: the screen and the tape.
+void keepEvidence(const Stage& stage, SectionResult& result) {
+    std::string why;
+    std::error_code error;
+    std::string name = stage.scenario.stem().string() + "-" + result.name;
+    for (char& c : name) {
+        c = c == ' ' || c == '/' ? '-' : c;
+    }
+    const fs::path base = projectRoot() / "out/scenarios" / name;
+    if (takePicture(stage.unit, base.string() + ".png", why)) {
+        result.report += "     screen: " + base.string() + ".png\n";
+    }
+    fs::copy_file(stage.unit.tape(), base.string() + ".jsonl", fs::copy_options::overwrite_existing,
+                  error);
+    if (!error) {
+        result.report += "     tape:   " + base.string() + ".jsonl\n";
+    }
+}
+
+}  // namespace
+
+std::vector<SectionResult> runScenario(const fs::path& file, const std::vector<Section>& sections,
+                                       const ScenarioOptions& options) {
+    const fs::path work =
+        projectRoot() / "out/scenarios" / (file.stem().string() + "." + std::to_string(getpid()));
+    Stage stage;
+    stage.unit.device = work / "device";
+    stage.scenario = fs::absolute(file);
+    stage.updateGolden = options.updateGolden;
+    std::error_code error;
+    fs::create_directories(stage.unit.device, error);
+    std::vector<SectionResult> results;
+    for (const Section& section : sections) {
+        results.push_back(runSection(stage, section));
+        if (!results.back().passed) {
+            keepEvidence(stage, results.back());
+        }
+    }
+    endUnit(stage.unit);
+    if (options.keep) {
+        results.back().report += "     kept:   " + stage.unit.device.string() + "\n";
+    } else {
+        fs::remove_all(work, error);
+    }
+    return results;
+}
+
+}  // namespace headunit
