@@ -97,6 +97,9 @@ int stateVerb(const Unit& unit, const Words& given) {
     if (!words.empty()) {
         return wrongUse("state");
     }
+    if (isCheckOnly()) {
+        return 0;
+    }
     std::error_code error;
     if (!fs::exists(unit.run(), error)) {
         return fail("there is no unit in " + unit.device.string() +
