@@ -50,7 +50,7 @@ Result findEnd(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& end) {
     constexpr std::size_t kTailBytes = kApeFooterBytes + kId3v1Bytes;
     constexpr std::uint32_t kHasHeader = 0x80000000;
     std::array<std::uint8_t, kTailBytes> bytes;
-    if (!file.readExact(fileSize - kTailBytes, bytes)) {
+    if (!file.readPast(fileSize - kTailBytes, bytes)) {
         return kFail;
     }
     std::span<const std::uint8_t> tail = bytes;

@@ -1,0 +1,143 @@
+// ASF headers.
+#include "build_asf.h"
+#include "expectations.h"
+#include "probe/asf.h"
+
+namespace probe_test {
+namespace {
+
+using R = probe::MediaRecord;
+
+constexpr std::uint32_t kFourCcWmv3 = 0x574D5633;
+
+TEST(Asf, DescribesStreamsAndTexts) {
+    expectFields(std::to_array<FieldCase>({
+        {"asf_audio_with_all_texts", &R::containerType, probe::kContainerAsf},
+        {"asf_audio_with_all_texts", &R::durationSeconds, 83},
+        {"asf_audio_with_all_texts", &R::audioFormatTag, 0x161},
+        {"asf_audio_with_all_texts", &R::audioChannels, 2},
+        {"asf_audio_with_all_texts", &R::audioSampleRate, 44100},
+        {"asf_audio_with_all_texts", &R::audioBitRate, 128'000},
+        {"asf_audio_with_all_texts", &R::videoFourCC, 0},
+        {"asf_audio_with_all_texts", &R::hasTitle, 1},
+        {"asf_audio_with_all_texts", &R::hasYear, 1},
+        {"asf_audio_without_a_format_tag", &R::audioSampleRate, 0},
+        {"asf_audio_without_a_format_tag", &R::durationSeconds, 1},
+        {"asf_lowest_audio_stream_is_described", &R::audioFormatTag, 0x161},
+        {"asf_lowest_audio_stream_is_described", &R::audioChannels, 2},
+        {"asf_lowest_video_stream_is_described", &R::videoFourCC, kFourCcWmv3},
+        {"asf_lowest_video_stream_is_described", &R::videoWidth, 320},
+        {"asf_lowest_video_stream_is_described", &R::videoHeight, 240},
+        {"asf_lowest_video_stream_is_described", &R::frameTimeMicroseconds, 33'366},
+        {"asf_lowest_video_stream_is_described", &R::videoBitRate, 500'000},
+        {"asf_video_shows_no_texts", &R::hasTitle, 0},
+        {"asf_video_shows_no_texts", &R::videoFourCC, kFourCcWmv3},
+        {"asf_video_without_a_code_keeps_the_texts", &R::videoFourCC, 0},
+        {"asf_video_without_a_code_keeps_the_texts", &R::videoWidth, 0},
+        {"asf_video_without_a_code_keeps_the_texts", &R::hasArtist, 1},
+        {"asf_stream_number_128_has_no_timing", &R::videoBitRate, 0},
+        {"asf_stream_number_128_has_no_timing", &R::videoFourCC, kFourCcWmv3},
+    }));
+    expectTexts(std::to_array<TextCase>({
+        {"asf_audio_with_all_texts", &R::title, u"제목 Title"},
+        {"asf_audio_with_all_texts", &R::artist, u"Author"},
+        {"asf_audio_with_all_texts", &R::album, u"Album"},
+        {"asf_audio_with_all_texts", &R::genre, u"Genre"},
+        {"asf_audio_with_all_texts", &R::track, u"12"},
+        {"asf_audio_with_all_texts", &R::composer, u"Composer"},
+        {"asf_audio_with_all_texts", &R::year, u"2011"},
+        {"asf_video_shows_no_texts", &R::title, u""},
+    }));
+}
+
+TEST(Asf, TextsHaveTheirRules) {
+    expectTexts(std::to_array<TextCase>({
+        {"asf_author_comes_before_album_artist", &R::artist, u"Author"},
+        {"asf_author_behind_album_artist_wins_too", &R::artist, u"Author"},
+        {"asf_album_artist_without_author", &R::artist, u"Artist"},
+        {"asf_track_number_of_32_bits", &R::track, u"7"},
+        {"asf_track_number_of_64_bits", &R::track, u"4294967295"},
+        {"asf_track_number_of_16_bits", &R::track, u"0"},
+        {"asf_track_number_as_a_boolean_is_passed_over", &R::track, u""},
+        {"asf_track_number_shorter_than_its_type_is_passed_over", &R::track, u""},
+        {"asf_track_number_shorter_than_its_type_is_passed_over", &R::year, u"1999"},
+        {"asf_genre_as_a_number_is_passed_over", &R::genre, u""},
+        {"asf_empty_value_leaves_the_text", &R::genre, u"Rock"},
+        {"asf_last_of_equal_attributes_wins", &R::genre, u"Jazz"},
+        {"asf_title_of_an_odd_length", &R::title, u"AB"},
+        {"asf_unterminated_name_ends_at_its_length", &R::year, u"1987"},
+        {"asf_name_of_32_bytes_is_passed_over", &R::year, u"Yes"},
+        {"asf_text_cut_by_the_header_is_not_taken", &R::title, u"Title"},
+        {"asf_text_cut_by_the_header_is_not_taken", &R::artist, u""},
+    }));
+    expectFields(std::to_array<FieldCase>({
+        {"asf_title_of_zeros_still_sets_its_flag", &R::hasTitle, 1},
+        {"asf_track_number_as_a_boolean_is_passed_over", &R::hasTrack, 0},
+        {"asf_empty_value_leaves_the_text", &R::hasGenre, 1},
+    }));
+}
+
+TEST(Asf, ACutTitleEndsBeforeAHalfSurrogatePair) {
+    const Outcome outcome = probeBytes(sample("asf_long_title_is_cut_to_127_characters").build());
+    EXPECT_EQ(std::u16string_view(outcome.info->title), std::u16string(126, u'x'));
+    EXPECT_EQ(outcome.info->hasTitle, 1u);
+}
+
+TEST(Asf, ATrackNumberHasTheLengthOfItsText) {
+    const Bytes bytes = sample("asf_track_number_of_32_bits").build();
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    probe::AsfReader reader{.file = window, .fileSize = bytes.size()};
+    reader.headerSize = static_cast<std::uint32_t>(bytes.size() - 300);
+    EXPECT_EQ(probe::AsfReadHeader(reader), probe::kOk);
+    EXPECT_EQ(reader.track.lengthBytes, 2u);
+}
+
+TEST(Asf, TheWalkFollowsTheSizes) {
+    expectFields(std::to_array<FieldCase>({
+        {"asf_extension_of_less_than_24_bytes_is_skipped", &R::durationSeconds, 4},
+        {"asf_inner_object_of_size_0_ends_the_inner_walk", &R::durationSeconds, 4},
+        {"asf_inner_object_of_size_0_ends_the_inner_walk", &R::videoBitRate, 0},
+        {"asf_count_of_objects_ends_the_walk", &R::audioFormatTag, 0x161},
+        {"asf_count_of_objects_ends_the_walk", &R::durationSeconds, 0},
+        {"asf_object_of_size_0_is_acted_on_and_ends_the_walk", &R::durationSeconds, 3},
+        {"asf_object_of_size_0_is_acted_on_and_ends_the_walk", &R::audioFormatTag, 0},
+        {"asf_object_smaller_than_its_header_is_followed", &R::durationSeconds, 6},
+        {"asf_object_beyond_the_header_ends_the_walk", &R::durationSeconds, 2},
+        {"asf_object_beyond_the_header_ends_the_walk", &R::audioFormatTag, 0},
+        {"asf_cut_wave_format_is_not_taken", &R::audioFormatTag, 0},
+        {"asf_cut_wave_format_is_not_taken", &R::durationSeconds, 2},
+        {"asf_cut_bitmap_info_is_not_taken", &R::videoFourCC, 0},
+        {"asf_header_of_10_bytes_is_empty", &R::containerType, probe::kContainerAsf},
+        {"asf_header_of_10_bytes_is_empty", &R::audioFormatTag, 0},
+    }));
+}
+
+TEST(Asf, ADamagedHeaderLeavesTheSizeAlone) {
+    expectStatus(std::to_array<StatusCase>({
+        {"asf_header_larger_than_the_file", 1, probe::kNotParsed},
+        {"asf_256_bytes_are_claimed", 1, probe::kNotParsed},
+        {"asf_255_bytes_are_refused", 0, probe::kNotParsed},
+    }));
+    expectFields(std::to_array<FieldCase>({
+        {"asf_header_larger_than_the_file", &R::containerType, 0},
+        {"asf_256_bytes_are_claimed", &R::fileSize, 256},
+    }));
+}
+
+TEST(Asf, ObjectsInsideEachOtherCostOneLinearWalk) {
+    // Objects of 26 bytes, each an attribute list that runs on through all that follow.
+    Builder content;
+    constexpr std::uint32_t kObjects = 40'000;
+    for (std::uint32_t i = 0; i < kObjects; ++i) {
+        content.bytes(asf::objectOfSize(asf::kExtendedContent, 26, {0xFF, 0xFF}));
+    }
+    const Bytes bytes = asf::file({content.view()}, kObjects);
+    TestFile file(bytes);
+    const Outcome outcome = probeFile(file);
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_LT(outcome.reads, bytes.size() / 6);
+}
+
+}  // namespace
+}  // namespace probe_test
