@@ -1,0 +1,93 @@
+#!/bin/bash
+# The command mediaprobe: options, exit statuses, names, folders. Needs nothing but the programs.
+# Usage: check_mediaprobe.sh MEDIAPROBE PROBE_SAMPLES
+set -u
+probe=$(readlink -f "$1")
+samples=$(readlink -f "$2")
+. "$(dirname "$0")/checks.sh"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/all" "$work/tree" "$work/tree/deep" "$work/tree/deep/deeper" "$work/tree/empty"
+"$samples" "$work/all"
+cd "$work" || exit 2
+
+good=all/mp4_avc_and_aac
+no=all/image_unknown_bytes_keep_the_file_size
+damaged=all/avi_4097_zero_headers_fail
+
+status() {
+    "$probe" "$@" >out.txt 2>err.txt </dev/null
+    echo $?
+}
+expect "a good file" 0 "$(status $good)"
+expect "two good files" 0 "$(status $good all/wave_pcm_stereo)"
+expect "a file that is not recognised" 1 "$(status $no)"
+expect "a damaged file" 1 "$(status $damaged)"
+expect "the worst wins: good and no" 1 "$(status $good $no)"
+expect "the worst wins: missing and good" 2 "$(status missing.avi $good)"
+expect "the good file behind a missing one is shown" 1 "$(grep -c 'MP4/3GP' out.txt)"
+expect "a missing file is one line" 1 "$(wc -l <err.txt)"
+expect "a missing file is named" 1 "$(grep -c 'missing.avi.*no such file' err.txt)"
+expect "no file" 2 "$(status)"
+expect "no file says what to do" 1 "$(grep -c -- '--help' err.txt)"
+expect "an unknown option" 2 "$(status --jsno $good)"
+expect "--json with --explain" 2 "$(status --json --explain $good)"
+expect "--help" 0 "$(status --help)"
+expect "--help shows --files-from" 1 "$(grep -c -- '--files-from' out.txt)"
+expect "--version" 0 "$(status --version)"
+expect "--version is one line" 1 "$(wc -l <out.txt)"
+expect "a folder without -r" 2 "$(status all)"
+expect "a folder without -r says what to do" 1 "$(grep -c -- '-r looks' err.txt)"
+expect "a list that is missing" 2 "$(status --files-from nothing.txt)"
+expect "--files-from without a name" 2 "$(status --files-from)"
+expect "an empty name" 2 "$(status '')"
+
+cp $good "tree/b.mp4"
+cp all/wave_pcm_stereo "tree/deep/한국어 녹화.wav"
+cp all/image_gif_packed_80_is_1_bit "tree/deep/deeper/a quote\" and \\ back.gif"
+cp $good "tree/a.mp4"
+ln -s .. "tree/deep/loop"
+expect "a tree with a loop" 0 "$(status --json -r tree)"
+expect "every file of the tree once" 4 "$(wc -l <out.txt)"
+expect "in a fixed order" "a.mp4 b.mp4" \
+    "$(head -2 out.txt | sed 's/.*tree\/\([ab].mp4\).*/\1/' | xargs)"
+expect "a Korean name" 1 "$(grep -c '"path": "tree/deep/한국어 녹화.wav"' out.txt)"
+expect "quotes are escaped" 1 "$(grep -c 'a quote\\" and \\\\ back.gif' out.txt)"
+expect "an empty folder" 0 "$(status -r tree/empty)"
+
+printf '%s\n' $good "tree/deep/한국어 녹화.wav" >list.txt
+printf '%s' "$no" >>list.txt
+expect "--files-from" 1 "$(status --json --files-from list.txt)"
+expect "all names of the list" 3 "$(wc -l <out.txt)"
+expect "--files-from=FILE" 1 "$(status --json --files-from=list.txt)"
+expect "names from standard input" 3 "$("$probe" --json - <list.txt 2>err.txt | wc -l)"
+cp $good ./-odd
+expect "a name that begins with a dash" 0 "$(status -- -odd)"
+
+expect "JSON of a missing file" 2 "$(status --json missing.avi)"
+expect "its open result" 1 "$(grep -c '"open": "0x80070002", "status": "0x00000001"' out.txt)"
+expect "JSON of a refused JPEG" 1 \
+    "$(status --json all/image_jpeg_segment_past_end_is_refused)"
+expect "its status" 1 "$(grep -c '"status": "0x80004005"' out.txt)"
+keys=$("$probe" --json $good | grep -o '"[a-zA-Z]*":' | tr -d '":\n ' )
+expect "the keys and their order" "pathopenstatuscontainerTypefileSizefileSizeHighdurationSecondsaudioFormatTagaudioBitRateaudioSampleRateaudioChannelsvideoFourCCvideoWidthvideoHeightframeTimeMicrosecondsvideoBitRatepixelAspectXpixelAspectYhasTitlehasArtisthasAlbumhasTrackhasGenretitleartistalbumtrackgenregenreIndexhasComposerhasYearcomposeryearimageWidthimageHeightimageBitsPerPixel" "$keys"
+
+expect "diagnostics go to standard error" 1 "$(status all/avi_4097_zero_headers_fail)"
+status all/avi_unknown_stream_type_prints_and_goes_on >status.txt
+expect "a diagnostic line" "ERROR: fcc_type is not valid=69617673" "$(cat err.txt)"
+expect "none of it on standard output" 0 "$(grep -c ERROR out.txt)"
+
+expect "--explain" 0 "$(status --explain $good)"
+expect "ten recognisers" 10 "$(grep -cE '^ +[0-9]+\. ' out.txt)"
+expect "reasons" 2 "$(grep -c 'declined: ' out.txt)"
+expect "the player's fields" 1 \
+    "$(grep -c 'videoWidth 320, videoHeight 240, audioFormatTag 0x00FF' out.txt)"
+expect "the verdict" 1 "$(grep -c 'Verdict:  the player plays it if' out.txt)"
+status --explain all/image_gif_packed_80_is_1_bit >status.txt
+expect "a refusal and its reason" 1 "$(grep -c 'Verdict:  the player refuses it: a still' out.txt)"
+expect "--explain of a missing file" 2 "$(status --explain missing.avi)"
+if [ -e /dev/full ]; then
+    "$probe" $good >/dev/full 2>err.txt
+    expect "a full disk is told" 2 $?
+fi
+finish
