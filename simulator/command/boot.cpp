@@ -158,7 +158,8 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
 
 bool startEverything(const Unit& unit, const BootOptions& options, std::string& why) {
     if (!copyPrefix(unit.device, unit.prefix(), why) || !startDisplay(unit, options, why) ||
-        !startHub(unit, why) || !startPeers(unit, options, why)) {
+        !startHub(unit, why) || !ask(unit, {"note", "boot" + options.words}, why) ||
+        !startPeers(unit, options, why)) {
         return false;
     }
     if (!options.play.empty() && !choose(unit, options.play, why)) {

@@ -16,6 +16,7 @@ struct BootOptions {
     std::string connectFolder;         // the dash camera's hand-over
     std::vector<std::string> without;  // peers that are absent: processmanager, orvi, ani_waiting
     int lateMilliseconds = 0;          // peers answer sent messages that much later
+    std::string words;                 // all of these as the user gave them, for the tape
     fs::path play;                     // a recording or a folder of the PC or of the unit
 };
 

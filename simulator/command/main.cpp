@@ -13,39 +13,45 @@ namespace {
 constexpr char kVersion[] = "headunit 1.0.0";
 
 constexpr Verb kVerbs[] = {
-    {"boot",
+    {Does::Look, "boot",
      "[--pip] [--connect FOLDER] [--headless] [--passive] [--without NAME]... [--late MS]"
      " [--no-player] [PATH]",
      "start everything; returns when the player shows its first frame", &bootVerb},
-    {"restart", "[--pip] [--connect FOLDER] [PATH]",
+    {Does::Act, "restart", "[--pip] [--connect FOLDER] [PATH]",
      "end the player at once and start it again in the running unit", &restartVerb},
-    {"send", "[--sync] [--to TITLE] NAME WPARAM LPARAM",
+    {Does::Act, "send", "[--sync] [--to TITLE] NAME WPARAM LPARAM",
      "post a registered message to the player; --sync sends it and prints the result", &sendVerb},
-    {"touch", "X Y [X2 Y2]", "press, (drag,) release with the real pointer", &touchVerb},
-    {"hold", "X Y", "press and stay", &holdVerb},
-    {"release", "[X Y]", "release, after moving there", &releaseVerb},
-    {"key", "play|next|prev", "a key of the infrared remote", &keyVerb},
-    {"gesture", "next|prev", "a gesture in front of the unit", &gestureVerb},
-    {"card", "insert|remove VOLUME [FOLDER]",
+    {Does::Act, "touch", "X Y [X2 Y2]", "press, (drag,) release with the real pointer", &touchVerb},
+    {Does::Act, "hold", "X Y", "press and stay", &holdVerb},
+    {Does::Act, "release", "[X Y]", "release, after moving there", &releaseVerb},
+    {Does::Act, "key", "play|next|prev", "a key of the infrared remote", &keyVerb},
+    {Does::Act, "gesture", "next|prev", "a gesture in front of the unit", &gestureVerb},
+    {Does::Act, "card", "insert|remove VOLUME [FOLDER]",
      "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4 arrives or goes away", &cardVerb},
-    {"drive", "KMH|off", "vehicle speed, or the loss of its signal", &driveVerb},
-    {"mute", "on|off", "the board's mute notification", &muteVerb},
-    {"box", "ok|yes|no", "answer the message box that is open", &boxVerb},
-    {"fault", "NAME NUMBER|off", "make the vendor's filters misbehave from the next file on",
-     &faultVerb},
-    {"shot", "FILE.png", "a picture of the unit's 800 x 480 screen", &shotVerb},
-    {"log", "[--follow] [--json]", "the tape: everything that passed between the processes",
-     &logVerb},
-    {"state", "[--json]", "windows, Movie.dat, Config.ini, hand-over, thread priorities",
-     &stateVerb},
-    {"scenario", "[-j N] [--verbose] [--keep] [--junit FILE] [--update-golden] FILE...",
+    {Does::Act, "drive", "KMH|off", "vehicle speed, or the loss of its signal", &driveVerb},
+    {Does::Act, "mute", "on|off", "the board's mute notification", &muteVerb},
+    {Does::Act, "box", "ok|yes|no", "answer the message box that is open", &boxVerb},
+    {Does::Act, "fault", "NAME NUMBER|off",
+     "make the vendor's filters misbehave from the next file on", &faultVerb},
+    {Does::Act, "cut", "[MESSAGES]",
+     "cut the unit's power at once, or after that many messages of the player's next start",
+     &cutVerb},
+    {Does::Look, "shot", "FILE.png", "a picture of the unit's 800 x 480 screen", &shotVerb},
+    {Does::Look, "log", "[--follow] [--json]",
+     "the tape: everything that passed between the processes", &logVerb},
+    {Does::Look, "state", "[--json]",
+     "windows, Movie.dat, Config.ini, hand-over, thread priorities", &stateVerb},
+    {Does::Look, "scenario", "[-j N] [--verbose] [--keep] [--junit FILE] [--update-golden] FILE...",
      "run scenario scripts, each in a unit of its own, and print PASS or FAIL", &scenarioVerb},
-    {"prepare", "[PREFIX]",
+    {Does::Look, "replay", "TAPE",
+     "do again what was done to a unit, at the same times, in a unit that runs or is booted",
+     &replayVerb},
+    {Does::Look, "prepare", "[PREFIX]",
      "make the Wine prefix ready, and with PREFIX a copy of it whose drive H: is DIR",
      &prepareVerb},
-    {"shutdown", "", "the process manager asks the player to exit, then the unit is switched off",
-     &shutdownVerb},
-    {"kill", "", "end all processes of the unit at once", &killVerb},
+    {Does::Act, "shutdown", "",
+     "the process manager asks the player to exit, then the unit is switched off", &shutdownVerb},
+    {Does::Act, "kill", "", "end all processes of the unit at once", &killVerb},
 };
 
 int runCommand(Words words) {
@@ -78,10 +84,40 @@ int runCommand(Words words) {
         return 0;
     }
     const Unit unit = {fs::absolute(device).lexically_normal()};
-    return verb->run(unit, words);
+    return perform(*verb, unit, words);
 }
 
 }  // namespace
+
+std::string joinWords(const Words& words) {
+    std::string line;
+    for (const std::string& word : words) {
+        line += line.empty() ? "" : " ";
+        if (!word.empty() && word.find_first_of(" \t\"\\#\n\r") == std::string::npos) {
+            line += word;
+            continue;
+        }
+        line += '"';
+        for (const char c : word) {
+            constexpr std::string_view kMeant = "\n\r\t\"\\";
+            const auto at = kMeant.find(c);
+            line += at == std::string_view::npos ? std::string(1, c)
+                                                 : std::string("\\") + "nrt\"\\"[at];
+        }
+        line += '"';
+    }
+    return line;
+}
+
+int perform(const Verb& verb, const Unit& unit, const Words& words) {
+    if (verb.does == Does::Act && !isCheckOnly()) {
+        Words all = {verb.name};
+        all.insert(all.end(), words.begin(), words.end());
+        std::string unused;
+        ask(unit, {"note", joinWords(all)}, unused);
+    }
+    return verb.run(unit, words);
+}
 
 const Verb* findVerb(const std::string& name) {
     for (const Verb& verb : kVerbs) {

@@ -29,7 +29,7 @@ bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
         words[0] = (stage.unit.device.parent_path() / words[0]).string();
     }
     const Quiet quiet;
-    if (verb->run(stage.unit, words) == 0) {
+    if (perform(*verb, stage.unit, words) == 0) {
         return true;
     }
     why = lastError();

@@ -12,12 +12,21 @@ namespace headunit {
 
 using Words = std::vector<std::string>;
 
+// Verbs that do something to the unit are put on its tape before they do it.
+enum class Does { Act, Look };
+
 struct Verb {
+    Does does;
     const char* name;
     const char* usage;  // what follows the name
     const char* help;
     int (*run)(const Unit& unit, const Words& words);
 };
+
+// Puts the verb on the tape when it acts and the unit runs, and carries it out.
+int perform(const Verb& verb, const Unit& unit, const Words& words);
+// The words as one line that splitWords() of scenario.h takes apart again.
+std::string joinWords(const Words& words);
 
 // Null when there is no such verb.
 const Verb* findVerb(const std::string& name);
@@ -34,6 +43,8 @@ bool parseNumber(const std::string& text, long long& number);
 
 // "verbs_*.cpp"
 int bootVerb(const Unit& unit, const Words& words);
+int replayVerb(const Unit& unit, const Words& words);
+int cutVerb(const Unit& unit, const Words& words);
 int scenarioVerb(const Unit& unit, const Words& words);
 int prepareVerb(const Unit& unit, const Words& words);
 int restartVerb(const Unit& unit, const Words& words);

@@ -47,6 +47,7 @@ int bootVerb(const Unit& unit, const Words& given) {
     if (!takeOptions(words, options)) {
         return wrongUse("boot");
     }
+    options.words = given.empty() ? "" : " " + joinWords(given);
     std::string why;
     return isCheckOnly() || boot(unit, options, why) ? 0 : fail(why);
 }
@@ -76,6 +77,23 @@ int restartVerb(const Unit& unit, const Words& given) {
         return fail(why);
     }
     return startPlayer(unit, options, why) ? 0 : fail(why);
+}
+
+int cutVerb(const Unit& unit, const Words& words) {
+    long long messages = 0;
+    if (words.size() > 1 ||
+        (words.size() == 1 && (!parseNumber(words[0], messages) || messages < 1))) {
+        return wrongUse("cut");
+    }
+    if (isCheckOnly()) {
+        return 0;
+    }
+    if (words.empty()) {
+        endUnit(unit);
+        return 0;
+    }
+    std::string answer;
+    return ask(unit, {"fault", "CutAfterMessages", words[0]}, answer) ? 0 : fail(answer);
 }
 
 int prepareVerb(const Unit& unit, const Words& words) {

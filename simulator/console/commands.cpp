@@ -7,7 +7,9 @@
 #include "platform/wide.h"
 #include "simulator/console/hub.h"
 #include "simulator/processes/peer.h"
+#include "simulator/tape/faults.h"
 #include "simulator/tape/registered.h"
+#include "simulator/tape/tape.h"
 
 namespace hub {
 namespace {
@@ -115,12 +117,38 @@ std::string box(const Words& words) {
     return "ok";
 }
 
+// The player's folders in the order that the unit gives them (see tape/faults.h).
+bool walkInOrder(const char16_t* folder, platform::EntryVisitor visitor, void* context) {
+    const std::wstring pattern = std::wstring(platform::wide(folder)) + L"\\*.*";
+    std::vector<WIN32_FIND_DATAW> entries;
+    WIN32_FIND_DATAW entry;
+    const HANDLE find = FindFirstFileW(pattern.c_str(), &entry);
+    if (find == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    do {
+        entries.push_back(entry);
+    } while (FindNextFileW(find, &entry));
+    FindClose(find);
+    tape::orderEntries(entries);
+    for (const WIN32_FIND_DATAW& found : entries) {
+        const std::wstring name = found.cFileName;
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const auto kind = isFolder ? platform::EntryKind::Folder : platform::EntryKind::File;
+        if (name != L"." && name != L".." &&
+            !visitor(context, platform::utf16(name.c_str()), kind)) {
+            break;
+        }
+    }
+    return true;
+}
+
 // listing FOLDER: the full paths of the recordings in it, in the order in which the player will
 // list them without the dash camera.
 std::string listing(const Words& words) {
     const std::wstring folder = wide(words[1]);
     catalogue::FolderListing list;
-    list.OpenListing(platform::utf16(folder.c_str()), catalogue::Order::FileSystem);
+    list.OpenListing(platform::utf16(folder.c_str()), catalogue::Order::FileSystem, &walkInOrder);
     std::string answer = "ok";
     catalogue::PathBuffer path;
     for (std::int32_t i = 0; list.GetFilePath(i, path) == 1; ++i) {
@@ -179,6 +207,12 @@ std::string state(const Words&) {
     return "ok\t" + stateJson();
 }
 
+// note TEXT: what the user has done, for the tape
+std::string note(const Words& words) {
+    tape::Line("command").text("text", wide(words[1]).c_str());
+    return "ok";
+}
+
 std::string ping(const Words&) {
     return "ok";
 }
@@ -223,11 +257,11 @@ struct Command {
     std::string (*execute)(const Words& words);
 };
 constexpr Command kCommands[] = {
-    {"ping", 1, &ping},        {"start", 4, &start},      {"message", 5, &message},
-    {"speed", 2, &drive},      {"box", 2, &box},          {"listing", 2, &listing},
-    {"connect", 2, &connect},  {"fault", 3, &fault},      {"state", 1, &state},
-    {"shutdown", 1, &askExit}, {"kill", 2, &killProgram}, {"running", 2, &running},
-    {"await", 3, &await},      {"quit", 1, &quit},
+    {"note", 2, &note},       {"ping", 1, &ping},        {"start", 4, &start},
+    {"message", 5, &message}, {"speed", 2, &drive},      {"box", 2, &box},
+    {"listing", 2, &listing}, {"connect", 2, &connect},  {"fault", 3, &fault},
+    {"state", 1, &state},     {"shutdown", 1, &askExit}, {"kill", 2, &killProgram},
+    {"running", 2, &running}, {"await", 3, &await},      {"quit", 1, &quit},
 };
 
 }  // namespace

@@ -2,40 +2,34 @@
 // instruction runs. What leaves the player towards another process is recorded by who receives it;
 // here only what nobody else can see is put on the tape, and passed on unchanged:
 //   - kernel debug output, which on the unit goes to the debug port, with its text as printed;
-//   - registered messages that the player (or a second start of it) posts to the player's window.
-// The player's standard output is made unbuffered, as the unit's debug port is.
+//   - registered messages that the player (or a second start of it) posts to the player's window;
+//   - files that the player writes and deletes.
+// Two faults of the unit are made here too: the power cut after a number of messages, and the order
+// in which folders list their entries. The player's standard output is made unbuffered, as the
+// unit's debug port is.
 #include <windows.h>
 
 #include <cstdio>
 #include <cstring>
 
-#include "simulator/tape/registered.h"
-#include "simulator/tape/tape.h"
+#include "simulator/tape/tap.h"
 
 namespace {
-
-void WINAPI tapDebugString(const wchar_t* text) {
-    tape::Line("debug").text("text", text);
-    OutputDebugStringW(text);
-}
-
-BOOL WINAPI tapPostMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    wchar_t title[16] = {};
-    const tape::Message* known = tape::registeredMessage(message);
-    if (known != nullptr && window != HWND_BROADCAST && GetWindowTextW(window, title, 16) > 0 &&
-        std::wcscmp(title, L"Video") == 0) {
-        tape::recordMessage("post", tape::kPlayer, tape::kPlayer, known->name, wParam, lParam);
-    }
-    return PostMessageW(window, message, wParam, lParam);
-}
 
 struct Tap {
     const char* function;
     void* replacement;
 };
 const Tap kTaps[] = {
-    {"OutputDebugStringW", reinterpret_cast<void*>(&tapDebugString)},
-    {"PostMessageW", reinterpret_cast<void*>(&tapPostMessage)},
+    {"OutputDebugStringW", reinterpret_cast<void*>(&tap::debugString)},
+    {"PostMessageW", reinterpret_cast<void*>(&tap::postMessage)},
+    {"SendMessageW", reinterpret_cast<void*>(&tap::sendMessage)},
+    {"CreateFileW", reinterpret_cast<void*>(&tap::createFile)},
+    {"DeleteFileW", reinterpret_cast<void*>(&tap::deleteFile)},
+    {"_wfopen", reinterpret_cast<void*>(&tap::openFile)},
+    {"FindFirstFileW", reinterpret_cast<void*>(&tap::findFirstFile)},
+    {"FindNextFileW", reinterpret_cast<void*>(&tap::findNextFile)},
+    {"FindClose", reinterpret_cast<void*>(&tap::findClose)},
 };
 
 void replaceIn(IMAGE_THUNK_DATA& slot, void* function) {

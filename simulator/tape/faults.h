@@ -1,0 +1,28 @@
+// Misbehaviour of the unit around the player, on command: DWORD values under
+// HKEY_CURRENT_USER\Software\HeadUnit\Faults. A missing value is 0. (The vendor's filters have
+// values of their own there.) Windows only.
+//
+//   CutAfterMessages   power is cut when the player has sent this many messages since it started
+//   DirectoryOrder     order in which folders list their entries, see EntryOrder
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+namespace tape {
+
+DWORD fault(const wchar_t* name);
+
+enum class EntryOrder : DWORD {
+    AsStored = 0,  // as Wine hands them out: sorted without regard to case
+    Ordinal = 1,   // ascending by code unit
+    Reversed = 2,  // descending by code unit
+    Shuffled = 3,  // mixed up, the same way every time
+    Written = 4,   // the oldest first, as a FAT card fills its folder
+};
+
+// Puts the entries of one folder into the order that the fault asks for.
+void orderEntries(std::vector<WIN32_FIND_DATAW>& entries);
+
+}  // namespace tape
