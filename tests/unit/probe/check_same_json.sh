@@ -1,14 +1,15 @@
 #!/bin/bash
 # The native and the Windows build of mediaprobe print the same JSON for the same files.
 # Usage: check_same_json.sh NATIVE_MEDIAPROBE MEDIAPROBE_EXE PROBE_SAMPLES [FOLDER]
-# FOLDER holds further files. WINEPREFIX tells which prefix is used.
+# FOLDER holds further files. WINE_RUN is the command that runs a Windows program (wine).
 set -u
 native=$(readlink -f "$1")
 windows=$(readlink -f "$2")
 samples=$(readlink -f "$3")
 more=${4:+$(readlink -f "$4")}
 . "$(dirname "$0")/checks.sh"
-need wine
+run=${WINE_RUN:-wine}
+need "$run"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/all"
@@ -19,7 +20,7 @@ export WINEDEBUG=-all LC_ALL=C.UTF-8 WINEDLLOVERRIDES=mscoree,mshtml=
 
 "$native" --json -r all ${more:+"$more"} missing.avi >native.txt 2>native.err
 nativeStatus=$?
-wine "$windows" --json -r all ${more:+"$more"} missing.avi >windows.txt 2>windows.err
+"$run" "$windows" --json -r all ${more:+"$more"} missing.avi >windows.txt 2>windows.err
 expect "the exit status" "$nativeStatus" $?
 expect "one line per file" "$(($(find all $more -type f | wc -l) + 1))" "$(wc -l <native.txt)"
 difference=$(diff native.txt windows.txt | head -4)

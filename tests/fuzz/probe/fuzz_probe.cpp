@@ -1,0 +1,46 @@
+// One fuzz target: the recogniser number FUZZED_RECOGNISER of the chain (counted from 0), or the
+// whole probe when that is -1. Built once per target.
+#include <cstdlib>
+
+#include "platform/file.h"
+#include "probe/diagnostics.h"
+#include "probe/recognisers.h"
+
+namespace {
+
+// What must hold of every file, whatever it holds.
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+void requireSoundRecord(const probe::MediaInfo& info) {
+    require(info.status == probe::kOk || info.status == probe::kNotParsed ||
+            info.status == probe::kFail || info.status == probe::kOutOfMemory);
+    require(info.fileSizeHigh == 0);
+    for (const auto* text :
+         {info.title, info.artist, info.album, info.track, info.genre, info.composer, info.year}) {
+        require(text[probe::kTextLength - 1] == u'\0');
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    probe::setDiagnosticSink(nullptr);
+    const auto file = platform::openMemory({data, size});
+    constexpr bool kWhole = FUZZED_RECOGNISER < 0;
+    constexpr std::size_t kFirst = kWhole ? 0 : FUZZED_RECOGNISER;
+    constexpr std::size_t kCount = kWhole ? 10 : 1;
+    probe::ReadWindow window(*file);
+    probe::MediaInfo info;
+    int claimed = 0;
+    for (const auto& recogniser : probe::recognisers().subspan(kFirst, kCount)) {
+        claimed = claimed != 0 ? claimed : recogniser.recognise(info, window);
+    }
+    require(claimed == 0 || claimed == 1);
+    requireSoundRecord(info);
+    require(window.counts().bytes <= 4 * std::uint64_t{size} + 16 * probe::ReadWindow::kLargest);
+    return 0;
+}
