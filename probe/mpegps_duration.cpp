@@ -17,7 +17,7 @@ constexpr int kHalvings = 6;
 
 struct Clock {
     MpegPsReader& reader;
-    double pace = 0.0;  // time for each byte of the stream
+    double pace = 0.0;  // time for each byte of the stream; 0 unknown
     int lookups = 0;
     bool readFailed = false;
 };
@@ -82,14 +82,22 @@ ClockPoint findLastPack(Clock& clock, std::uint64_t start, std::uint64_t end) {
 
 using Places = std::array<ClockPoint, kPlaces + 2>;
 
-bool isBroken(const ClockPoint& a, const ClockPoint& b, std::int64_t expected) {
+// At most one whole turn of the clock, which is all that two places can tell.
+std::int64_t expectedTime(const Clock& clock, const ClockPoint& a, const ClockPoint& b) {
+    constexpr double kTurn = 8589934592.0 * 1000 / 9;
+    return static_cast<std::int64_t>(
+        std::min(clock.pace * static_cast<double>(b.offset - a.offset), kTurn));
+}
+
+// Whether the clock runs back from a to b, or leaps far beyond its pace where that is known.
+bool isBroken(const Clock& clock, const ClockPoint& a, const ClockPoint& b) {
     const std::int64_t elapsed = b.time - a.time;
-    return elapsed < 0 || elapsed > kLeap + 8 * expected;
+    return elapsed < 0 || (clock.pace > 0.0 && elapsed > kLeap + 8 * expectedTime(clock, a, b));
 }
 
 // Time from a to b, between which the clock starts again or leaps at least once: halves the
 // stretch towards the break, adding up what lies on its sound sides.
-std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b, std::int64_t expected) {
+std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b) {
     std::int64_t sum = 0;
     while (clock.lookups < kMostLookups && !clock.readFailed) {
         const ClockPoint middle =
@@ -100,22 +108,19 @@ std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b, std::int6
             if (next.time == kNoClock) {
                 return sum;  // a and b are neighbours: the gap between them counts nothing
             }
-            sum += isBroken(a, next, 0) ? 0 : next.time - a.time;
+            sum += isBroken(clock, a, next) ? 0 : next.time - a.time;
             a = next;
-            continue;
-        }
-        expected /= 2;
-        if (!isBroken(a, middle, expected)) {
+        } else if (!isBroken(clock, a, middle)) {
             sum += middle.time - a.time;
             a = middle;
-        } else if (!isBroken(middle, b, expected)) {
+        } else if (!isBroken(clock, middle, b)) {
             sum += b.time - middle.time;
             b = middle;
         } else {  // broken on both sides: the lower one is measured by its pace alone
-            sum += expected;
+            sum += expectedTime(clock, a, middle);
             a = middle;
         }
-        if (!isBroken(a, b, expected)) {
+        if (!isBroken(clock, a, b)) {
             return sum + b.time - a.time;
         }
     }
@@ -125,12 +130,10 @@ std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b, std::int6
 // Time from a to b. A stretch that took less than its bytes let expect is halved a few times: the
 // clock may have run back in it unseen.
 std::int64_t timeBetween(Clock& clock, const ClockPoint& a, const ClockPoint& b, int halvings) {
-    const std::int64_t elapsed = b.time - a.time;
-    const auto expected =
-        static_cast<std::int64_t>(clock.pace * static_cast<double>(b.offset - a.offset));
-    if (isBroken(a, b, expected)) {
-        return timeAcrossBreak(clock, a, b, expected);
+    if (isBroken(clock, a, b)) {
+        return timeAcrossBreak(clock, a, b);
     }
+    const std::int64_t elapsed = b.time - a.time, expected = expectedTime(clock, a, b);
     if (elapsed >= expected / 5 * 3 || expected < kSecond || halvings == 0 ||
         clock.lookups >= kMostLookups) {
         return elapsed;
@@ -165,7 +168,7 @@ std::size_t findPlaces(Clock& clock, const ClockPoint& last, Places& places) {
         }
     }
     places[count++] = last;
-    if (measured != 0) {
+    if (measured >= kPlaces / 2) {
         const auto middle = paces.begin() + static_cast<std::ptrdiff_t>(measured / 2);
         std::nth_element(paces.begin(), middle,
                          paces.begin() + static_cast<std::ptrdiff_t>(measured));

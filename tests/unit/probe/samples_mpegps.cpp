@@ -1,0 +1,186 @@
+#include "build_audio.h"
+#include "build_mpegps.h"
+
+namespace probe_test {
+namespace {
+
+using namespace ps;
+
+constexpr std::uint64_t kSecond = 90'000;
+
+Bytes join(std::initializer_list<Bytes> parts) {
+    Builder builder;
+    for (const Bytes& part : parts) {
+        builder.bytes(part);
+    }
+    return builder.take();
+}
+
+Bytes mpegAudio() {
+    return audio::frames(3, {.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576});
+}
+
+// An MPEG-2 stream of one video packet and what else is given, 10 s long.
+Bytes mpeg2(const Bytes& more, const Sequence& s = {}) {
+    return file(
+        join({pack2(kSecond), packet2(0xE0, join({sequence(s), extension(), pictures()})), more}),
+        pack2(11 * kSecond));
+}
+
+// Ten stretches of packs, `ticks` apart, each stretch beginning where `starts` says.
+Bytes stretches(std::initializer_list<std::uint64_t> starts, std::uint64_t ticks) {
+    Builder builder;
+    builder.bytes(pack2(*starts.begin()))
+        .bytes(packet2(0xE0, join({sequence({}), extension(), pictures()})))
+        .bytes(packet2(0xC0, mpegAudio()));
+    for (const std::uint64_t start : starts) {
+        for (std::uint64_t i = 0; i < 200; ++i) {
+            builder.bytes(pack2(start + i * ticks)).fill(2030, 0xFF);
+        }
+    }
+    return builder.take();
+}
+
+const SampleSet kMpegPsSamples = {
+    {"mpegps_mpeg1_system_stream", Kind::Good,
+     [] {
+         return file(
+             join({pack1(0), systemHeader({0xE0}), packet1(0xE0, join({sequence({}), pictures()})),
+                   pack1(kSecond), systemHeader({0xC0}), packet1(0xC0, mpegAudio())}),
+             pack1(90 * kSecond + 1));
+     }},
+    {"mpegps_mpeg2_program_stream", Kind::Good,
+     [] {
+         return file(join({pack2(kSecond, 299, 3), systemHeader({0xE0, 0xBD}),
+                           packet2(0xE0,
+                                   join({sequence({.width = 720, .height = 576, .aspect = 3}),
+                                         extension(), pictures()}),
+                                   3),
+                           packet2(0xBD, subStream(0x80, ac3Frame()), 2)}),
+                     pack2(61 * kSecond));
+     }},
+    {"mpegps_aspect_4_to_3", Kind::Good, [] { return mpeg2({}, {.aspect = 2}); }},
+    {"mpegps_aspect_211_to_100", Kind::Good, [] { return mpeg2({}, {.aspect = 4}); }},
+    {"mpegps_aspect_code_5_is_unknown", Kind::Good, [] { return mpeg2({}, {.aspect = 5}); }},
+    {"mpegps_layer_3_has_the_tag_of_layer_2", Kind::Good,
+     [] { return mpeg2(packet2(0xC3, audio::frames(3))); }},
+    {"mpegps_ac3_with_five_channels_and_bass", Kind::Good,
+     [] {
+         return mpeg2(packet2(0xBD, subStream(0x87, Builder()
+                                                        .fill(9)
+                                                        .bytes([] {
+                                                            Bytes frame = ac3Frame(28, 1, 7);
+                                                            frame[6] =
+                                                                0xE1;  // the bass bit is the last
+                                                            return frame;
+                                                        }())
+                                                        .take())));
+     }},
+    {"mpegps_pcm_of_one_channel", Kind::Good,
+     [] { return mpeg2(packet2(0xBD, subStream(0xA0, pcm(1, 1)))); }},
+    {"mpegps_pcm_of_six_channels_is_told_as_two", Kind::Good,
+     [] { return mpeg2(packet2(0xBD, subStream(0xAF, pcm(0, 6)))); }},
+    {"mpegps_dts_is_no_known_sound", Kind::Good,
+     [] { return mpeg2(packet2(0xBD, subStream(0x88, ac3Frame()))); }},
+    {"mpegps_first_sound_is_described", Kind::Good,
+     [] {
+         return mpeg2(
+             join({packet2(0xBD, subStream(0xA0, pcm(0, 2))), packet2(0xC0, mpegAudio())}));
+     }},
+    {"mpegps_one_frame_per_packet_is_enough", Kind::Good,
+     [] {
+         Bytes frame = audio::frame({.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576});
+         return mpeg2(packet2(0xC0, frame));
+     }},
+    {"mpegps_sequence_header_across_packets", Kind::Good,
+     [] {
+         const Bytes whole = join({sequence({.width = 704}), extension(), pictures()});
+         const auto at = whole.begin() + 2;
+         return file(join({pack2(0), packet2(0xE0, {whole.begin(), at}),
+                           packet2(0xE1, join({sequence({.width = 16}), pictures()})),
+                           packet2(0xE0, {at, at + 5}), packet2(0xE0, {at + 5, whole.end()})}),
+                     pack2(kSecond));
+     }},
+    {"mpegps_extension_widens_the_fields", Kind::Good,
+     [] {
+         return file(join({pack2(0), packet2(0xE0, join({sequence({.rate = 5}),
+                                                         extension(1, 2, 1, 1, 0), pictures()}))}));
+     }},
+    {"mpegps_packet_without_a_length", Kind::Good,
+     [] {
+         Bytes packet = packet2(0xE0, join({sequence({}), extension(), pictures()}));
+         packet[4] = packet[5] = 0;
+         return file(join({pack2(0), packet, packet2(0xC0, mpegAudio())}), pack2(kSecond));
+     }},
+    {"mpegps_mpeg1_clock_without_its_marker", Kind::Good,
+     [] {
+         Bytes bad = pack1(0);
+         bad[8] &= 0xFE;
+         return file(join({bad, pack1(kSecond), packet1(0xE0, join({sequence({}), pictures()}))}),
+                     pack1(4 * kSecond));
+     }},
+    {"mpegps_mpeg2_clock_without_its_marker", Kind::Good,
+     [] {
+         Bytes bad = pack2(0);
+         bad[9] &= 0xFE;
+         return file(join({bad, packet2(0xE0, join({sequence({}), extension(), pictures()}))}),
+                     pack2(4 * kSecond));
+     }},
+    {"mpegps_forbidden_time_stamp_flags", Kind::Good,
+     [] { return mpeg2(packet2(0xC0, mpegAudio(), 1)); }},
+    {"mpegps_without_video_fails", Kind::Claimed,
+     [] {
+         return file(join({pack2(0), packet2(0xC0, mpegAudio())}), pack2(kSecond));
+     }},
+    {"mpegps_single_pack_has_no_duration", Kind::Good,
+     [] {
+         return file(
+             join({pack2(kSecond), packet2(0xE0, join({sequence({}), extension(), pictures()}))}));
+     }},
+    {"mpegps_clock_wraps_at_33_bits", Kind::Good,
+     [] {
+         return stretches({(std::uint64_t{1} << 33) - 100 * 9000, 100 * 9000}, 9000);
+     }},
+    {"mpegps_clock_starts_again", Kind::Good,
+     [] {
+         return stretches({kSecond, 0, 5 * kSecond}, 9000);
+     }},
+    {"mpegps_clock_leaps_an_hour", Kind::Good,
+     [] {
+         return stretches({0, 3600 * kSecond}, 9000);
+     }},
+    {"mpegps_pack_in_the_last_four_bytes_of_the_head", Kind::Good,
+     [] { return Builder().fill(252, 0xFF).bytes(mpeg2({})).take(); }},
+    {"mpegps_pack_behind_the_head_is_refused", Kind::Refused,
+     [] { return Builder().fill(253, 0xFF).bytes(mpeg2({})).take(); }},
+    {"mpegps_videocd_sectors", Kind::Good,
+     [] {
+         const auto sector = [](const Bytes& content) {
+             return Builder()
+                 .u8(0)
+                 .fill(10, 0xFF)
+                 .u8(0)
+                 .be32(0x00020002)
+                 .be64(0x0160'6000'0160'6000)
+                 .bytes(content)
+                 .padTo(2352 - 4, 0)
+                 .be32(0xA1B2C3D4)
+                 .take();
+         };
+         return file(
+             join({Builder().text("RIFF").le32(kSmallest - 8).text("CDXAfmt ").fill(28).take(),
+                   sector({}), sector({}),
+                   sector(join({pack1(0), packet1(0xE0, join({sequence({}), pictures()}))})),
+                   sector(join({pack1(kSecond), packet1(0xC0, mpegAudio())}))}),
+             sector(pack1(20 * kSecond)));
+     }},
+    {"mpegps_one_byte_below_256_kib_is_refused", Kind::Refused,
+     [] {
+         Bytes bytes = mpeg2({});
+         bytes.pop_back();
+         return bytes;
+     }},
+};
+
+}  // namespace
+}  // namespace probe_test

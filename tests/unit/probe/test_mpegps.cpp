@@ -1,0 +1,184 @@
+// MPEG system and program streams.
+#include "build_audio.h"
+#include "build_mpegps.h"
+#include "expectations.h"
+#include "probe/mpegps_pack.h"
+
+namespace probe_test {
+namespace {
+
+using R = probe::MediaRecord;
+
+constexpr std::uint32_t kMpg1 = 0x4D504731, kMpg2 = 0x4D504732;
+
+TEST(MpegPs, DescribesAnMpeg1SystemStream) {
+    const char* const name = "mpegps_mpeg1_system_stream";
+    expectFields(std::to_array<FieldCase>({
+        {name, &R::containerType, probe::kContainerMpeg1System},
+        {name, &R::videoFourCC, kMpg1},
+        {name, &R::videoWidth, 352},
+        {name, &R::videoHeight, 288},
+        {name, &R::videoBitRate, 1'000'000},
+        {name, &R::frameTimeMicroseconds, 40'000},
+        {name, &R::pixelAspectX, 1},
+        {name, &R::pixelAspectY, 1},
+        {name, &R::audioFormatTag, 0x50},
+        {name, &R::audioSampleRate, 48000},
+        {name, &R::audioChannels, 2},
+        {name, &R::audioBitRate, 192'000},
+        {name, &R::durationSeconds, 90},
+    }));
+}
+
+TEST(MpegPs, DescribesAnMpeg2ProgramStream) {
+    const char* const name = "mpegps_mpeg2_program_stream";
+    expectFields(std::to_array<FieldCase>({
+        {name, &R::containerType, probe::kContainerMpeg2Program},
+        {name, &R::videoFourCC, kMpg2},
+        {name, &R::videoWidth, 720},
+        {name, &R::videoHeight, 576},
+        {name, &R::pixelAspectX, 576 * 16},
+        {name, &R::pixelAspectY, 720 * 9},
+        {name, &R::audioFormatTag, 0x2000},
+        {name, &R::audioSampleRate, 48000},
+        {name, &R::audioChannels, 2},
+        {name, &R::audioBitRate, 192'000},
+        {name, &R::durationSeconds, 59},
+    }));
+}
+
+TEST(MpegPs, Video) {
+    expectFields(std::to_array<FieldCase>({
+        {"mpegps_aspect_4_to_3", &R::pixelAspectX, 288 * 4},
+        {"mpegps_aspect_4_to_3", &R::pixelAspectY, 352 * 3},
+        {"mpegps_aspect_211_to_100", &R::pixelAspectX, 288 * 211},
+        {"mpegps_aspect_211_to_100", &R::pixelAspectY, 352 * 100},
+        {"mpegps_aspect_code_5_is_unknown", &R::pixelAspectX, 0},
+        {"mpegps_sequence_header_across_packets", &R::videoWidth, 704},
+        {"mpegps_extension_widens_the_fields", &R::videoWidth, 4096 + 352},
+        {"mpegps_extension_widens_the_fields", &R::videoHeight, 8192 + 288},
+        {"mpegps_extension_widens_the_fields", &R::videoBitRate, ((1 << 18) + 2500) * 400},
+        {"mpegps_extension_widens_the_fields", &R::frameTimeMicroseconds, 16'666},
+        {"mpegps_packet_without_a_length", &R::videoWidth, 352},
+        {"mpegps_packet_without_a_length", &R::audioFormatTag, 0x50},
+    }));
+}
+
+TEST(MpegPs, Sound) {
+    expectFields(std::to_array<FieldCase>({
+        {"mpegps_layer_3_has_the_tag_of_layer_2", &R::audioFormatTag, 0x50},
+        {"mpegps_layer_3_has_the_tag_of_layer_2", &R::audioBitRate, 128'000},
+        {"mpegps_ac3_with_five_channels_and_bass", &R::audioFormatTag, 0x2000},
+        {"mpegps_ac3_with_five_channels_and_bass", &R::audioSampleRate, 44100},
+        {"mpegps_ac3_with_five_channels_and_bass", &R::audioBitRate, 384'000},
+        {"mpegps_ac3_with_five_channels_and_bass", &R::audioChannels, 6},
+        {"mpegps_pcm_of_one_channel", &R::audioFormatTag, 1},
+        {"mpegps_pcm_of_one_channel", &R::audioChannels, 1},
+        {"mpegps_pcm_of_one_channel", &R::audioSampleRate, 96000},
+        {"mpegps_pcm_of_one_channel", &R::audioBitRate, 96000 * 16},
+        {"mpegps_pcm_of_six_channels_is_told_as_two", &R::audioChannels, 2},
+        {"mpegps_pcm_of_six_channels_is_told_as_two", &R::audioBitRate, 48000 * 2 * 16},
+        {"mpegps_dts_is_no_known_sound", &R::audioFormatTag, 0},
+        {"mpegps_dts_is_no_known_sound", &R::audioSampleRate, 0},
+        {"mpegps_first_sound_is_described", &R::audioFormatTag, 1},
+        {"mpegps_one_frame_per_packet_is_enough", &R::audioBitRate, 192'000},
+    }));
+}
+
+TEST(MpegPs, DurationSurvivesTheClock) {
+    // A stretch of 200 packs is 19.9 s long.
+    expectFields(std::to_array<FieldCase>({
+        {"mpegps_single_pack_has_no_duration", &R::durationSeconds, 0},
+        {"mpegps_clock_wraps_at_33_bits", &R::durationSeconds, 39},
+        {"mpegps_clock_starts_again", &R::durationSeconds, 59},
+        {"mpegps_clock_leaps_an_hour", &R::durationSeconds, 39},
+        {"mpegps_mpeg1_clock_without_its_marker", &R::durationSeconds, 3},
+        {"mpegps_mpeg2_clock_without_its_marker", &R::durationSeconds, 0},
+        {"mpegps_videocd_sectors", &R::durationSeconds, 20},
+        {"mpegps_videocd_sectors", &R::audioFormatTag, 0x50},
+    }));
+}
+
+TEST(MpegPs, DamagedHeadersPrintTheirLines) {
+    const auto lines = [](const char* name) { return probeBytes(sample(name).build()).lines; };
+    EXPECT_EQ(lines("mpegps_mpeg1_clock_without_its_marker"), "ERROR: GetSCR ERROR(MPEG1)\n");
+    EXPECT_EQ(lines("mpegps_mpeg2_clock_without_its_marker"), "ERROR: GetSCR ERROR\n");
+    EXPECT_EQ(lines("mpegps_forbidden_time_stamp_flags"),
+              "PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n");
+    EXPECT_EQ(lines("mpegps_mpeg1_system_stream"), "");
+}
+
+TEST(MpegPs, WhatIsClaimed) {
+    expectStatus(std::to_array<StatusCase>({
+        {"mpegps_without_video_fails", 1, probe::kFail},
+        {"mpegps_pack_in_the_last_four_bytes_of_the_head", 1, probe::kOk},
+        {"mpegps_pack_behind_the_head_is_refused", 0, probe::kNotParsed},
+        {"mpegps_one_byte_below_256_kib_is_refused", 0, probe::kNotParsed},
+    }));
+    expectFields(std::to_array<FieldCase>({
+        {"mpegps_without_video_fails", &R::containerType, 0},
+        {"mpegps_without_video_fails", &R::fileSize, ps::kSmallest},
+    }));
+}
+
+TEST(MpegPs, SmallFilesFallThroughToTheFrameScan) {
+    // 200 KiB of a stream whose sound is nothing but MPEG audio frames.
+    const Bytes bytes =
+        Builder().bytes(ps::pack2(0)).bytes(audio::frames(480)).padTo(200 * 1024).take();
+    EXPECT_EQ(probeBytes(bytes).info->containerType, probe::kContainerMpegAudio);
+}
+
+TEST(MpegPs, AVideoCdIsSearchedOverTwoMebibytes) {
+    const auto claimed = [](std::size_t offset) {
+        const Bytes bytes = Builder()
+                                .text("RIFF")
+                                .le32(0)
+                                .text("CDXA")
+                                .padTo(offset, 0xFF)
+                                .bytes(ps::pack1(0))
+                                .fill(100, 0xFF)
+                                .take();
+        return probeBytes(bytes).claimed;
+    };
+    EXPECT_EQ(claimed(0x200000 - 4), 1);
+    EXPECT_EQ(claimed(0x200000 - 3), 0);
+}
+
+TEST(MpegPs, ClocksOfBothKinds) {
+    const auto clockOf = [](const Bytes& pack) {
+        return probe::packClock(std::span(pack).subspan<4, probe::kPackClockBytes>()).time;
+    };
+    constexpr std::uint64_t kTicks = 0x1'2345'6789;
+    EXPECT_EQ(clockOf(ps::pack1(kTicks)), static_cast<std::int64_t>(kTicks * 1000 / 9));
+    EXPECT_EQ(clockOf(ps::pack2(kTicks, 200)),
+              static_cast<std::int64_t>((kTicks * 300 + 200) * 10 / 27));
+    EXPECT_EQ(clockOf(ps::pack2((std::uint64_t{1} << 33) - 1, 299)),
+              static_cast<std::int64_t>((((std::uint64_t{1} << 33) - 1) * 300 + 299) * 10 / 27));
+}
+
+TEST(MpegPs, StartCodesAreFoundWhereverTheyStand) {
+    for (std::size_t at = 0; at < 9; ++at) {
+        for (const std::uint8_t around : std::to_array<std::uint8_t>({0, 1, 2, 0xFF})) {
+            Bytes bytes(13, around);
+            const Bytes code = {0, 0, 1, 0xBA};
+            std::copy(code.begin(), code.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+            EXPECT_EQ(probe::findStartCode(bytes, 0xBA, 0xBA), at) << int{around};
+            bytes.resize(at + 3);
+            EXPECT_EQ(probe::findStartCode(bytes, 0xBA, 0xBA), bytes.size());
+        }
+    }
+}
+
+TEST(MpegPs, ALongFileIsNotReadWhole) {
+    Builder builder;
+    builder.bytes(sample("mpegps_mpeg2_program_stream").build());
+    for (std::uint64_t i = 0; i < 8000; ++i) {
+        builder.bytes(ps::pack2(61 * 90'000 + i * 9000)).fill(2034, 0xFF);
+    }
+    const Outcome outcome = probeBytes(builder.view());
+    EXPECT_EQ(outcome.info->durationSeconds, 60u + 799u);
+    EXPECT_LE(outcome.bytesRead, 400u * 1024) << "of 16 MiB";
+}
+
+}  // namespace
+}  // namespace probe_test
