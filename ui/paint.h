@@ -1,0 +1,43 @@
+// The pictures of the four screens. Each draws at least what meets `damaged`; the canvas cuts off
+// what lies outside.
+#pragma once
+
+#include "ui/canvas.h"
+#include "ui/list_screen.h"
+#include "ui/player_layout.h"
+#include "ui/view.h"
+
+namespace ui {
+
+void paintFullWidth(Canvas& canvas, const PlayerView& view, const Rect& damaged);
+void paintHalfWidth(Canvas& canvas, const PlayerView& view, const Rect& damaged);
+void paintSlide(Canvas& canvas, const PlayerView& view, const Rect& damaged);
+void paintFileList(Canvas& canvas, const ListView& view, const Rect& damaged);
+
+// Where the volume banner stands on the slide screen.
+inline constexpr Rect kBannerArea = {180, 0, 620, 64};
+
+// Shared by the playback screens.
+inline constexpr Colour kTextColour = 0xE6F0F4;
+inline constexpr Colour kDimColour = 0xCBC3B9;
+
+struct BarFaces {
+    Bitmap progress, knob, volume, icon;
+};
+void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
+                   const PlayerView& view, const Rect& damaged);
+void paintVolume(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
+                 const PlayerView& view, const Rect& damaged);
+
+struct TextFonts {
+    Font fileName, position, duration;
+};
+void paintTexts(Canvas& canvas, const PlayerLayout& layout, const TextFonts& fonts,
+                const PlayerView& view, const Rect& damaged);
+
+// The background where it is damaged, black without its bitmap.
+void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged);
+// The key colour where the picture is shown, over the background.
+void paintVideoArea(Canvas& canvas, const Rect& video, const Rect& damaged);
+
+}  // namespace ui

@@ -1,0 +1,63 @@
+// What the two playback screens draw alike.
+#include "ui/paint.h"
+#include "ui/time_text.h"
+
+namespace ui {
+
+void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged) {
+    if (canvas.has(background)) {
+        canvas.drawRegion(background, damaged);
+    } else {
+        canvas.fill(damaged, kBlack);
+    }
+}
+
+void paintVideoArea(Canvas& canvas, const Rect& video, const Rect& damaged) {
+    const Rect shown = intersection(video, damaged);
+    if (!isEmpty(shown)) {
+        canvas.fill(shown, kVideoKey);
+    }
+}
+
+void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
+                   const PlayerView& view, const Rect& damaged) {
+    const ProgressBar& bar = layout.progress;
+    if (!meets(bar.area, damaged)) {
+        return;
+    }
+    constexpr std::int32_t kUnderKnob = 5;  // pixels
+    const std::int32_t x = knobX(bar, view.displayedPosition, view.duration, view.playing);
+    canvas.drawInto(faces.progress, {bar.area.left, bar.fillTop, x + kUnderKnob, bar.fillBottom});
+    canvas.draw(faces.knob, {x, bar.knobTop});
+}
+
+void paintVolume(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
+                 const PlayerView& view, const Rect& damaged) {
+    const VolumeBar& bar = layout.volume;
+    if (!meets(bar.area, damaged)) {
+        return;
+    }
+    constexpr std::int32_t kUnderIcon = 10;  // pixels
+    const std::int32_t x = volumeIconX(bar, view.volume);
+    canvas.drawInto(faces.volume, {bar.area.left, bar.fillTop, x + kUnderIcon, bar.fillBottom});
+    canvas.draw(faces.icon, {x, bar.iconTop});
+}
+
+void paintTexts(Canvas& canvas, const PlayerLayout& layout, const TextFonts& fonts,
+                const PlayerView& view, const Rect& damaged) {
+    TimeText time;
+    if (meets(layout.fileName, damaged)) {
+        canvas.text(view.fileName, fonts.fileName, kTextColour, layout.fileName,
+                    kMiddleWithEllipsis);
+    }
+    if (meets(layout.position, damaged)) {
+        FormatSeconds(wholeSeconds(view.displayedPosition), time);
+        canvas.text(time.data(), fonts.position, kTextColour, layout.position, kCentredText);
+    }
+    if (meets(layout.duration, damaged)) {
+        FormatSeconds(wholeSeconds(view.duration), time);
+        canvas.text(time.data(), fonts.duration, kDimColour, layout.duration, kCentredText);
+    }
+}
+
+}  // namespace ui

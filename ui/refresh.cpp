@@ -1,0 +1,193 @@
+// What is drawn anew, and when.
+#include <windows.h>
+
+#include "player/player.h"
+#include "shell/app_state.h"
+#include "shell/shell.h"
+#include "ui/effects.h"
+#include "ui/paint.h"
+#include "ui/screens.h"
+#include "ui/state_view.h"
+#include "ui/time_text.h"
+
+namespace ui {
+namespace {
+
+bool isPlaybackScreen() {
+    return appState.screenMode == kFullWidth || appState.screenMode == kHalfWidth;
+}
+
+// Draws the progress bar and the times anew where the picture of them changes.
+void showPosition(double position, double duration) {
+    ScreenState& screens = appState.screens;
+    const double fromPosition = screens.displayedPosition;
+    const double fromDuration = screens.displayedDuration;
+    screens.displayedPosition = position;
+    screens.displayedDuration = duration;
+    if (!isPlaybackScreen()) {
+        return;
+    }
+    Effects effects;
+    const PlayerLayout& layout = layoutOf(appState.screenMode);
+    const bool playing = appState.persisted.playState != settings::kStopped;
+    const std::int32_t from = knobX(layout.progress, fromPosition, fromDuration, playing);
+    const std::int32_t to = knobX(layout.progress, position, duration, playing);
+    if (from != to) {
+        effects.invalidate(knobTrack(layout.progress, from, to));
+    }
+    if (wholeSeconds(fromPosition) != wholeSeconds(position)) {
+        effects.invalidate(layout.position);
+    }
+    if (wholeSeconds(fromDuration) != wholeSeconds(duration)) {
+        effects.invalidate(layout.duration);
+    }
+}
+
+void followPosition() {
+    const Touch& touch = appState.screens.touch;
+    const bool fingerLeads = isPlaybackScreen() && touch.held != 0 && touch.pressedKey >= 0 &&
+                             touch.pressedKey == layoutOf(appState.screenMode).progressKey;
+    if (!fingerLeads && appState.persisted.playState != settings::kStopped) {
+        showPosition(appState.persisted.position, appState.persisted.endTime);
+    }
+}
+
+void followClock() {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    const std::int32_t minute = now.wHour * 60 + now.wMinute;
+    if (appState.screenMode == kFullWidth && minute != appState.screens.displayedMinute) {
+        appState.screens.displayedMinute = minute;
+        Effects effects;
+        effects.invalidate(
+            {kHalfDayMark.left, kClockArea.top, kClockArea.right, kClockArea.bottom});
+    }
+}
+
+void carryOut(std::int32_t action) {
+    switch (action) {
+        case kNextFile:
+            return Player::OnNext();
+        case kPreviousFile:
+            return Player::OnPrev();
+        case kVolumeDown:
+            return Player::volumeDown();
+        case kVolumeUp:
+            return Player::volumeUp();
+        default:
+            return;
+    }
+}
+
+std::int32_t takePendingAction() {
+    const std::int32_t action = appState.pendingKeyAction;
+    appState.pendingKeyAction = kNoAction;
+    return action;
+}
+
+// A gesture leads over the banner of the slide screen, which the full-width screen opens for it;
+// the half-width screen has no banner to wait for. In the file list "previous" is the way up.
+void followGesture() {
+    if (appState.pendingKeyAction == kNoAction || appState.screens.touch.held != 0) {
+        return;
+    }
+    Effects effects;
+    switch (appState.screenMode) {
+        case kFullWidth:
+            return effects.act(Action::HideBar, 0);
+        case kHalfWidth:
+            return carryOut(takePendingAction());
+        case kFileList:
+            if (takePendingAction() == kPreviousFile && hasParentFolder()) {
+                goToParent();
+            }
+            return;
+        case kSlideBanner:
+            if (appState.screens.bannerShown == 0) {
+                effects.showBanner();
+            }
+            return;
+        default:
+            takePendingAction();
+            return;
+    }
+}
+
+void endBar() {
+    KillTimer(appState.mainWindow, shell::kBarTimer);
+    if (appState.screenMode == kFullWidth) {
+        Effects effects;
+        effects.act(Action::HideBar, 0);
+    }
+}
+
+}  // namespace
+
+void screenTimer(UINT_PTR id) {
+    switch (id) {
+        case shell::kPositionTimer:
+            return followPosition();
+        case shell::kScreenTimer:
+            followClock();
+            return followGesture();
+        case shell::kBarTimer:
+            return endBar();
+        default:
+            return;
+    }
+}
+
+void slideBannerEnded() {
+    if (appState.screenMode != kSlideBanner || appState.pendingKeyAction == kNoAction) {
+        return;
+    }
+    carryOut(takePendingAction());
+    if (appState.screenMode == kSlideBanner) {
+        shell::setScreenMode(appState.previousScreenMode);
+    }
+}
+
+LRESULT slideActivated(WPARAM wParam, LPARAM lParam) {
+    if (LOWORD(wParam) == WA_INACTIVE) {
+        forgetTouch();  // the release goes to another window
+    }
+    return DefWindowProcW(appState.mainWindow, WM_ACTIVATE, wParam, lParam);
+}
+
+// Something on the unit has changed for everybody: what the banner tells is drawn anew.
+LRESULT slideBroadcast(WPARAM, LPARAM) {
+    if (appState.screenMode == kSlideBanner) {
+        refreshVolume();
+    }
+    return 0;
+}
+
+void refreshScreen() {
+    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+}
+
+void refreshVolume() {
+    Effects effects;
+    if (isPlaybackScreen()) {
+        const PlayerLayout& layout = layoutOf(appState.screenMode);
+        effects.invalidate(layout.volume.area);
+        effects.invalidate(layout.keys[static_cast<std::size_t>(layout.muteKey)].area);
+    } else if (appState.screenMode == kSlideBanner && appState.screens.bannerShown != 0) {
+        effects.invalidate(kBannerArea);
+    }
+}
+
+void refreshFileList() {
+    const std::int32_t key = appState.screens.touch.pressedKey;
+    if (appState.screenMode == kFileList && (isRowKey(key) || isBinKey(key))) {
+        forgetTouch();  // another entry may stand under the finger now
+    }
+    refreshScreen();
+}
+
+void clearProgress() {
+    appState.screens.displayedPosition = 0;
+    refreshScreen();
+}
+
+}  // namespace ui

@@ -1,0 +1,62 @@
+#include "ui/state_view.h"
+
+#include <windows.h>
+
+#include <string_view>
+
+#include "player/player.h"
+#include "shell/app_state.h"
+
+namespace ui {
+namespace {
+
+const char16_t* fileNameOf(const char16_t* path) {
+    const std::size_t separator = std::u16string_view(path).rfind(u'\\');
+    return separator == std::u16string_view::npos ? path : path + separator + 1;
+}
+
+}  // namespace
+
+PlayerView playerView() {
+    const settings::PersistedState& persisted = appState.persisted;
+    const ScreenState& screens = appState.screens;
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {
+        .connectMode = appState.connectMode == 1,
+        .playing = persisted.playState != settings::kStopped,
+        .paused = persisted.playState == settings::kPaused,
+        .muted = appState.muted == 1,
+        .videoArea = appState.videoArea == 1,
+        .drivingBlock = appState.drivingBlock == 1,
+        .barShown = screens.barShown != 0,
+        .bannerShown = screens.bannerShown != 0,
+        .volume = persisted.volume,
+        .camera = appState.connectMode == 1 ? Player::cameraOfCurrentFile() : -1,
+        .pressedKey = screens.touch.pressedKey,
+        .displayedPosition = screens.displayedPosition,
+        .duration = persisted.endTime,
+        .hour = now.wHour,
+        .minute = now.wMinute,
+        .fileName = fileNameOf(persisted.file),
+    };
+}
+
+ListView listView() {
+    ListRows& table = appState.screens.rows;
+    fillRows(appState, table);
+    return {
+        .table = &table,
+        .path = appState.browseFolderPath,
+        .page = appState.browsePage,
+        .pageCount = appState.browsePageCount,
+        .pressedKey = appState.screens.touch.pressedKey,
+        .goingUp = appState.screens.touch.goingUp != 0,
+    };
+}
+
+const PlayerLayout& layoutOf(int mode) {
+    return mode == kHalfWidth ? kHalfLayout : kFullLayout;
+}
+
+}  // namespace ui
