@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "simulator/command/expect.h"
+#include "simulator/command/scenario.h"
+#include "simulator/command/verbs.h"
+
+namespace headunit {
+namespace {
+
+std::vector<std::string> split(const std::string& line) {
+    std::vector<std::string> words;
+    EXPECT_TRUE(splitWords(line, words)) << line;
+    return words;
+}
+
+TEST(SplitWords, KnowsQuotesEscapesAndComments) {
+    using Words = std::vector<std::string>;
+    EXPECT_EQ(split("touch 1  2\t3"), (Words{"touch", "1", "2", "3"}));
+    EXPECT_EQ(split("# only a comment"), Words{});
+    EXPECT_EQ(split("key play # now"), (Words{"key", "play"}));
+    EXPECT_EQ(split("expect pixel 1 2 #F800F8"), (Words{"expect", "pixel", "1", "2", "#F800F8"}));
+    EXPECT_EQ(split("expect pixel 1 2 #F800F8 # magenta").size(), 5U);
+    EXPECT_EQ(split(R"(box "\n\n재생 \"a\" \\")"), (Words{"box", "\n\n재생 \"a\" \\"}));
+    EXPECT_EQ(split(R"(put a.avi \SDMMCDisk\a.avi)"),
+              (Words{"put", "a.avi", "\\SDMMCDisk\\a.avi"}));
+    EXPECT_EQ(split("file x \"\""), (Words{"file", "x", ""}));
+}
+
+TEST(SplitWords, RefusesOpenQuotesAndUnknownEscapes) {
+    std::vector<std::string> words;
+    EXPECT_FALSE(splitWords("box \"open", words));
+    EXPECT_FALSE(splitWords("box \"\\q\"", words));
+    EXPECT_FALSE(splitWords("box \"\\", words));
+}
+
+TEST(JoinWords, IsTakenApartAgain) {
+    const std::vector<std::string> words = {"card",  "a b",         "",  "\"q\"",
+                                            "C:\\x", "line\nend\t", "#1"};
+    EXPECT_EQ(split(joinWords(words)), words);
+}
+
+TEST(ParseTime, NeedsAUnit) {
+    int milliseconds = 0;
+    EXPECT_TRUE(parseTime("2s", milliseconds));
+    EXPECT_EQ(milliseconds, 2000);
+    EXPECT_TRUE(parseTime("0.25s", milliseconds));
+    EXPECT_EQ(milliseconds, 250);
+    EXPECT_TRUE(parseTime("300ms", milliseconds));
+    EXPECT_EQ(milliseconds, 300);
+    for (const char* wrong : {"", "2", "s", "-1s", "2 s", "2m"}) {
+        EXPECT_FALSE(parseTime(wrong, milliseconds)) << wrong;
+    }
+}
+
+class ScenarioFile : public testing::Test {
+protected:
+    void SetUp() override {
+        path_ = fs::temp_directory_path() / ("headunit-test-" + std::to_string(getpid()) + ".scn");
+    }
+    void TearDown() override { fs::remove(path_); }
+
+    // The reason of the refusal without the file's folder; empty when the scenario is taken.
+    std::string check(const std::string& text) {
+        std::ofstream(path_, std::ios::trunc) << text;
+        std::string why;
+        sections_ = readScenario(path_, why);
+        const std::string head = path_.string() + ":";
+        return sections_ ? "" : (why.starts_with(head) ? why.substr(head.size()) : why);
+    }
+
+    fs::path path_;
+    std::optional<std::vector<Section>> sections_;
+};
+
+TEST_F(ScenarioFile, IsReadInSections) {
+    ASSERT_EQ(check("# a journey\n\nboot --pip\nsection second\nkey play\nexpect no box\n"), "");
+    ASSERT_EQ(sections_->size(), 2U);
+    EXPECT_EQ(sections_->at(0).steps.at(0).line, 3);
+    EXPECT_EQ(sections_->at(1).name, "second");
+    EXPECT_EQ(sections_->at(1).steps.size(), 2U);
+}
+
+struct Wrong {
+    const char* name;
+    const char* text;
+    const char* begins;  // what the reason begins with, the line's number first
+};
+class WrongScenario : public ScenarioFile, public testing::WithParamInterface<Wrong> {};
+
+TEST_P(WrongScenario, IsRefusedWithItsLine) {
+    const std::string why = check(GetParam().text);
+    EXPECT_EQ(why.substr(0, std::string(GetParam().begins).size()), GetParam().begins) << why;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scenario, WrongScenario,
+    testing::Values(
+        Wrong{"Verb", "boot\nexpct box\n", "2: there is no verb \"expct\""},
+        Wrong{"Point", "touch 800 0\n", "1: usage: headunit touch"},
+        Wrong{"Key", "\nkey stop\n", "2: usage: headunit key"},
+        Wrong{"Number", "send MSG_SystemBroadcast one 1\n", "1: usage: headunit send"},
+        Wrong{"Volume", "card insert CDROM\n", "1: usage: headunit card"},
+        Wrong{"BootOption", "boot --fast\n", "1: usage: headunit boot"},
+        Wrong{"Subject", "expect miracle\n", "1: nothing can be expected of \"miracle\""},
+        Wrong{"Time", "expect box within 3\n", "1: \"3\" is no time"},
+        Wrong{"MessageNumber", "expect message NAME x 0\n", "1: \"expect message\" does not take"},
+        Wrong{"Colour", "expect pixel 1 1 red\n", "1: \"expect pixel\" does not take"},
+        Wrong{"Area", "expect moving 10 10 10 20\n", "1: \"expect moving\" does not take"},
+        Wrong{"State", "expect state playState\n", "1: \"expect state\" does not take"},
+        Wrong{"Mode", "expect mode 5\n", "1: \"expect mode\" does not take"},
+        Wrong{"Wait", "wait\n", "1: wait needs a time"},
+        Wrong{"File", "put no-such-file.avi /USB/a.avi\n", "1: there is no no-such-file.avi"},
+        Wrong{"Field", "movie.dat loudness=3\n", "1: Movie.dat has no field"},
+        Wrong{"Quote", "boot\nexpect box \"open\n", "2: a quote is not closed"},
+        Wrong{"Scenario", "scenario other.scn\n", "1: \"scenario\" cannot be used"},
+        Wrong{"Empty", "# nothing\n", "1: the scenario is empty"}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST(Scenario, MissingFileIsSaidSo) {
+    std::string why;
+    EXPECT_FALSE(readScenario("/nonexistent/a.scn", why));
+    EXPECT_EQ(why, "there is no scenario /nonexistent/a.scn");
+}
+
+}  // namespace
+}  // namespace headunit
