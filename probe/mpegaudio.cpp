@@ -63,7 +63,8 @@ std::uint64_t findFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t en
                 break;
             }
             at = static_cast<std::size_t>(static_cast<const std::uint8_t*>(sync) - bytes.data());
-            if (parseMpegAudioHeader(bytes.subspan(at), header) && header.frameBytes != 0) {
+            if (mayBeMpegAudioFrame(&bytes[at]) &&
+                parseMpegAudioHeader(bytes.subspan(at), header)) {
                 return offset + at;
             }
         }

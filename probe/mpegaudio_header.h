@@ -35,4 +35,11 @@ constexpr std::size_t kMpegAudioHeaderBytes = 4;
 [[nodiscard]] bool parseMpegAudioHeader(std::span<const std::uint8_t> bytes,
                                         MpegAudioHeader& header);
 
+// Whether a header with a length begins at `p`, which holds 0xFF and two bytes more: the cheap
+// test of a scan.
+inline bool mayBeMpegAudioFrame(const std::uint8_t* p) {
+    return (p[1] & 0xE0) == 0xE0 && (p[1] & 0x18) != 0x08 && (p[1] & 0x06) != 0 && p[2] >= 0x10 &&
+           p[2] < 0xF0 && (p[2] & 0x0C) != 0x0C;
+}
+
 }  // namespace probe

@@ -115,7 +115,7 @@ inline Bytes pcm(unsigned rateCode, unsigned channels) {
 
 // `start`, then bytes of no meaning, then `end` as the last bytes of a file of the smallest size.
 inline Bytes file(const Bytes& start, const Bytes& end = {}) {
-    return Builder().bytes(start).padTo(kSmallest - end.size(), 0xFF).bytes(end).take();
+    return Builder().bytes(start).padTo(kSmallest - end.size(), 0x55).bytes(end).take();
 }
 
 }  // namespace probe_test::ps
