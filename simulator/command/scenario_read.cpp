@@ -121,10 +121,10 @@ std::optional<std::vector<Section>> readScenario(const fs::path& file, std::stri
             continue;
         }
         if (step.words[0] == "section") {
-            if (step.words.size() != 2) {
-                return wrong("section needs one name");
+            if (step.words.size() < 2) {
+                return wrong("section needs a name");
             }
-            sections.push_back({step.words[1], {}});
+            sections.push_back({trimmed(step.text.substr(step.words[0].size())), {}});
             continue;
         }
         std::string reason;
