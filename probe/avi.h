@@ -3,10 +3,12 @@
 // Everything here lives for one probe. In this family bytes that the file does not hold are 0.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
 
+#include "probe/byte_reader.h"
 #include "probe/media_info.h"
 #include "probe/read_window.h"
 #include "probe/result.h"
@@ -85,24 +87,46 @@ struct AviReader {
     [[nodiscard]] Result read(std::uint64_t offset, std::span<std::uint8_t> out) const;
 };
 
-// The payload of a header list in memory: bytes beyond what the file held are 0.
+// The payload of a header list. Its first bytes are held in memory; a list that is larger than any
+// real one is read on through a window of its own. Bytes beyond what the file holds are 0.
 class ListBytes {
 public:
-    // `held` are the bytes read of a list that declares `size` bytes.
-    ListBytes(std::span<const std::uint8_t> held, std::uint64_t size) : held_(held), size_(size) {}
+    // A list of `size` bytes at `start`, of which `available` lie within the file and `first` are
+    // in memory.
+    ListBytes(platform::ReadOnlyFile& file, std::uint64_t start, std::uint64_t available,
+              std::span<const std::uint8_t> first)
+        : start_(start), available_(available), first_(first), rest_(file) {}
 
-    std::uint64_t size() const { return size_; }
-    std::uint64_t held() const { return held_.size(); }
-    std::uint16_t le16(std::uint64_t at) const;
-    std::uint32_t le32(std::uint64_t at) const;
-    std::uint64_t le64(std::uint64_t at) const;
-    std::uint8_t u8(std::uint64_t at) const { return at < held_.size() ? held_[at] : 0; }
+    // Bytes that the file holds of the list.
+    std::uint64_t available() const { return available_; }
+    // Whether a read of the rest failed; what was read since is 0.
+    bool failed() const { return failed_; }
+
+    std::uint8_t u8(std::uint64_t at) const { return bytesAt<1>(at)[0]; }
+    std::uint16_t le16(std::uint64_t at) const { return probe::le16(bytesAt<2>(at).data()); }
+    std::uint32_t le32(std::uint64_t at) const { return probe::le32(bytesAt<4>(at).data()); }
+    std::uint64_t le64(std::uint64_t at) const { return probe::le64(bytesAt<8>(at).data()); }
     // First letter highest.
-    std::uint32_t fourcc(std::uint64_t at) const;
+    std::uint32_t fourcc(std::uint64_t at) const { return be32(bytesAt<4>(at).data()); }
 
 private:
-    std::span<const std::uint8_t> held_;
-    std::uint64_t size_;
+    template <std::size_t kCount>
+    std::array<std::uint8_t, kCount> bytesAt(std::uint64_t at) const {
+        std::array<std::uint8_t, kCount> bytes = {};
+        if (at + kCount <= first_.size()) {
+            std::copy_n(first_.begin() + static_cast<std::ptrdiff_t>(at), kCount, bytes.begin());
+        } else if (at < available_) {
+            readRest(at, bytes);
+        }
+        return bytes;
+    }
+    void readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const;
+
+    std::uint64_t start_;
+    std::uint64_t available_;
+    std::span<const std::uint8_t> first_;
+    mutable ReadWindow rest_;
+    mutable bool failed_ = false;
 };
 
 // Walks the top-level chunks from offset 12.

@@ -19,6 +19,7 @@ constexpr std::int64_t kStreamListMargin = 40;  // no child begins with fewer by
 constexpr std::uint32_t kBitmapInfoHeader = 40;
 constexpr std::uint32_t kWaveFormat = 16;
 constexpr std::uint32_t kSmallestSuperIndex = 40;
+constexpr std::uint64_t kLargestHeld = 1 << 20;  // of a header list, kept in memory
 
 enum class StreamKind { Video, Audio };
 
@@ -93,15 +94,16 @@ void readSuperIndex(const ListBytes& bytes, std::uint64_t at, const Stream& stre
     if (!blockFits(count * 8, fileSize)) {
         return;  // its tables would not be had: no entries
     }
-    const std::uint64_t held =
-        bytes.held() > index.entryPosition ? (bytes.held() - index.entryPosition) / kEntry : 0;
+    const std::uint64_t held = bytes.available() > index.entryPosition
+                                   ? (bytes.available() - index.entryPosition) / kEntry
+                                   : 0;
     index.entryCount = static_cast<std::uint32_t>(std::min(count, held));
 }
 
 // The children behind "strf". Anything unknown is passed over byte by byte.
 Result readStreamChildren(AviReader& reader, const ListBytes& bytes, std::uint64_t at,
                           std::int64_t left, const Stream& stream) {
-    while (left >= kStreamListMargin && at < bytes.held()) {
+    while (left >= kStreamListMargin && at < bytes.available()) {
         const std::uint32_t id = bytes.fourcc(at);
         const std::uint32_t size = bytes.le32(at + 4);
         std::uint64_t step = kChunkHeader + size;
@@ -123,24 +125,42 @@ Result readStreamChildren(AviReader& reader, const ListBytes& bytes, std::uint64
     return kOk;
 }
 
+// Walks the list's children; `size` is what the list declares.
+Result walkHdrl(AviReader& reader, const ListBytes& bytes, std::uint64_t size) {
+    reader.header = {};
+    std::uint64_t at = 4;  // behind the type word
+    while (size >= kSmallestPayload && at + kSmallestWalk <= size && at < bytes.available()) {
+        const std::uint32_t id = bytes.fourcc(at);
+        const std::uint32_t chunkBytes = bytes.le32(at + 4);
+        if (id == fourCc("avih")) {
+            reader.header.microSecPerFrame = bytes.le32(at + kChunkHeader);
+        } else if (id == fourCc("LIST")) {
+            if (bytes.fourcc(at + kChunkHeader) == fourCc("strl")) {
+                const Result result =
+                    ParseStrl(reader, bytes, at + kChunkHeader + 4, std::int64_t{chunkBytes} - 4);
+                if (result != kOk) {
+                    return result;
+                }
+            }
+        } else if (id == 0) {
+            at += 4;
+            continue;
+        } else if (id != fourCc("JUNK")) {
+            diagnose("ERROR: neither avih nor LIST(strl)=%08X\n", id);
+            break;
+        }
+        at += kChunkHeader + chunkBytes;
+    }
+    return kOk;
+}
+
 }  // namespace
 
-std::uint16_t ListBytes::le16(std::uint64_t at) const {
-    return static_cast<std::uint16_t>(u8(at) | (u8(at + 1) << 8));
-}
-
-std::uint32_t ListBytes::le32(std::uint64_t at) const {
-    return le16(at) | (static_cast<std::uint32_t>(le16(at + 2)) << 16);
-}
-
-std::uint64_t ListBytes::le64(std::uint64_t at) const {
-    return le32(at) | (static_cast<std::uint64_t>(le32(at + 4)) << 32);
-}
-
-std::uint32_t ListBytes::fourcc(std::uint64_t at) const {
-    return (static_cast<std::uint32_t>(u8(at)) << 24) |
-           (static_cast<std::uint32_t>(u8(at + 1)) << 16) |
-           (static_cast<std::uint32_t>(u8(at + 2)) << 8) | u8(at + 3);
+void ListBytes::readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const {
+    const auto held =
+        static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), available_ - at));
+    std::size_t read = 0;
+    failed_ = !rest_.readUpTo(start_ + at, bytes.first(held), read) || failed_;
 }
 
 // "strh": 0 fccType, 4 fccHandler, ...
@@ -195,9 +215,9 @@ Result ParseHdrl(AviReader& reader, std::uint64_t start, std::uint32_t size) {
     if (!blockFits(size, reader.end)) {
         return kOutOfMemory;
     }
-    // Zeros behind what the file holds are told by ListBytes and need no memory.
     const std::uint64_t left = reader.end > start ? reader.end - start : 0;
-    const auto held = static_cast<std::size_t>(std::min<std::uint64_t>(size, left));
+    const std::uint64_t available = std::min<std::uint64_t>(size, left);
+    const auto held = static_cast<std::size_t>(std::min(available, kLargestHeld));
     const std::unique_ptr<std::uint8_t[]> buffer(new (std::nothrow) std::uint8_t[held]);
     if (!buffer) {
         return kOutOfMemory;
@@ -205,32 +225,12 @@ Result ParseHdrl(AviReader& reader, std::uint64_t start, std::uint32_t size) {
     if (const Result result = reader.read(start, {buffer.get(), held}); result != kOk) {
         return result;
     }
-    const ListBytes bytes({buffer.get(), held}, size);
-    reader.header = {};
-    std::uint64_t at = 4;  // behind the type word
-    while (size >= kSmallestPayload && at + kSmallestWalk <= size && at < held) {
-        const std::uint32_t id = bytes.fourcc(at);
-        const std::uint32_t chunkBytes = bytes.le32(at + 4);
-        if (id == fourCc("avih")) {
-            reader.header.microSecPerFrame = bytes.le32(at + kChunkHeader);
-        } else if (id == fourCc("LIST")) {
-            if (bytes.fourcc(at + kChunkHeader) == fourCc("strl")) {
-                const Result result =
-                    ParseStrl(reader, bytes, at + kChunkHeader + 4, std::int64_t{chunkBytes} - 4);
-                if (result != kOk) {
-                    return result;
-                }
-            }
-        } else if (id == 0) {
-            at += 4;
-            continue;
-        } else if (id != fourCc("JUNK")) {
-            diagnose("ERROR: neither avih nor LIST(strl)=%08X\n", id);
-            break;
-        }
-        at += kChunkHeader + chunkBytes;
+    const ListBytes bytes(reader.file.file(), start, available, {buffer.get(), held});
+    Result result = walkHdrl(reader, bytes, size);
+    if (result == kOk && reader.header.superIndexSeen) {
+        result = ReadOdmlIndexes(reader, bytes);
     }
-    return reader.header.superIndexSeen ? ReadOdmlIndexes(reader, bytes) : kOk;
+    return result == kOk && bytes.failed() ? kFail : result;
 }
 
 }  // namespace probe

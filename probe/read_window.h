@@ -50,6 +50,9 @@ public:
     [[nodiscard]] bool view(std::uint64_t offset, std::size_t wanted,
                             std::span<const std::uint8_t>& bytes);
 
+    // The file itself, for a second window over it.
+    platform::ReadOnlyFile& file() { return file_; }
+
     const ReadCounts& counts() const { return counts_; }
 
 private:

@@ -86,6 +86,31 @@ expect "the verdict" 1 "$(grep -c 'Verdict:  the player plays it if' out.txt)"
 status --explain all/image_gif_packed_80_is_1_bit >status.txt
 expect "a refusal and its reason" 1 "$(grep -c 'Verdict:  the player refuses it: a still' out.txt)"
 expect "--explain of a missing file" 2 "$(status --explain missing.avi)"
+# Hostile sizes in sparse files of 300 MiB: the memory stays small, whatever they declare.
+# hostile NAME BYTES: a file that begins with the bytes (printf escapes)
+hostile() {
+    printf "$2" >"$1"
+    truncate -s 300M "$1"
+}
+little() { # NAME WANTED-STATUS
+    (ulimit -v 24576 && timeout 60 "$probe" "$1" >out.txt 2>err.txt)
+    expect "$1 in 24 MiB of memory" "$2" $?
+}
+hostile list.avi 'RIFF\0\0\0\0AVI LIST\0\0\0\x12hdrlavih\x38\0\0\0'
+little list.avi 1
+cp all/avi_idx1_before_movi picture.avi
+patch_size() { # what the four letters of a chunk or list type are found by, bytes, their place
+    at=$(($(grep -abo "$1" picture.avi | tail -1 | cut -d: -f1) + $3))
+    printf "$2" | dd of=picture.avi bs=1 seek=$at conv=notrunc 2>dd.txt
+}
+patch_size movi '\xff\xff\xff\x7f' -4
+patch_size 00dc '\0\0\0\x10' 4
+truncate -s 300M picture.avi
+little picture.avi 0
+hostile moov.mp4 '\0\0\0\x14ftypisom\0\0\2\0isom\x12\0\0\0moov'
+little moov.mp4 1
+hostile tables.mp4 '\0\0\0\x14ftypisom\0\0\2\0isom\x12\0\0\0moov\x11\0\0\0trak\0\0\0\x08tkhd'
+little tables.mp4 1
 if [ -e /dev/full ]; then
     "$probe" $good >/dev/full 2>err.txt
     expect "a full disk is told" 2 $?

@@ -1,0 +1,192 @@
+// Times the probe on real files against a bare loop that reads the same byte ranges, and against
+// libavformat, MediaInfoLib and (audio) TagLib. In-process, warm cache. Prints a table of medians
+// and ratios. Usage: bench_probe [google-benchmark options] FILE...
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "others.h"
+#include "platform/file.h"
+#include "platform/text.h"
+#include "probe/diagnostics.h"
+#include "probe/media_info.h"
+
+namespace {
+
+using Ranges = std::vector<std::pair<std::uint64_t, std::size_t>>;
+
+// Notes the reads that the probe makes.
+class NotingFile final : public platform::ReadOnlyFile {
+public:
+    explicit NotingFile(platform::ReadOnlyFile& file) : file_(file) {}
+    bool size(std::uint64_t& bytes) override { return file_.size(bytes); }
+    bool readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) override {
+        ranges.emplace_back(offset, buffer.size());
+        const bool done = file_.readAt(offset, buffer, read);
+        delivered += read;
+        return done;
+    }
+    Ranges ranges;
+    std::uint64_t delivered = 0;
+
+private:
+    platform::ReadOnlyFile& file_;
+};
+
+struct Subject {
+    std::string path;
+    std::u16string wide;
+    Ranges ranges;
+    std::uint64_t bytes = 0;
+    bool audio = false;
+};
+
+Subject subjectOf(const char* path) {
+    Subject subject{.path = path, .wide = platform::toUtf16(path), .ranges = {}};
+    std::uint32_t error = 0;
+    const auto file = platform::openFile(subject.wide.c_str(), error);
+    if (!file) {
+        std::fprintf(stderr, "%s cannot be opened\n", path);
+        std::exit(2);
+    }
+    NotingFile noting(*file);
+    probe::MediaInfo info;
+    static_cast<void>(info.Probe(noting));
+    subject.ranges = noting.ranges;
+    subject.bytes = noting.delivered;
+    subject.audio = info.videoFourCC == 0 && info.audioFormatTag != 0 && info.imageWidth == 0;
+    return subject;
+}
+
+void runProbe(benchmark::State& state, const Subject& subject) {
+    for (auto _ : state) {
+        probe::MediaInfo info;
+        benchmark::DoNotOptimize(info.Open(subject.wide.c_str()));
+        benchmark::DoNotOptimize(info.containerType);
+    }
+}
+
+void runBare(benchmark::State& state, const Subject& subject) {
+    std::size_t largest = 0;
+    for (const auto& range : subject.ranges) {
+        largest = std::max(largest, range.second);
+    }
+    const std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[largest]);
+    for (auto _ : state) {
+        std::uint32_t error = 0;
+        const auto file = platform::openFile(subject.wide.c_str(), error);
+        std::uint64_t size = 0;
+        std::size_t read = 0;
+        benchmark::DoNotOptimize(file->size(size));
+        for (const auto& [offset, length] : subject.ranges) {
+            benchmark::DoNotOptimize(file->readAt(offset, {buffer.get(), length}, read));
+        }
+        benchmark::ClobberMemory();
+    }
+}
+
+void runOther(benchmark::State& state, const Subject& subject, bool (*open)(const char*)) {
+    for (auto _ : state) {
+        if (!open(subject.path.c_str())) {
+            state.SkipWithError("not recognised");
+            break;
+        }
+    }
+}
+
+// Keeps the medians in microseconds by "what/file".
+class Medians final : public benchmark::BenchmarkReporter {
+public:
+    bool ReportContext(const Context&) override { return true; }
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.aggregate_name == "median" && !run.error_occurred) {
+                values[run.run_name.function_name] = run.GetAdjustedRealTime();
+            }
+        }
+    }
+    std::map<std::string, double> values;
+};
+
+double geometricMean(const std::vector<double>& values) {
+    double sum = 0;
+    for (const double value : values) {
+        sum += std::log(value);
+    }
+    return values.empty() ? 0 : std::exp(sum / static_cast<double>(values.size()));
+}
+
+constexpr const char* kKinds[] = {"bare", "libavformat", "MediaInfoLib", "TagLib"};
+
+void printTable(const std::vector<Subject>& subjects, const Medians& medians) {
+    std::map<std::string, std::vector<double>> ratios;
+    std::printf(
+        "| file | reads | bytes | probe, us | / bare | libavformat / | MediaInfoLib / "
+        "| TagLib / |\n|---|---|---|---|---|---|---|---|\n");
+    for (const Subject& subject : subjects) {
+        const double own = medians.values.at("probe/" + subject.path);
+        const std::string name = subject.path.substr(subject.path.rfind('/') + 1);
+        std::printf("| %s | %zu | %llu | %.2f |", name.c_str(), subject.ranges.size(),
+                    static_cast<unsigned long long>(subject.bytes), own);
+        for (const char* kind : kKinds) {
+            const auto found = medians.values.find(std::string(kind) + "/" + subject.path);
+            if (found == medians.values.end()) {
+                std::printf(" - |");
+                continue;
+            }
+            const bool bare = kind == kKinds[0];
+            const double ratio = bare ? own / found->second : found->second / own;
+            ratios[kind].push_back(ratio);
+            std::printf(bare ? " %.2f |" : " %.0f |", ratio);
+        }
+        std::printf("\n");
+    }
+    for (const char* kind : kKinds) {
+        std::vector<double> all = ratios[kind];
+        std::sort(all.begin(), all.end());
+        if (!all.empty()) {
+            std::printf("%s: geometric mean %.2f, least %.2f, most %.2f over %zu files\n", kind,
+                        geometricMean(all), all.front(), all.back(), all.size());
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    silenceOthers();
+    probe::setDiagnosticSink(nullptr);
+    std::vector<Subject> subjects;
+    for (int i = 1; i < argc; ++i) {
+        subjects.push_back(subjectOf(argv[i]));
+    }
+    for (const Subject& subject : subjects) {
+        const auto add = [&subject](const char* kind, auto&& function) {
+            benchmark::RegisterBenchmark((std::string(kind) + "/" + subject.path).c_str(), function)
+                ->Unit(benchmark::kMicrosecond)
+                ->ReportAggregatesOnly();
+        };
+        add("probe", [&subject](benchmark::State& s) { runProbe(s, subject); });
+        add("bare", [&subject](benchmark::State& s) { runBare(s, subject); });
+        add("libavformat",
+            [&subject](benchmark::State& s) { runOther(s, subject, openWithLibavformat); });
+        add("MediaInfoLib",
+            [&subject](benchmark::State& s) { runOther(s, subject, openWithMediaInfoLib); });
+        if (subject.audio) {
+            add("TagLib",
+                [&subject](benchmark::State& s) { runOther(s, subject, openWithTagLib); });
+        }
+    }
+    Medians medians;
+    benchmark::RunSpecifiedBenchmarks(&medians);
+    printTable(subjects, medians);
+    return 0;
+}
