@@ -29,6 +29,7 @@ constexpr Guid kVideoMedia = {0xC0, 0xEF, 0x19, 0xBC, 0x4D, 0x5B, 0xCF, 0x11,
                               0xA8, 0xFD, 0x00, 0x80, 0x5F, 0x5C, 0x44, 0x2B};
 
 constexpr std::uint64_t kObjectHeaderBytes = 24;  // GUID, 64-bit size
+constexpr std::uint32_t kSmallestStep = 6;        // an attribute without name and value
 constexpr std::uint32_t kPerSecond = 10'000'000;  // units of 100 ns
 
 // Behind the object header: file identifier 16, file size 8, creation date 8, packets 8, then the
@@ -56,6 +57,17 @@ void readExtendedStreamProperties(FileCursor& cursor, AsfReader& reader) {
     }
 }
 
+// Moves to the end of an object. What was read beyond it will be read again, so it uses up as many
+// steps as objects that lie side by side would in that stretch.
+void moveToEnd(FileCursor& cursor, std::uint64_t end, AsfReader& reader) {
+    if (cursor.position() > end) {
+        const std::uint64_t steps = (cursor.position() - end) / kSmallestStep + 1;
+        reader.stepsLeft -=
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(reader.stepsLeft, steps));
+    }
+    cursor.moveTo(end);
+}
+
 // Behind the object header: reserved GUID 16, reserved 2, data size 4, then further objects.
 void readHeaderExtension(FileCursor& cursor, AsfReader& reader) {
     cursor.skip(16 + 2);
@@ -76,7 +88,7 @@ void readHeaderExtension(FileCursor& cursor, AsfReader& reader) {
         if (!cursor.ok() || size == 0 || size > end - start) {
             return;
         }
-        cursor.moveTo(start + size);
+        moveToEnd(cursor, start + size, reader);
     }
 }
 
@@ -173,7 +185,7 @@ void walkObjects(FileCursor& cursor, AsfReader& reader) {
         if (!cursor.ok() || size == 0 || size > reader.headerSize - start) {
             return;
         }
-        cursor.moveTo(start + size);
+        moveToEnd(cursor, start + size, reader);
     }
 }
 
@@ -188,7 +200,6 @@ bool takeAsfStep(AsfReader& reader) {
 }
 
 Result AsfReadHeader(AsfReader& reader) {
-    constexpr std::uint32_t kSmallestStep = 6;  // an attribute without name and value
     if (!blockFits(reader.headerSize, reader.fileSize)) {
         return kOutOfMemory;
     }
