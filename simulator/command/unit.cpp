@@ -234,6 +234,7 @@ void endUnit(const Unit& unit) {
     }
     fs::remove(unit.run() / "port", error);
     fs::remove(unit.run() / "display", error);
+    fs::remove(unit.run() / "view.url", error);
 }
 
 std::string unitPath(const Unit& unit, const fs::path& path) {

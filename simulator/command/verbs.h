@@ -43,6 +43,8 @@ bool parseNumber(const std::string& text, long long& number);
 
 // "verbs_*.cpp"
 int bootVerb(const Unit& unit, const Words& words);
+int filmVerb(const Unit& unit, const Words& words);
+int viewVerb(const Unit& unit, const Words& words);
 int replayVerb(const Unit& unit, const Words& words);
 int cutVerb(const Unit& unit, const Words& words);
 int scenarioVerb(const Unit& unit, const Words& words);
@@ -64,6 +66,11 @@ int releaseVerb(const Unit& unit, const Words& words);
 int shotVerb(const Unit& unit, const Words& words);
 int logVerb(const Unit& unit, const Words& words);
 int stateVerb(const Unit& unit, const Words& words);
+
+// "drive --chart": what the driving check makes of every speed, as a table of characters.
+int chartDriving();
+// "card make DIR [FILES]".
+int makeCard(const Words& words);
 
 // The state as JSON, or nothing when it cannot be had.
 std::string stateJson(const Unit& unit);

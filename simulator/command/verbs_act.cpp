@@ -151,6 +151,9 @@ int gestureVerb(const Unit& unit, const Words& words) {
 }
 
 int cardVerb(const Unit& unit, const Words& words) {
+    if (!words.empty() && words[0] == "make") {
+        return makeCard({words.begin() + 1, words.end()});
+    }
     if (words.size() < 2 || words.size() > 3) {
         return wrongUse("card");
     }
@@ -167,6 +170,9 @@ int cardVerb(const Unit& unit, const Words& words) {
 
 int driveVerb(const Unit& unit, const Words& words) {
     long long speed = 0;
+    if (words == Words{"--chart"}) {
+        return chartDriving();
+    }
     if (words.size() != 1 || (words[0] != "off" && !parseNumber(words[0], speed))) {
         return wrongUse("drive");
     }
