@@ -148,7 +148,7 @@ std::int32_t toInteger(std::u16string_view text) {
         return character < 0x80 ? static_cast<char>(character) : '?';
     });
     constexpr int kDecimal = 10;
-    const long long value = std::strtoll(digits.data(), nullptr, kDecimal);
+    const long long value = std::strtol(digits.data(), nullptr, kDecimal);
     using Limits = std::numeric_limits<std::int32_t>;
     return static_cast<std::int32_t>(std::clamp<long long>(value, Limits::min(), Limits::max()));
 }

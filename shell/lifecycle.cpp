@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <array>
+#include <cwchar>
 
 #include "platform/board.h"
 #include "player/player.h"
@@ -37,7 +38,7 @@ void createFonts() {
         font.lfWeight = FW_BOLD;
         font.lfCharSet = DEFAULT_CHARSET;
         font.lfQuality = CLEARTYPE_QUALITY;
-        lstrcpyW(font.lfFaceName, kFontFace);
+        std::wcscpy(font.lfFaceName, kFontFace);
         appState.fonts[i] = CreateFontIndirectW(&font);
     }
 }

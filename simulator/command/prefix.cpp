@@ -76,6 +76,8 @@ bool createPrefix(std::string& why) {
     }
     // A crash is reported by the end of the process, not by a window of Wine's debugger.
     setRegistry("HKCU\\Software\\Wine\\WineDbg", "ShowCrashDialog", "REG_DWORD", "0");
+    // Windows outside a desktop of their own must not wait for a window manager.
+    setRegistry("HKCU\\Software\\Wine\\X11 Driver", "Managed", "REG_SZ", "N");
     return true;
 }
 

@@ -1,0 +1,85 @@
+// A player's window and a CFilterControl for one test, and the clips it plays.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "graph/filter_control.h"
+#include "graph/graph_walk.h"
+#include "platform/text.h"
+#include "platform/wide.h"
+
+namespace test {
+
+inline std::wstring clip(const wchar_t* name) {
+    std::wstring path = std::wstring(CLIP_FOLDER) + L"\\" + name;
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
+}
+
+class Graph : public ::testing::Test {
+protected:
+    // As in the player, COM stays up from the first file to the last.
+    static void SetUpTestSuite() { ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, 0))); }
+    static void TearDownTestSuite() { CoUninitialize(); }
+
+    void SetUp() override {
+        window_ = CreateWindowExW(0, L"STATIC", L"Video", WS_POPUP | WS_VISIBLE, 0, 0, 800, 480,
+                                  nullptr, nullptr, nullptr, nullptr);
+        ASSERT_NE(window_, nullptr);
+    }
+
+    void TearDown() override {
+        takeApart();
+        DestroyWindow(window_);
+    }
+
+    int build(const wchar_t* name) {
+        return control_.CreateFilterForPlaying(clip(name).c_str(), 0, 0, 800, 480, window_);
+    }
+
+    // What the control prints while taking the graph apart.
+    std::string takeApart() {
+        ::testing::internal::CaptureStdout();
+        control_.StopGraph();
+        control_.DeleteFilters();
+        control_.DestroyFilterGraph();
+        return ::testing::internal::GetCapturedStdout();
+    }
+
+    std::vector<std::string> filterNames() {
+        std::vector<std::string> names;
+        graph::forEachFilter(control_.builder(), [&names](IBaseFilter& filter) {
+            const graph::FilterInfo info(filter);
+            names.push_back(platform::toUtf8(platform::utf16(info.name())));
+            return graph::Walk::Continue;
+        });
+        return names;
+    }
+
+    bool has(const char* name) {
+        const std::vector<std::string> names = filterNames();
+        return std::find(names.begin(), names.end(), name) != names.end();
+    }
+
+    // Lets the window's messages flow for a while, as the player's loop does.
+    static void pump(DWORD milliseconds) {
+        const DWORD end = GetTickCount() + milliseconds;
+        while (static_cast<LONG>(end - GetTickCount()) > 0) {
+            MSG message{};
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+                DispatchMessageW(&message);
+            }
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+        }
+    }
+
+    HWND window_ = nullptr;
+    CFilterControl control_;
+};
+
+}  // namespace test

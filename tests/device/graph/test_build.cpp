@@ -1,0 +1,140 @@
+// Building the graph of one file and taking it apart.
+#include "tests/device/graph/graph_test.h"
+
+namespace {
+
+using test::Graph;
+
+TEST_F(Graph, RecordingIsPlayedByTheVendorsFilters) {
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+    EXPECT_TRUE(has("TCC CDK Demux Filter"));
+    EXPECT_TRUE(has("TCC Video Renderer"));
+    EXPECT_EQ(control_.HasAudioRenderer(), 1);
+    EXPECT_EQ(control_.HasNullVideoDecoder(), 0);
+    EXPECT_EQ(control_.totalAudioStreams(), 1u);
+}
+
+TEST_F(Graph, SecondBuildIsRefusedUntilTheFirstIsGone) {
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+    EXPECT_EQ(build(L"sound.mp4"), kGraphFailed);
+    takeApart();
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+}
+
+TEST_F(Graph, TeardownLeavesNoReference) {
+    for (const wchar_t* name : {L"sound.mp4", L"captions.mp4", L"silent.mp4", L"two.mkv"}) {
+        EXPECT_NE(build(name), kGraphFailed);
+        EXPECT_EQ(control_.RunGraph(), 1);
+        control_.SetAudioClock();
+        pump(200);
+        const std::string said = takeApart();
+        EXPECT_EQ(said.find("RemindRef"), std::string::npos) << said;
+        EXPECT_NE(said.find("DeleteFilters() - TCC CDK Demux Filter\r\n"), std::string::npos);
+        EXPECT_FALSE(control_.hasGraph());
+    }
+}
+
+TEST_F(Graph, HeldReferenceIsReported) {
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+    platform::ComPtr<IGraphBuilder> held;
+    control_.builder()->QueryInterface(IID_IGraphBuilder, held.outVoid());
+    const std::string said = takeApart();
+    EXPECT_NE(said.find("\t\t DestroyFilterGraph::RemindRef=2\n"), std::string::npos) << said;
+    EXPECT_FALSE(control_.hasGraph());
+}
+
+TEST_F(Graph, UnsupportedVideoEndsInTheNullDecoder) {
+    build(L"hevc.mp4");
+    EXPECT_EQ(control_.HasNullVideoDecoder(), 1);
+    EXPECT_EQ(control_.HasAudioRenderer(), 1);
+    takeApart();
+    build(L"hevc-silent.mp4");
+    EXPECT_EQ(control_.HasNullVideoDecoder(), 1);
+    EXPECT_EQ(control_.HasAudioRenderer(), 0);
+}
+
+TEST_F(Graph, FileThatCannotBeRenderedKeepsItsReason) {
+    for (const wchar_t* name : {L"empty.avi", L"garbage.avi", L"cut.mp4", L"missing.avi"}) {
+        EXPECT_EQ(build(name), kGraphFailed);
+        EXPECT_TRUE(FAILED(control_.lastRenderResult()));
+        takeApart();
+    }
+}
+
+TEST_F(Graph, SamiCaptionsComeBeforeSubRip) {
+    EXPECT_EQ(build(L"captions.mp4"), kGraphBuilt);
+    EXPECT_TRUE(control_.captionsOn());
+    EXPECT_TRUE(has("TCC Caption Parser"));
+    EXPECT_TRUE(has("TCC Caption Renderer"));
+    platform::ComPtr<IBaseFilter> source;
+    ASSERT_TRUE(SUCCEEDED(control_.builder()->FindFilterByName(L"ASYNC Reader", source.out())));
+    const auto file = source.query<IFileSourceFilter>(IID_IFileSourceFilter);
+    ASSERT_TRUE(file);
+    LPOLESTR path = nullptr;
+    ASSERT_TRUE(SUCCEEDED(file->GetCurFile(&path, nullptr)));
+    EXPECT_TRUE(std::wstring(path).ends_with(L"captions.smi"));
+    CoTaskMemFree(path);
+    EXPECT_EQ(control_.SetCaptionPosition(500, 1500), 1);
+}
+
+TEST_F(Graph, BrokenCaptionsAreTakenOutAndTheFilePlays) {
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(build(L"broken-captions.mp4"), kGraphBuilt);
+    const std::string said = ::testing::internal::GetCapturedStdout();
+    EXPECT_NE(said.find("[CFilterControl::CreateFilterForPlaying]ExtCaption Rendering Fail\n"),
+              std::string::npos)
+        << said;
+    EXPECT_FALSE(control_.captionsOn());
+    EXPECT_FALSE(has("TCC Caption Parser"));
+    EXPECT_FALSE(has("ASYNC Reader"));
+    EXPECT_EQ(control_.SetCaptionPosition(0, 0), 0);
+    EXPECT_EQ(control_.RunGraph(), 1);
+}
+
+TEST_F(Graph, SoundlessFileGetsAnAudioRendererForItsClock) {
+    build(L"silent.mp4");
+    EXPECT_EQ(control_.totalAudioStreams(), 0u);
+    EXPECT_EQ(control_.RunGraph(), 1);
+    EXPECT_TRUE(SUCCEEDED(control_.SetAudioClock()));
+    EXPECT_TRUE(has("CLSID_AudioRender"));
+    const std::string said = takeApart();
+    EXPECT_NE(said.find("DeleteFilters() - Audio Renderer\n"), std::string::npos) << said;
+}
+
+TEST_F(Graph, TwoAudioStreamsAreCountedAndOneGivesTheClock) {
+    control_.setPendingAudioStream(1);
+    build(L"two.mkv");
+    EXPECT_EQ(control_.totalAudioStreams(), 2u);
+    EXPECT_EQ(control_.currentAudioStream(), 1u);
+    EXPECT_EQ(control_.RunGraph(), 1);
+    EXPECT_EQ(control_.SetAudioClock(), S_OK);
+    EXPECT_FALSE(has("CLSID_AudioRender"));
+}
+
+DWORD countHandles() {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+}
+
+TEST_F(Graph, TwentyOpeningsLeaveNothingBehind) {
+    const auto open = [this] {
+        EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+        control_.RunGraph();
+        pump(50);
+        takeApart();
+    };
+    for (int i = 0; i < 5; ++i) {
+        open();
+    }
+    const DWORD handles = countHandles();
+    const DWORD objects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    for (int i = 0; i < 20; ++i) {
+        open();
+    }
+    pump(300);
+    EXPECT_LE(countHandles(), handles + 2);
+    EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), objects);
+}
+
+}  // namespace
