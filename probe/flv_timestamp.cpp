@@ -1,6 +1,7 @@
 #include "probe/flv_timestamp.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <new>
 
@@ -30,7 +31,7 @@ struct Scan {
     ReadWindow& file;
     std::uint64_t dataStart;
     FlvTags wanted;
-    std::unique_ptr<std::uint8_t[]> scratch;
+    std::uint8_t* scratch;
     std::uint64_t blockStart = 0;
     std::size_t blockBytes = 0;
 };
@@ -52,7 +53,7 @@ bool looksLikeTag(const std::uint8_t* p, FlvTags wanted) {
 Candidate confirm(Scan& scan, const std::uint8_t* p) {
     const std::uint32_t previousBytes = be32(p - kLookBack);
     const std::uint64_t previousEnd =
-        scan.blockStart + static_cast<std::size_t>(p - scan.scratch.get()) - kLookBack;
+        scan.blockStart + static_cast<std::size_t>(p - scan.scratch) - kLookBack;
     if (previousBytes < kTagHeaderBytes || previousEnd < scan.dataStart ||
         previousBytes > previousEnd - scan.dataStart) {
         return Candidate::No;
@@ -61,7 +62,7 @@ Candidate confirm(Scan& scan, const std::uint8_t* p) {
     std::uint8_t header[kConfirmBytes];
     const std::uint8_t* bytes = header;
     if (tag >= scan.blockStart) {
-        bytes = scan.scratch.get() + (tag - scan.blockStart);
+        bytes = scan.scratch + (tag - scan.blockStart);
     } else if (!scan.file.readPast(tag, header)) {
         return Candidate::ReadFailed;
     }
@@ -73,20 +74,18 @@ Candidate confirm(Scan& scan, const std::uint8_t* p) {
 
 bool findLastFlvTimestamp(ReadWindow& file, std::uint64_t dataStart, std::uint64_t end,
                           FlvTags wanted, std::uint32_t& milliseconds) {
-    Scan scan{file, dataStart, wanted, {}};
-    scan.scratch.reset(new (std::nothrow) std::uint8_t[kLargestBlock]);
-    if (!scan.scratch) {
-        return false;
-    }
+    std::array<std::uint8_t, kFirstBlock> first;  // mostly enough
+    std::unique_ptr<std::uint8_t[]> larger;
+    Scan scan{file, dataStart, wanted, first.data()};
     std::size_t step = kFirstBlock;
     while (end > dataStart && end - dataStart >= kLookBack) {
         scan.blockBytes = static_cast<std::size_t>(std::min<std::uint64_t>(step, end - dataStart));
         scan.blockStart = end - scan.blockBytes;
-        if (!file.readPast(scan.blockStart, {scan.scratch.get(), scan.blockBytes})) {
+        if (!file.readPast(scan.blockStart, {scan.scratch, scan.blockBytes})) {
             return false;
         }
         for (std::size_t at = scan.blockBytes; at >= kLookBack; --at) {
-            const std::uint8_t* p = scan.scratch.get() + at;
+            const std::uint8_t* p = scan.scratch + at;
             if (!looksLikeTag(p, scan.wanted)) {
                 continue;
             }
@@ -101,6 +100,13 @@ bool findLastFlvTimestamp(ReadWindow& file, std::uint64_t dataStart, std::uint64
         }
         // Positions closer than the look-back to the block's start are seen with the next block.
         end = scan.blockStart + kLookBack - 1;
+        if (!larger) {
+            larger.reset(new (std::nothrow) std::uint8_t[kLargestBlock]);
+            if (!larger) {
+                return false;
+            }
+            scan.scratch = larger.get();
+        }
         step = std::min(step * 2, kLargestBlock);
     }
     return false;

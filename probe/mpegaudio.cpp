@@ -47,13 +47,11 @@ bool readFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t end, MpegAu
 // none or a read fails.
 std::uint64_t findFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t end,
                         MpegAudioHeader& header) {
-    // The head of the file has been read up to here; mostly the search ends within it.
-    std::size_t step = ReadWindow::kSmallest - kScanStart;
     while (end - offset >= kMpegAudioHeaderBytes) {
         std::span<const std::uint8_t> bytes;
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - offset, step));
-        step = ReadWindow::kSmallest;
-        if (!file.view(offset, wanted, bytes) || bytes.size() < kMpegAudioHeaderBytes) {
+        const auto most = static_cast<std::size_t>(end - offset);
+        if (!file.viewSome(offset, kMpegAudioHeaderBytes, most, bytes) ||
+            bytes.size() < kMpegAudioHeaderBytes) {
             return end;
         }
         const std::size_t positions = bytes.size() - kMpegAudioHeaderBytes + 1;

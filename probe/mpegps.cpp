@@ -25,9 +25,9 @@ bool isCdxa(std::span<const std::uint8_t> head) {
 bool findFirstPack(ReadWindow& file, std::uint64_t length, std::uint64_t& offset) {
     for (offset = 0; offset + kStartCodeBytes <= length;) {
         std::span<const std::uint8_t> bytes;
-        const auto wanted = static_cast<std::size_t>(
-            std::min<std::uint64_t>(length - offset, ReadWindow::kSmallest));
-        if (!file.view(offset, wanted, bytes) || bytes.size() < kStartCodeBytes) {
+        const auto most = static_cast<std::size_t>(length - offset);
+        if (!file.viewSome(offset, kStartCodeBytes, most, bytes) ||
+            bytes.size() < kStartCodeBytes) {
             return false;
         }
         const std::size_t found = findStartCode(bytes, kPackStart, kPackStart);

@@ -15,43 +15,56 @@ constexpr int kMostLookups = 1024;               // for streams of nothing but n
 constexpr std::uint64_t kShortStretch = 0x8000;
 constexpr int kHalvings = 6;
 
+constexpr std::size_t kPackBytes = kStartCodeBytes + kPackClockBytes;  // what is looked at
+
 struct Clock {
     MpegPsReader& reader;
-    double pace = 0.0;  // time for each byte of the stream; 0 unknown
+    std::uint64_t mostBytes = 0;  // of the file's window, counted from its making
+    double pace = 0.0;            // time for each byte of the stream; 0 unknown
     int lookups = 0;
     bool readFailed = false;
+
+    bool exhausted() const {
+        return readFailed || lookups >= kMostLookups || reader.file.counts().bytes >= mostBytes;
+    }
 };
 
-// The first pack with a good clock in [from, limit); its time is kNoClock when there is none.
-ClockPoint findPack(Clock& clock, std::uint64_t from, std::uint64_t limit) {
-    constexpr std::size_t kNeeded = kStartCodeBytes + kPackClockBytes;
-    ++clock.lookups;
-    limit = std::min(limit, from + kSearchBytes);
-    while (from + kNeeded <= limit) {
-        std::span<const std::uint8_t> bytes;
-        const auto wanted =
-            static_cast<std::size_t>(std::min<std::uint64_t>(limit - from, ReadWindow::kSmallest));
-        if (!clock.reader.file.view(from, wanted, bytes)) {
-            clock.readFailed = true;
-            return {};
-        }
-        if (bytes.size() < kNeeded) {
-            return {};
-        }
-        const std::size_t at = findStartCode(bytes, kPackStart, kPackStart);
-        if (at + kNeeded > bytes.size()) {  // none, or cut: begin the next view at it
-            from += std::min(at, bytes.size() - (kStartCodeBytes - 1));
-            if (at == 0) {
-                return {};
-            }
-            continue;
+// The first pack in `bytes`, which stand at `offset` of the file, whose clock is good; its time is
+// kNoClock when there is none.
+ClockPoint firstPack(std::span<const std::uint8_t> bytes, std::uint64_t offset) {
+    for (std::size_t at = 0; at + kPackBytes <= bytes.size(); at += kStartCodeBytes) {
+        at += findStartCode(bytes.subspan(at), kPackStart, kPackStart);
+        if (at + kPackBytes > bytes.size()) {
+            break;
         }
         const std::int64_t time =
             packClock(bytes.subspan(at + kStartCodeBytes).first<kPackClockBytes>()).time;
         if (time != kNoClock) {
-            return {from + at, time};
+            return {offset + at, time};
         }
-        from += at + kStartCodeBytes;
+    }
+    return {};
+}
+
+// The same in [from, limit) of the file, as far as a pack is looked for.
+ClockPoint findPack(Clock& clock, std::uint64_t from, std::uint64_t limit) {
+    ++clock.lookups;
+    limit = std::min(limit, from + kSearchBytes);
+    while (from + kPackBytes <= limit && !clock.exhausted()) {
+        std::span<const std::uint8_t> bytes;
+        const auto most = static_cast<std::size_t>(limit - from);
+        if (!clock.reader.file.viewSome(from, kPackBytes, most, bytes)) {
+            clock.readFailed = true;
+            break;
+        }
+        if (bytes.size() < kPackBytes) {
+            break;
+        }
+        const ClockPoint found = firstPack(bytes, from);
+        if (found.time != kNoClock) {
+            return found;
+        }
+        from += bytes.size() - (kPackBytes - 1);
     }
     return {};
 }
@@ -59,20 +72,25 @@ ClockPoint findPack(Clock& clock, std::uint64_t from, std::uint64_t limit) {
 // The last pack with a good clock in front of `end` and behind `start`.
 ClockPoint findLastPack(Clock& clock, std::uint64_t start, std::uint64_t end) {
     constexpr std::uint64_t kMostBytes = 0x200000;
+    constexpr std::uint64_t kLargestStep = ReadWindow::kLargest - kPackBytes;
     std::uint64_t limit = end;
-    for (std::uint64_t step = ReadWindow::kSmallest; limit > start && end - limit < kMostBytes;
-         step = std::min<std::uint64_t>(step * 2, kSearchBytes)) {
+    for (std::uint64_t step = ReadWindow::kSmallest - kPackBytes;
+         limit > start && end - limit < kMostBytes; step = std::min(step * 2, kLargestStep)) {
         const std::uint64_t from = limit - std::min(step, limit - start);
-        ClockPoint last;
-        for (std::uint64_t at = from; at < limit && !clock.readFailed;) {
-            const ClockPoint found = findPack(clock, at, end);
-            if (found.time == kNoClock || found.offset >= limit) {
-                break;
-            }
-            last = found;
-            at = found.offset + kStartCodeBytes;
+        const auto wanted = static_cast<std::size_t>(std::min(end, limit + kPackBytes) - from);
+        std::span<const std::uint8_t> bytes;
+        if (!clock.reader.file.view(from, wanted, bytes)) {
+            clock.readFailed = true;
+            return {};
         }
-        if (last.time != kNoClock || clock.readFailed) {
+        ClockPoint last;
+        for (ClockPoint found = firstPack(bytes, from); found.time != kNoClock;
+             found = firstPack(
+                 bytes.subspan(static_cast<std::size_t>(last.offset - from) + kStartCodeBytes),
+                 last.offset + kStartCodeBytes)) {
+            last = found;
+        }
+        if (last.time != kNoClock) {
             return last;
         }
         limit = from;
@@ -99,23 +117,24 @@ bool isBroken(const Clock& clock, const ClockPoint& a, const ClockPoint& b) {
 // stretch towards the break, adding up what lies on its sound sides.
 std::int64_t timeAcrossBreak(Clock& clock, ClockPoint a, ClockPoint b) {
     std::int64_t sum = 0;
-    while (clock.lookups < kMostLookups && !clock.readFailed) {
-        const ClockPoint middle =
-            findPack(clock, a.offset + (b.offset - a.offset) / 2 + 1, b.offset);
+    std::uint64_t high = b.offset;  // no pack lies between here and b
+    while (!clock.exhausted()) {
+        const std::uint64_t half = a.offset + (high - a.offset) / 2;
+        if (half <= a.offset) {
+            return sum;  // a and b are neighbours: the gap between them counts nothing
+        }
+        const ClockPoint middle = findPack(clock, half, high);
         if (middle.time == kNoClock) {
-            // Nothing in the upper half: a pack may still follow `a` in the lower one.
-            const ClockPoint next = findPack(clock, a.offset + kStartCodeBytes, b.offset);
-            if (next.time == kNoClock) {
-                return sum;  // a and b are neighbours: the gap between them counts nothing
-            }
-            sum += isBroken(clock, a, next) ? 0 : next.time - a.time;
-            a = next;
-        } else if (!isBroken(clock, a, middle)) {
+            high = half;
+            continue;
+        }
+        if (!isBroken(clock, a, middle)) {
             sum += middle.time - a.time;
             a = middle;
         } else if (!isBroken(clock, middle, b)) {
             sum += b.time - middle.time;
             b = middle;
+            high = middle.offset;
         } else {  // broken on both sides: the lower one is measured by its pace alone
             sum += expectedTime(clock, a, middle);
             a = middle;
@@ -134,8 +153,7 @@ std::int64_t timeBetween(Clock& clock, const ClockPoint& a, const ClockPoint& b,
         return timeAcrossBreak(clock, a, b);
     }
     const std::int64_t elapsed = b.time - a.time, expected = expectedTime(clock, a, b);
-    if (elapsed >= expected / 5 * 3 || expected < kSecond || halvings == 0 ||
-        clock.lookups >= kMostLookups) {
+    if (elapsed >= expected / 5 * 3 || expected < kSecond || halvings == 0 || clock.exhausted()) {
         return elapsed;
     }
     const ClockPoint middle = findPack(clock, a.offset + (b.offset - a.offset) / 2 + 1, b.offset);
@@ -184,9 +202,11 @@ Result measureMpegPs(MpegPsReader& reader, std::int64_t& duration) {
     if (reader.firstClock.time == kNoClock) {
         return kOk;
     }
+    constexpr std::uint64_t kMostBytes = 0x200000;
     Clock clock{reader};
     const ClockPoint last =
         findLastPack(clock, reader.firstClock.offset + kStartCodeBytes, reader.end);
+    clock.mostBytes = reader.file.counts().bytes + std::min(kMostBytes, reader.end);
     if (last.time != kNoClock) {
         Places places;
         const std::size_t count = findPlaces(clock, last, places);

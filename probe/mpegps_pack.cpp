@@ -1,5 +1,7 @@
 #include "probe/mpegps_pack.h"
 
+#include <cstring>
+
 #include "probe/byte_reader.h"
 
 namespace probe {
@@ -41,18 +43,17 @@ PackClock packClock(std::span<const std::uint8_t, kPackClockBytes> bytes) {
 
 std::size_t findStartCode(std::span<const std::uint8_t> bytes, std::uint8_t lowest,
                           std::uint8_t highest) {
-    // The third byte tells how far to go: above 1 no start code overlaps these three bytes.
-    for (std::size_t at = 0; at + 3 < bytes.size();) {
-        const std::uint8_t third = bytes[at + 2];
-        if (third == 0) {
-            ++at;
-            continue;
+    // In coded pictures and sound a 1 is rare enough to be looked for by itself.
+    for (std::size_t at = 2; at + 1 < bytes.size(); ++at) {
+        const void* one = std::memchr(&bytes[at], 1, bytes.size() - 1 - at);
+        if (!one) {
+            break;
         }
-        if (third == 1 && bytes[at] == 0 && bytes[at + 1] == 0 && bytes[at + 3] >= lowest &&
-            bytes[at + 3] <= highest) {
-            return at;
+        at = static_cast<std::size_t>(static_cast<const std::uint8_t*>(one) - bytes.data());
+        if (bytes[at - 2] == 0 && bytes[at - 1] == 0 && bytes[at + 1] >= lowest &&
+            bytes[at + 1] <= highest) {
+            return at - 2;
         }
-        at += 3;
     }
     return bytes.size();
 }

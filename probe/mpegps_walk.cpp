@@ -148,16 +148,15 @@ Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint
 // Moves to the next start code of the system layer at or behind the present place, or to the
 // limit.
 Result findNext(Walk& walk) {
-    std::size_t wanted = kStartCodeBytes;  // mostly it is right here
     while (walk.at < walk.limit) {
         std::span<const std::uint8_t> bytes;
-        if (!walk.view(walk.at, wanted, bytes)) {
+        const auto most = static_cast<std::size_t>(walk.limit - walk.at);
+        if (!walk.reader.file.viewSome(walk.at, std::min(most, kStartCodeBytes), most, bytes)) {
             return kFail;
         }
         if (bytes.size() < kStartCodeBytes) {
             break;
         }
-        wanted = ReadWindow::kSmallest;
         const std::size_t found = findStartCode(bytes, kProgramEnd, 0xFF);
         if (found < bytes.size()) {
             walk.at += found;

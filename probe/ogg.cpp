@@ -115,6 +115,22 @@ void findComments(Head head, std::size_t identification, MediaRecord& record) {
     }
 }
 
+// Offset of the last page header that has 26 bytes in `tail`; tail.size() when there is none. Looks
+// at every fourth byte: what stands there tells where the next "OggS" before it may begin.
+std::size_t findLastPage(std::span<const std::uint8_t> tail) {
+    constexpr std::size_t kHeaderBytes = 26;
+    for (std::size_t at = tail.size() - kHeaderBytes;;) {
+        if (tail[at] == 'O' && beginsWith(tail.subspan(at), "OggS")) {
+            return at;
+        }
+        const std::size_t step = tail[at] == 'g' ? 1 : tail[at] == 'S' ? 3 : 4;
+        if (at < step) {
+            return tail.size();
+        }
+        at -= step;
+    }
+}
+
 // Granule position of the last page: of its eight bytes only the lower four count, sign-extended.
 // Required: the player's clock has always read long files so.
 Result readLastGranule(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& granule) {
@@ -123,13 +139,11 @@ Result readLastGranule(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& 
     if (!file.view(fileSize - count, count, tail) || tail.size() < count) {
         return kFail;
     }
+    const std::size_t page = findLastPage(tail);
     granule = 0;
-    for (std::size_t at = count - 26 + 1; at-- > 0;) {
-        if (tail[at] == 'O' && beginsWith(tail.subspan(at), "OggS")) {
-            const auto low = static_cast<std::int32_t>(le32(&tail[at + 6]));
-            granule = static_cast<std::uint64_t>(std::int64_t{low});
-            break;
-        }
+    if (page < count) {
+        const auto low = static_cast<std::int32_t>(le32(&tail[page + 6]));
+        granule = static_cast<std::uint64_t>(std::int64_t{low});
     }
     return kOk;
 }

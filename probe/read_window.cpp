@@ -48,17 +48,17 @@ bool ReadWindow::fill(std::uint64_t offset, std::size_t wanted) {
     return readFile(offset, {buffer, length}, length_);
 }
 
-bool ReadWindow::view(std::uint64_t offset, std::size_t wanted,
-                      std::span<const std::uint8_t>& bytes) {
+bool ReadWindow::viewSome(std::uint64_t offset, std::size_t least, std::size_t most,
+                          std::span<const std::uint8_t>& bytes) {
     bytes = {};
-    wanted = std::min(wanted, kLargest);
+    least = std::min(least, kLargest);
     const bool inside = offset >= start_ && offset - start_ <= length_ &&
-                        wanted <= length_ - static_cast<std::size_t>(offset - start_);
-    if (!inside && !fill(offset, wanted)) {
+                        least <= length_ - static_cast<std::size_t>(offset - start_);
+    if (!inside && !fill(offset, least)) {
         return false;
     }
     const std::size_t skip = static_cast<std::size_t>(offset - start_);
-    bytes = {window_ + skip, std::min(wanted, length_ - skip)};
+    bytes = {window_ + skip, std::min(most, length_ - skip)};
     return true;
 }
 

@@ -48,7 +48,14 @@ public:
     // Shows up to `wanted` bytes (at most kLargest) at `offset` without copying them; fewer only
     // where the file ends. Valid until the next call. False when a read failed.
     [[nodiscard]] bool view(std::uint64_t offset, std::size_t wanted,
-                            std::span<const std::uint8_t>& bytes);
+                            std::span<const std::uint8_t>& bytes) {
+        return viewSome(offset, wanted, wanted, bytes);
+    }
+
+    // The same for a search: at least `least` bytes, and up to `most` as far as they are at hand.
+    // A search that takes what there is reads no byte twice.
+    [[nodiscard]] bool viewSome(std::uint64_t offset, std::size_t least, std::size_t most,
+                                std::span<const std::uint8_t>& bytes);
 
     // The file itself, for a second window over it.
     platform::ReadOnlyFile& file() { return file_; }

@@ -27,14 +27,15 @@ Bytes mpeg2(const Bytes& more, const Sequence& s = {}) {
         pack2(11 * kSecond));
 }
 
-// Ten stretches of packs, `ticks` apart, each stretch beginning where `starts` says.
-Bytes stretches(std::initializer_list<std::uint64_t> starts, std::uint64_t ticks) {
+// Stretches of packs, `ticks` apart, each stretch beginning where `starts` says.
+Bytes stretches(std::initializer_list<std::uint64_t> starts, std::uint64_t ticks,
+                std::uint64_t packs = 200) {
     Builder builder;
     builder.bytes(pack2(*starts.begin()))
         .bytes(packet2(0xE0, join({sequence({}), extension(), pictures()})))
         .bytes(packet2(0xC0, mpegAudio()));
     for (const std::uint64_t start : starts) {
-        for (std::uint64_t i = 0; i < 200; ++i) {
+        for (std::uint64_t i = 0; i < packs; ++i) {
             builder.bytes(pack2(start + i * ticks)).fill(2030, 0x55);
         }
     }
@@ -148,6 +149,24 @@ const SampleSet kMpegPsSamples = {
     {"mpegps_clock_leaps_an_hour", Kind::Good,
      [] {
          return stretches({0, 3600 * kSecond}, 9000);
+     }},
+    {"mpegps_hole_before_a_new_start", Kind::Good,
+     [] {
+         // Found by fuzzing: every pack before the hole had the whole hole searched.
+         Builder builder;
+         builder.bytes(stretches({kSecond}, 9000, 71)).fill(210'000, 0x55);
+         return builder.bytes(pack2(0)).fill(2030, 0x55).bytes(pack2(9000)).take();
+     }},
+    {"mpegps_end_codes_with_a_byte_between", Kind::Good,
+     [] {
+         // A start code, then a byte that is none: the way to the next code is one byte long.
+         Builder builder;
+         builder.bytes(pack2(0)).bytes(
+             packet2(0xE0, join({sequence({}), extension(), pictures()})));
+         while (builder.size() < kSmallest) {
+             builder.be32(0x1B9).u8(0x55);
+         }
+         return builder.take();
      }},
     {"mpegps_pack_in_the_last_four_bytes_of_the_head", Kind::Good,
      [] { return Builder().fill(252, 0x55).bytes(mpeg2({})).take(); }},

@@ -94,6 +94,7 @@ TEST(MpegPs, DurationSurvivesTheClock) {
         {"mpegps_clock_leaps_an_hour", &R::durationSeconds, 39},
         {"mpegps_mpeg1_clock_without_its_marker", &R::durationSeconds, 3},
         {"mpegps_mpeg2_clock_without_its_marker", &R::durationSeconds, 0},
+        {"mpegps_hole_before_a_new_start", &R::durationSeconds, 7},
         {"mpegps_videocd_sectors", &R::durationSeconds, 20},
         {"mpegps_videocd_sectors", &R::audioFormatTag, 0x50},
     }));
