@@ -57,7 +57,7 @@ int CFilterControl::createObject(REFCLSID classId, REFIID iid, void** object,
                words[1], words[2], words[3], failure);
     platform::print("[FAIL]CoCreateInstance(%lx%lx%lx%lx) hr=%lx\r\n", words[0], words[1], words[2],
                     words[3], static_cast<unsigned long>(result));
-    platform::showMessageBox(nullptr, text.data(), L"TCCAMManger", MB_OK, 1);
+    platform::showMessageBox(window_, text.data(), L"TCCAMManger", MB_OK, 1);
     return 0;
 }
 
@@ -102,6 +102,7 @@ int CFilterControl::CreateFilterForPlaying(const wchar_t* path, int x, int y, in
         buildingState_ = kIdle;
         return kGraphFailed;
     }
+    window_ = window;
     createGraph();
     lastRenderResult_ = graph_ ? graph_->RenderFile(path, nullptr) : E_FAIL;
     if (FAILED(lastRenderResult_)) {

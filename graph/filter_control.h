@@ -167,6 +167,7 @@ private:
     DWORD buildingState_ = kIdle;
     HRESULT lastRenderResult_ = S_OK;
 
+    HWND window_ = nullptr;  // of the file being played
     std::uint32_t aspectX_ = 0, aspectY_ = 0;
     DWORD chromaKey_[3] = {0xF8, 0x00, 0xF8};
     DWORD chromaKeyFlag_ = 0;

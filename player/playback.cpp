@@ -18,7 +18,7 @@ enum class Outcome {
     Overtaken,  // another request came while a message box was open; it has the graph now
 };
 
-// A message box runs a message loop of its own, in which the next request may arrive.
+// A message box runs a message loop of its own, in which the next request or a stop may arrive.
 bool isOvertaken(std::uint32_t request) {
     return request != appState.playRequests;
 }
@@ -43,6 +43,19 @@ void followFile() {
     ui::refreshScreen();
 }
 
+void refuse() {
+    shell::signalWaitAnimation(0);
+    shell::showNotice(L"\n\n재생 할 수 없는 파일 입니다.");
+}
+
+// What overtook the request has the graph; only after a stop is there nothing left to wait for.
+Outcome leaveToNewer() {
+    if (appState.persisted.playState == settings::kStopped) {
+        finishRequest();
+    }
+    return Outcome::Overtaken;
+}
+
 Outcome startFile() {
     const std::uint32_t request = ++appState.playRequests;
     appState.playLoaded = 0;
@@ -54,14 +67,15 @@ Outcome startFile() {
     shell::signalWaitAnimation(1);
     probeFile();
     const bool playing = openAndRun(appState.persisted.file) == 1;
-    if (playing) {
-        followFile();
-    } else {
-        shell::signalWaitAnimation(0);
-        shell::showNotice(L"\n\n재생 할 수 없는 파일 입니다.");
-        if (isOvertaken(request)) {
-            return Outcome::Overtaken;
+    if (!isOvertaken(request)) {
+        if (playing) {
+            followFile();
+        } else {
+            refuse();
         }
+    }
+    if (isOvertaken(request)) {
+        return leaveToNewer();
     }
     finishRequest();
     return playing ? Outcome::Changed : Outcome::Failed;
@@ -180,6 +194,7 @@ void stopPlayback() {
     if (persisted.playState == settings::kStopped) {
         return;
     }
+    ++appState.playRequests;  // a request that is still under way has lost its graph
     appState.liveLength = 0;
     appState.filterControl.SetColourKey(0);
     appState.videoArea = 0;

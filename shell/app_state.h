@@ -77,7 +77,7 @@ struct AppState : catalogue::CatalogueFields {
 
     std::uint8_t imageLoaded = 0;
     std::uint8_t playLoaded = 1;      // no play request is unfinished
-    std::uint32_t playRequests = 0;   // counts them, to tell one that was overtaken
+    std::uint32_t playRequests = 0;   // counts requests and stops, to tell what was overtaken
     std::int32_t loadRestOfSkin = 0;  // the sets that are not showing are still to be loaded
     std::int32_t keyLock = 0;
     std::uint32_t lastSkipTick = 0;  // milliseconds
