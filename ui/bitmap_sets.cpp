@@ -1,26 +1,48 @@
 #include "ui/bitmap_sets.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "platform/display.h"
+#include "platform/file.h"
+#include "platform/folder.h"
 #include "platform/wide.h"
+#include "ui/bitmap_file.h"
 
 namespace ui {
 namespace {
 
 constexpr int kScreenWidth = 800, kScreenHeight = 480;
-constexpr std::u16string_view kSkinFolder = u"\\ResidentFlash\\Image\\Movie\\";
-constexpr std::size_t kLongestName = 40;
+using SkinPath = std::array<char16_t, platform::kPathCapacity>;
 
-using SkinPath = std::array<char16_t, kSkinFolder.size() + 2 + kLongestName>;
-
-void formatPath(const SlotRow& row, SkinPath& path) {
-    char16_t* out = std::ranges::copy(kSkinFolder, path.data()).out;
+// Empty when the path does not fit.
+void formatPath(std::u16string_view folder, const SlotRow& row, SkinPath& path) {
+    const std::u16string_view file = row.file;
+    path[0] = u'\0';
+    if (folder.size() + 2 + file.size() >= path.size()) {
+        return;
+    }
+    char16_t* out = std::ranges::copy(folder, path.data()).out;
     *out++ = row.folder;
     *out++ = u'\\';
-    out = std::ranges::copy(std::u16string_view(row.file).substr(0, kLongestName - 1), out).out;
-    *out = u'\0';
+    *std::ranges::copy(file, out).out = u'\0';
+}
+
+// Null for a file that is missing or not what it claims.
+HBITMAP loadBitmap(const char16_t* path) {
+    std::uint32_t error = 0;
+    std::uint64_t bytes = 0;
+    std::size_t read = 0;
+    std::array<std::uint8_t, kBitmapHeadBytes> head;
+    {
+        const auto file = platform::openFile(path, error);
+        if (file == nullptr || !file->size(bytes) || !file->readAt(0, head, read) ||
+            read != head.size() || isSoundBitmap(head, bytes) == 0) {
+            return nullptr;
+        }
+    }
+    return platform::loadBitmapFile(platform::wide(path));
 }
 
 auto& slotsOf(SkinSet set, ScreenState& screens) {
@@ -51,14 +73,13 @@ void makeBackgroundCache(ScreenState& screens, HWND window) {
 
 }  // namespace
 
-void loadSet(SkinSet set, ScreenState& screens, HWND window) {
+void loadSet(SkinSet set, ScreenState& screens, HWND window, const char16_t* folder) {
     unloadSet(set, screens);
     auto& slots = slotsOf(set, screens);
     for (const SlotRow& row : slotTable(set)) {
         SkinPath path;
-        formatPath(row, path);
-        slots[static_cast<std::size_t>(row.slot)] =
-            platform::loadBitmapFile(platform::wide(path.data()));
+        formatPath(folder, row, path);
+        slots[static_cast<std::size_t>(row.slot)] = loadBitmap(path.data());
     }
     if (set == SkinSet::FullWidth) {
         makeBackgroundCache(screens, window);

@@ -7,10 +7,13 @@
 
 namespace ui {
 
-// Loads every file of the set from the resident flash into its slot; one that cannot be loaded
-// leaves its slot empty. What the set held before is released. `window` gives the format of the
+// The folders of the sets, A to D, on the unit's resident flash.
+inline constexpr char16_t kSkinFolder[] = u"\\ResidentFlash\\Image\\Movie\\";
+
+// Loads every file of the set from below `folder` into its slot; one that cannot be loaded leaves
+// its slot empty. What the set held before is released. `window` gives the format of the
 // background cache.
-void loadSet(SkinSet set, ScreenState& screens, HWND window);
+void loadSet(SkinSet set, ScreenState& screens, HWND window, const char16_t* folder = kSkinFolder);
 void unloadSet(SkinSet set, ScreenState& screens);
 
 }  // namespace ui

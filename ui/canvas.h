@@ -30,8 +30,8 @@ class Canvas {
 public:
     virtual ~Canvas() = default;
 
-    // Whether the bitmap was loaded.
-    [[nodiscard]] virtual bool has(Bitmap bitmap) const = 0;
+    // Whether the bitmap was loaded and reaches over all of `area`.
+    [[nodiscard]] virtual bool covers(Bitmap bitmap, const Rect& area) const = 0;
 
     // The whole bitmap at a point.
     virtual void draw(Bitmap bitmap, Point at) = 0;

@@ -36,8 +36,11 @@ HBITMAP GdiCanvas::handleOf(Bitmap bitmap) const {
     return slot < set.size() ? static_cast<HBITMAP>(set[slot]) : nullptr;
 }
 
-bool GdiCanvas::has(Bitmap bitmap) const {
-    return handleOf(bitmap) != nullptr;
+bool GdiCanvas::covers(Bitmap bitmap, const Rect& area) const {
+    BITMAP info{};
+    const HBITMAP handle = handleOf(bitmap);
+    return handle != nullptr && GetObjectW(handle, sizeof(info), &info) != 0 &&
+           info.bmWidth >= area.right && info.bmHeight >= area.bottom;
 }
 
 bool GdiCanvas::select(Bitmap bitmap, Point at, SIZE& size) {

@@ -21,7 +21,7 @@ public:
     GdiCanvas(const GdiCanvas&) = delete;
     GdiCanvas& operator=(const GdiCanvas&) = delete;
 
-    [[nodiscard]] bool has(Bitmap bitmap) const override;
+    [[nodiscard]] bool covers(Bitmap bitmap, const Rect& area) const override;
     void draw(Bitmap bitmap, Point at) override;
     void drawRegion(Bitmap bitmap, const Rect& area) override;
     void drawInto(Bitmap bitmap, const Rect& area) override;

@@ -35,8 +35,9 @@ struct TextFonts {
 void paintTexts(Canvas& canvas, const PlayerLayout& layout, const TextFonts& fonts,
                 const PlayerView& view, const Rect& damaged);
 
-// The background where it is damaged, black without its bitmap.
-void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged);
+// The background where it is damaged, `instead` where its bitmap does not reach.
+void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged,
+                     Colour instead = kBlack);
 // The key colour where the picture is shown, over the background.
 void paintVideoArea(Canvas& canvas, const Rect& video, const Rect& damaged);
 

@@ -88,7 +88,9 @@ void paintPressed(Canvas& canvas, const ListView& view) {
 }  // namespace
 
 void paintFileList(Canvas& canvas, const ListView& view, const Rect& damaged) {
-    paintBackground(canvas, face(kListBackground), damaged);
+    // Without its background: a grey on which white and black can be read.
+    constexpr Colour kGrey = 0x808080;
+    paintBackground(canvas, face(kListBackground), damaged, kGrey);
     paintTitle(canvas, view, damaged);
     paintRows(canvas, view, damaged);
     paintPressed(canvas, view);

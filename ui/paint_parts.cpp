@@ -4,12 +4,11 @@
 
 namespace ui {
 
-void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged) {
-    if (canvas.has(background)) {
-        canvas.drawRegion(background, damaged);
-    } else {
-        canvas.fill(damaged, kBlack);
+void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged, Colour instead) {
+    if (!canvas.covers(background, damaged)) {
+        canvas.fill(damaged, instead);
     }
+    canvas.drawRegion(background, damaged);
 }
 
 void paintVideoArea(Canvas& canvas, const Rect& video, const Rect& damaged) {

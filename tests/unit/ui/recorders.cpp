@@ -39,7 +39,7 @@ std::string hex(ui::Colour colour) {
 
 }  // namespace
 
-bool RecordingCanvas::has(ui::Bitmap bitmap) const {
+bool RecordingCanvas::covers(ui::Bitmap bitmap, const ui::Rect&) const {
     return missing.count(nameOf(bitmap)) == 0;
 }
 

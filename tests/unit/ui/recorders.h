@@ -19,7 +19,7 @@ public:
     Lines lines;
     std::set<std::string> missing;
 
-    [[nodiscard]] bool has(ui::Bitmap bitmap) const override;
+    [[nodiscard]] bool covers(ui::Bitmap bitmap, const ui::Rect& area) const override;
     void draw(ui::Bitmap bitmap, ui::Point at) override;
     void drawRegion(ui::Bitmap bitmap, const ui::Rect& area) override;
     void drawInto(ui::Bitmap bitmap, const ui::Rect& area) override;

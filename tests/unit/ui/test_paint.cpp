@@ -197,6 +197,7 @@ TEST(PaintFullWidth, AMissingBackgroundIsBlack) {
     view.videoArea = false;
     ui::paintFullWidth(canvas, view, kWhole);
     EXPECT_EQ(canvas.lines[0], "fill 000000 0,0,800,480");
+    EXPECT_EQ(canvas.lines[1], "region A50 0,0,800,480");
 }
 
 TEST(PaintHalfWidth, WhilePlayingMuted) {
