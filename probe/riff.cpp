@@ -52,11 +52,13 @@ Result ParseWave(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) 
 
 int RiffRecognise(MediaInfo& record, ReadWindow& file) {
     std::uint64_t size = 0;
-    std::array<std::uint8_t, kHeadBytes> head;
+    std::array<std::uint8_t, kHeadBytes> head = {};
+    std::size_t read = 0;
     if (!file.size(size) || size < kHeadBytes) {
         return decline("it is smaller than 256 bytes");
     }
-    if (!file.readExact(0, head)) {
+    // In this family bytes that could not be read are 0.
+    if (!file.readUpTo(0, head, read)) {
         return decline("its first 256 bytes cannot be read");
     }
     if (be32(&head[0]) != fourCc("RIFF")) {

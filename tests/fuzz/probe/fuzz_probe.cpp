@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     probe::setDiagnosticSink(nullptr);
     const auto file = platform::openMemory({data, size});
     constexpr bool kWhole = FUZZED_RECOGNISER < 0;
-    constexpr std::size_t kFirst = kWhole ? 0 : FUZZED_RECOGNISER;
+    constexpr std::size_t kFirst = kWhole ? 0 : static_cast<std::size_t>(FUZZED_RECOGNISER);
     constexpr std::size_t kCount = kWhole ? 10 : 1;
     probe::ReadWindow window(*file);
     probe::MediaInfo info;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdio>
 
 #include "probe/bit_reader.h"
 #include "probe/block.h"
@@ -126,6 +127,48 @@ TEST(MediaInfo, OpenOfAMissingFileGivesTheWindowsError) {
     EXPECT_EQ(static_cast<std::uint32_t>(info.Open(u"no-such-file.avi")), 0x80070002u);
     EXPECT_EQ(info.status, 1);
     EXPECT_EQ(info.fileSize, 0u);
+    EXPECT_EQ(info.fileHandle, nullptr);
+}
+
+// What Open hands to Probe, and what becomes of Probe's answer.
+class WatchedInfo final : public probe::MediaInfo {
+public:
+    probe::Result Probe(platform::ReadOnlyFile& file) override {
+        ++probed;
+        handed = &file == fileHandle.get();
+        return probe::kFail;
+    }
+    int probed = 0;
+    bool handed = false;
+};
+
+TEST(MediaInfo, OpenProbesThroughItsVirtualOperationAndClosesTheFile) {
+    const char name[] = "probe_test_open.tmp";
+    std::FILE* file = std::fopen(name, "wb");
+    ASSERT_NE(file, nullptr);
+    std::fputs("some bytes", file);
+    std::fclose(file);
+    WatchedInfo info;
+    EXPECT_EQ(info.Open(u"probe_test_open.tmp"), probe::kOk) << "Probe's answer is ignored";
+    EXPECT_EQ(info.probed, 1);
+    EXPECT_TRUE(info.handed);
+    EXPECT_EQ(info.fileHandle, nullptr);
+    EXPECT_EQ(std::remove(name), 0) << "nothing holds the file any more";
+}
+
+TEST(MediaInfo, OpenClosesAFileThatIsStillHeld) {
+    struct Held final : platform::ReadOnlyFile {
+        explicit Held(bool& mark) : closed(mark) {}
+        ~Held() override { closed = true; }
+        bool size(std::uint64_t&) override { return false; }
+        bool readAt(std::uint64_t, std::span<std::uint8_t>, std::size_t&) override { return false; }
+        bool& closed;
+    };
+    bool closed = false;
+    probe::MediaInfo info;
+    info.fileHandle = std::make_unique<Held>(closed);
+    EXPECT_NE(info.Open(u"no-such-file.avi"), probe::kOk);
+    EXPECT_TRUE(closed);
     EXPECT_EQ(info.fileHandle, nullptr);
 }
 
