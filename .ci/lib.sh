@@ -31,14 +31,17 @@ install_packages() {
         die "these packages could not be installed:$missing; see out/install.log"
 }
 
-# build PRESET [CMake's options...]: configures and builds; quiet unless it fails.
+# build PRESET [CMake's options...]: configures and builds; quiet unless it fails. With `targets` set
+# only these are built.
 build() {
     preset=$1
     shift
     log=$root/out/build-$preset.log
     mkdir -p "$root/out"
+    # shellcheck disable=SC2086  # the targets are words
     if ! { (cd "$root" && cmake --preset "$preset" "$@") &&
-           cmake --build "$root/out/build/$preset" -j "$(nproc)"; } >"$log" 2>&1; then
+           cmake --build "$root/out/build/$preset" -j "$(nproc)" \
+               ${targets:+--target} ${targets:-}; } >"$log" 2>&1; then
         tail -n 40 "$log" >&2
         return 1
     fi

@@ -158,6 +158,15 @@ int scenarioVerb(const Unit&, const Words& given) {
     const bool verbose = takeFlag(words, "--verbose");
     std::string value = "1";
     long long atOnce = 1;
+    for (std::string& word : words) {
+        // "-j4" as well as "-j 4".
+        if (word.starts_with("-j") && word.size() > 2) {
+            value = word.substr(2);
+            word = "-j";
+            words.insert(words.begin() + (&word - words.data()) + 1, value);
+            break;
+        }
+    }
     if (takeValue(words, "-j", value) && (!parseNumber(value, atOnce) || atOnce < 1)) {
         return wrongUse("scenario");
     }
