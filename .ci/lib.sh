@@ -12,10 +12,12 @@ die() { echo "$name: $*" >&2; exit 1; }
 
 # Installs those of the packages that are missing; says nothing when none is.
 install_packages() {
+    # shellcheck disable=SC2086,SC2016  # the packages are words, the format is dpkg-query's own
+    installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' $1 2>/dev/null |
+        sed -n 's/^installed //p')
     missing=
     for package in $1; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed' ||
-            missing="$missing $package"
+        echo "$installed" | grep -qxF "$package" || missing="$missing $package"
     done
     [ -n "$missing" ] || return 0
     command -v apt-get >/dev/null || die "these packages are missing and there is no apt-get:$missing"

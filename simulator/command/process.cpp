@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <ctime>
+#include <fstream>
 
 namespace process {
 namespace {
@@ -130,7 +131,12 @@ bool isAlive(pid_t process) {
     }
     // A child of this very command that has ended still counts as a process until it is waited for.
     waitpid(process, nullptr, WNOHANG);
-    return kill(process, 0) == 0 || errno == EPERM;
+    // Elsewhere nobody may ever wait for it: proc(5), the state stands behind the name in brackets.
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(file, line);
+    const auto bracket = line.rfind(')');
+    return bracket != std::string::npos && bracket + 2 < line.size() && line[bracket + 2] != 'Z';
 }
 
 void end(pid_t process, int patienceMilliseconds) {
