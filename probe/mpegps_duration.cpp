@@ -174,12 +174,14 @@ std::size_t findPlaces(Clock& clock, const ClockPoint& last, Places& places) {
     std::size_t count = 0, measured = 0;
     places[count++] = first;
     for (std::size_t i = 1; step >= 2 * kShortStretch && i <= kPlaces; ++i) {
-        const ClockPoint found = findPack(clock, first.offset + i * step, last.offset);
-        if (found.time == kNoClock || found.offset <= places[count - 1].offset) {
+        const std::uint64_t place = first.offset + i * step;
+        const ClockPoint found = findPack(clock, place, place + step);
+        if (found.time == kNoClock) {
             continue;
         }
         places[count++] = found;
-        const ClockPoint next = findPack(clock, found.offset + kShortStretch, last.offset);
+        const ClockPoint next = findPack(clock, found.offset + kShortStretch,
+                                         std::min(found.offset + 2 * kShortStretch, last.offset));
         if (next.time > found.time) {
             paces[measured++] = static_cast<double>(next.time - found.time) /
                                 static_cast<double>(next.offset - found.offset);
@@ -206,10 +208,12 @@ Result measureMpegPs(MpegPsReader& reader, std::int64_t& duration) {
     Clock clock{reader};
     const ClockPoint last =
         findLastPack(clock, reader.firstClock.offset + kStartCodeBytes, reader.end);
-    clock.mostBytes = reader.file.counts().bytes + std::min(kMostBytes, reader.end);
     if (last.time != kNoClock) {
         Places places;
+        const std::uint64_t budget = std::min(kMostBytes, reader.end + kSearchBytes);
+        clock.mostBytes = reader.file.counts().bytes + budget;
         const std::size_t count = findPlaces(clock, last, places);
+        clock.mostBytes = reader.file.counts().bytes + budget;
         for (std::size_t i = 0; i + 1 < count; ++i) {
             duration += timeBetween(clock, places[i], places[i + 1], kHalvings);
         }
