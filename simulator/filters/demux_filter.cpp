@@ -1,5 +1,6 @@
 #include "simulator/filters/demux_filter.h"
 
+#include "simulator/filters/app_window.h"
 #include "simulator/filters/chip_codecs.h"
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/faults.h"
@@ -19,6 +20,7 @@ DemuxFilter::DemuxFilter() : BaseFilter(kDemuxClass) {
 }
 
 DemuxFilter::~DemuxFilter() {
+    length_.stop();
     inner_ = nullptr;
     innerUnknown_.Reset();
 }
@@ -73,7 +75,7 @@ void DemuxFilter::findStreams() {
     while (all->Next(1, pin.ReleaseAndGetAddressOf(), nullptr) == S_OK) {
         PIN_DIRECTION direction;
         if (SUCCEEDED(pin.Get()->QueryDirection(&direction)) && direction == PINDIR_OUTPUT) {
-            streams_.push_back(std::make_unique<StreamPin>(this, pin.Get()));
+            streams_.push_back(std::make_unique<StreamPin>(this, this, pin.Get()));
         }
     }
 }
@@ -164,10 +166,18 @@ TypeList DemuxFilter::UndecodedVideo::offeredTypes() {
 }
 
 HRESULT DemuxFilter::Stop() {
+    length_.stop();
+    watching_ = false;
     return inner_->Stop();
 }
 
 HRESULT DemuxFilter::Pause() {
+    bool led = false;
+    for (const auto& stream : streams_) {
+        const bool connected = stream->receiver() != nullptr;
+        stream->setLeading(connected && !led);
+        led = led || connected;
+    }
     const HRESULT result = inner_->Pause();
     if (undecoded_.peer()) {
         undecoded_.peer()->EndOfStream();  // all that ever comes of it
@@ -175,8 +185,54 @@ HRESULT DemuxFilter::Pause() {
     return result;
 }
 
+double DemuxFilter::durationSeconds() {
+    ComPtr<IMediaSeeking> seeking;
+    LONGLONG duration = 0;
+    if (streams_.empty() || FAILED(streams_.front()->QueryInterface(IID_PPV_ARGS(&seeking))) ||
+        FAILED(seeking->GetDuration(&duration))) {
+        return 0;
+    }
+    return static_cast<double>(duration) / 1e7;
+}
+
 HRESULT DemuxFilter::Run(REFERENCE_TIME start) {
+    if (!watching_) {
+        watching_ = true;
+        length_.start(graph_, reader_.path(), durationSeconds());
+    }
+    start_ = start;
     return inner_->Run(start);
+}
+
+HRESULT DemuxFilter::seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
+                                 DWORD stopFlags) {
+    FILTER_STATE state = State_Stopped;
+    inner_->GetState(0, &state);
+    for (const auto& stream : streams_) {
+        if (stream->receiver()) {
+            stream->receiver()->BeginFlush();  // sets waiting streams free
+        }
+    }
+    inner_->Stop();
+    HRESULT result = S_OK;
+    for (const auto& stream : streams_) {
+        IMediaSeeking* seeking = stream->innerSeeking();
+        LONGLONG from = current ? *current : 0;
+        LONGLONG to = stop ? *stop : 0;
+        const HRESULT moved = seeking
+                                  ? seeking->SetPositions(current ? &from : nullptr, currentFlags,
+                                                          stop ? &to : nullptr, stopFlags)
+                                  : S_OK;
+        result = FAILED(moved) ? moved : result;
+        if (stream->receiver()) {
+            stream->receiver()->EndFlush();
+        }
+    }
+    inner_->Pause();
+    if (state == State_Running) {
+        inner_->Run(start_);
+    }
+    return result;
 }
 
 HRESULT DemuxFilter::GetState(DWORD milliseconds, FILTER_STATE* state) {
@@ -192,6 +248,8 @@ HRESULT DemuxFilter::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) {
     if (graph && fault(L"LeakReference")) {
         graph->AddRef();
     }
+    AppWindow::instance().ensure();
+    AppWindow::instance().setGraph(graph);
     inner_->JoinFilterGraph(graph, name);
     return BaseFilter::JoinFilterGraph(graph, name);
 }

@@ -12,6 +12,7 @@
 
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/base_filter.h"
+#include "simulator/filters/length_watch.h"
 #include "simulator/filters/reader_pin.h"
 #include "simulator/filters/stream_pin.h"
 
@@ -23,7 +24,8 @@ class DemuxFilter final : public BaseFilter,
                           public vendor::AudioStreams,
                           public vendor::AudioStreamSelection,
                           public vendor::FilterStatus,
-                          public vendor::OwnerWindow {
+                          public vendor::OwnerWindow,
+                          public SeekTarget {
 public:
     DemuxFilter();
 
@@ -60,6 +62,9 @@ public:
     HRESULT STDMETHODCALLTYPE method5() override;
     // The option of both kOwnerWindow and kDemuxOptions; no value changes anything here.
     HRESULT STDMETHODCALLTYPE setOption(DWORD value) override;
+
+    HRESULT seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
+                        DWORD stopFlags) override;
 
 protected:
     void* findInterface(REFIID iid) override;
@@ -100,6 +105,7 @@ private:
     void closeFile();
     ComPtr<IPin> innerInput();
     void findStreams();
+    double durationSeconds();
     std::vector<StreamPin*> streamsOf(const GUID& majorType);
 
     ComPtr<IUnknown> innerUnknown_;
@@ -108,6 +114,8 @@ private:
     UndecodedVideo undecoded_{this};
     ReaderPin reader_{this};
     std::vector<std::unique_ptr<StreamPin>> streams_, retired_;
+    LengthWatch length_;
+    bool watching_ = false;
     bool open_ = false;
     bool chipLacksCodec_ = false;
     DWORD codec_ = 0;

@@ -4,8 +4,11 @@
 #include <new>
 
 #include "graph/vendor_interfaces.h"
+#include "simulator/filters/caption_parser.h"
+#include "simulator/filters/caption_renderer.h"
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/demux_filter.h"
+#include "simulator/filters/failing_source.h"
 #include "simulator/filters/faults.h"
 #include "simulator/filters/null_decoder.h"
 #include "simulator/filters/registration.h"
@@ -38,6 +41,15 @@ BaseFilter* createFilter(const CLSID& classId) {
     }
     if (classId == kNullVideoDecoderClass) {
         return make<NullDecoder>();
+    }
+    if (classId == CLSID_AsyncReader) {
+        return make<FailingSource>(static_cast<HRESULT>(fault(L"RenderResult")));
+    }
+    if (classId == vendor::kCaptionParserClass) {
+        return make<CaptionParser>();
+    }
+    if (classId == vendor::kCaptionRendererClass) {
+        return make<CaptionRenderer>();
     }
     return nullptr;
 }
@@ -95,6 +107,15 @@ private:
     const CLSID classId_;
 };
 
+// The class object of the system's own file reader.
+HRESULT systemReader(REFIID iid, void** out) {
+    using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
+    const HMODULE library = LoadLibraryW(L"quartz.dll");
+    const auto get = reinterpret_cast<GetClassObject>(
+        reinterpret_cast<void*>(library ? GetProcAddress(library, "DllGetClassObject") : nullptr));
+    return get ? get(CLSID_AsyncReader, iid, out) : CLASS_E_CLASSNOTAVAILABLE;
+}
+
 }  // namespace
 
 }  // namespace filters
@@ -104,7 +125,11 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** out) {
         return E_POINTER;
     }
     *out = nullptr;
-    if (!filters::isOwnClass(classId)) {
+    if (classId == CLSID_AsyncReader &&
+        SUCCEEDED(static_cast<HRESULT>(filters::fault(L"RenderResult")))) {
+        return filters::systemReader(iid, out);
+    }
+    if (classId != CLSID_AsyncReader && !filters::isOwnClass(classId)) {
         return CLASS_E_CLASSNOTAVAILABLE;
     }
     auto* factory = new (std::nothrow) filters::Factory(classId);

@@ -47,6 +47,7 @@ HRESULT ReaderPin::attach(IPin* file) {
     volume_ = volumeOf(path_);
     present_ = true;
     reported_ = 0;
+    readBytes_ = 0;
     lastLookTick_ = GetTickCount();
     failAfterBytes_ = fault(L"ReadFailAfterBytes");
     delayMilliseconds_ = fault(L"ReadDelayMilliseconds");
@@ -85,23 +86,24 @@ void ReaderPin::reportFailure(const char* why, LONGLONG offset) {
         .number("offset", offset);
 }
 
-HRESULT ReaderPin::admit(LONGLONG end) {
+HRESULT ReaderPin::admit(LONGLONG offset, LONG bytes) {
     if (delayMilliseconds_) {
         Sleep(delayMilliseconds_);
     }
     if (!volumePresent()) {
-        reportFailure("card gone", end);
+        reportFailure("card gone", offset);
         return E_FAIL;
     }
-    if (failAfterBytes_ && end > static_cast<LONGLONG>(failAfterBytes_)) {
-        reportFailure("fault", end);
+    readBytes_ += bytes;
+    if (failAfterBytes_ && readBytes_ > failAfterBytes_) {
+        reportFailure("fault", offset);
         return E_FAIL;
     }
     return S_OK;
 }
 
 HRESULT ReaderPin::SyncRead(LONGLONG offset, LONG bytes, BYTE* out) {
-    const HRESULT admitted = admit(offset + bytes);
+    const HRESULT admitted = admit(offset, bytes);
     if (FAILED(admitted)) {
         return admitted;
     }
@@ -113,7 +115,7 @@ HRESULT ReaderPin::SyncRead(LONGLONG offset, LONG bytes, BYTE* out) {
 }
 
 HRESULT ReaderPin::SyncReadAligned(IMediaSample* sample) {
-    const HRESULT admitted = admit(0);
+    const HRESULT admitted = admit(0, 0);
     return FAILED(admitted) ? admitted : file_.Get()->SyncReadAligned(sample);
 }
 
@@ -123,7 +125,7 @@ HRESULT ReaderPin::RequestAllocator(IMemAllocator* preferred, ALLOCATOR_PROPERTI
 }
 
 HRESULT ReaderPin::Request(IMediaSample* sample, DWORD_PTR user) {
-    const HRESULT admitted = admit(0);
+    const HRESULT admitted = admit(0, 0);
     return FAILED(admitted) ? admitted : file_.Get()->Request(sample, user);
 }
 

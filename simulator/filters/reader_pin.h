@@ -45,7 +45,7 @@ protected:
 
 private:
     // S_OK, or the failure that this read meets with.
-    HRESULT admit(LONGLONG end);
+    HRESULT admit(LONGLONG offset, LONG bytes);
     // Whether the file's volume is still there; asked at most every 100 ms.
     bool volumePresent();
     void reportFailure(const char* why, LONGLONG offset);
@@ -56,7 +56,8 @@ private:
     DWORD lastLookTick_ = 0;
     bool present_ = true;
     LONG reported_ = 0;
-    DWORD failAfterBytes_ = 0;
+    LONGLONG readBytes_ = 0;
+    LONGLONG failAfterBytes_ = 0;
     DWORD delayMilliseconds_ = 0;
 };
 

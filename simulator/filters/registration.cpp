@@ -8,6 +8,7 @@
 
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/class_ids.h"
+#include "simulator/filters/module.h"
 
 namespace filters {
 
@@ -36,6 +37,8 @@ const Row kRows[] = {
      MERIT_PREFERRED + 0xF0, nullptr},
     {&kNullVideoDecoderClass, vendor::kNullVideoDecoderName, &MEDIATYPE_Video,
      MERIT_PREFERRED + 0x80, nullptr},
+    {&vendor::kCaptionParserClass, vendor::kCaptionParserName, nullptr, 0, nullptr},
+    {&vendor::kCaptionRendererClass, vendor::kCaptionRendererName, nullptr, 0, nullptr},
     {&CLSID_AudioRender, vendor::kAudioRendererName, &MEDIATYPE_Audio, MERIT_PREFERRED + 0x100,
      kAudioInstance},
 };
@@ -54,20 +57,59 @@ LSTATUS setText(const std::wstring& key, const wchar_t* name, const wchar_t* tex
     return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text, bytes);
 }
 
-HRESULT registerClass(const CLSID& classId, const wchar_t* name) {
-    HMODULE module = nullptr;
+std::wstring ownPath() {
     wchar_t path[MAX_PATH];
-    GetModuleHandleExW(
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-        reinterpret_cast<LPCWSTR>(&registerClass), &module);
-    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
-    if (!length || length == MAX_PATH) {
+    const DWORD length = GetModuleFileNameW(moduleHandle(), path, MAX_PATH);
+    return length && length < MAX_PATH ? std::wstring(path, length) : std::wstring();
+}
+
+// The system's file reader is given out by this library, so that opening files can be made to
+// fail; its own library stays named in the same key.
+constexpr wchar_t kReaderBefore[] = L"HeadUnitBefore";
+
+std::wstring readerKey() {
+    return keyOf(CLSID_AsyncReader) + L"\\InprocServer32";
+}
+
+bool getText(const std::wstring& key, const wchar_t* name, std::wstring* text) {
+    wchar_t value[MAX_PATH];
+    DWORD bytes = sizeof value;
+    if (RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, RRF_RT_ANY, nullptr, value, &bytes) !=
+        ERROR_SUCCESS) {
+        return false;
+    }
+    *text = value;
+    return true;
+}
+
+HRESULT takeReader() {
+    std::wstring before;
+    if (!getText(readerKey(), kReaderBefore, &before)) {
+        if (!getText(readerKey(), nullptr, &before) ||
+            setText(readerKey(), kReaderBefore, before.c_str()) != ERROR_SUCCESS) {
+            return E_FAIL;
+        }
+    }
+    return setText(readerKey(), nullptr, ownPath().c_str()) == ERROR_SUCCESS ? S_OK : E_FAIL;
+}
+
+void giveReaderBack() {
+    std::wstring before;
+    if (getText(readerKey(), kReaderBefore, &before)) {
+        setText(readerKey(), nullptr, before.c_str());
+        RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, readerKey().c_str(), kReaderBefore);
+    }
+}
+
+HRESULT registerClass(const CLSID& classId, const wchar_t* name) {
+    const std::wstring path = ownPath();
+    if (path.empty()) {
         return E_FAIL;
     }
     const std::wstring key = keyOf(classId);
     const std::wstring server = key + L"\\InprocServer32";
     const bool done = setText(key, nullptr, name) == ERROR_SUCCESS &&
-                      setText(server, nullptr, path) == ERROR_SUCCESS &&
+                      setText(server, nullptr, path.c_str()) == ERROR_SUCCESS &&
                       setText(server, L"ThreadingModel", L"Both") == ERROR_SUCCESS;
     return done ? S_OK : E_FAIL;
 }
@@ -118,6 +160,9 @@ HRESULT registerAll() {
             result = registerWithMapper(mapper.Get(), row);
         }
     }
+    if (SUCCEEDED(result)) {
+        result = takeReader();
+    }
     mapper.Reset();
     CoUninitialize();
     return result;
@@ -135,6 +180,7 @@ HRESULT unregisterAll() {
             RegDeleteTreeW(HKEY_LOCAL_MACHINE, keyOf(*row.classId).c_str());
         }
     }
+    giveReaderBack();
     mapper.Reset();
     CoUninitialize();
     return result;

@@ -4,8 +4,9 @@
 
 namespace filters {
 
-StreamPin::StreamPin(IBaseFilter* owner, IPin* inner)
+StreamPin::StreamPin(IBaseFilter* owner, SeekTarget* target, IPin* inner)
     : BasePin(owner, PINDIR_OUTPUT, L"Stream"), inner_(inner), relay_(owner, this) {
+    seeking_.bind(target, this, inner);
     ComPtr<IEnumMediaTypes> types;
     AM_MEDIA_TYPE* type = nullptr;
     if (SUCCEEDED(inner->EnumMediaTypes(&types)) && types->Next(1, &type, nullptr) == S_OK) {
@@ -71,6 +72,9 @@ HRESULT StreamPin::EnumMediaTypes(IEnumMediaTypes** out) {
 }
 
 void* StreamPin::findInterface(REFIID iid) {
+    if (iid == IID_IMediaSeeking) {
+        return static_cast<IMediaSeeking*>(&seeking_);
+    }
     void* found = nullptr;
     if (iid != IID_IMemInputPin && SUCCEEDED(inner_->QueryInterface(iid, &found))) {
         Release();  // the caller counts

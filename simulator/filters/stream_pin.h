@@ -7,17 +7,23 @@
 #include <atomic>
 
 #include "simulator/filters/base_pin.h"
+#include "simulator/filters/stream_seeking.h"
 
 namespace filters {
 
 class StreamPin final : public BasePin {
 public:
     // `inner` is the splitter's pin.
-    StreamPin(IBaseFilter* owner, IPin* inner);
+    StreamPin(IBaseFilter* owner, SeekTarget* target, IPin* inner);
 
     const GUID& majorType() const { return majorType_; }
     // Whether the samples of this (audio) stream are replaced by silence.
     void setSilent(bool silent) { silent_ = silent; }
+    // Whether seeks that come this way move the file.
+    void setLeading(bool leading) { seeking_.setLeading(leading); }
+    // See StreamSeeking::inner.
+    IMediaSeeking* innerSeeking() const { return seeking_.inner(); }
+    IPin* receiver() const { return receiver_.Get(); }
 
     HRESULT STDMETHODCALLTYPE Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) override;
     HRESULT STDMETHODCALLTYPE Disconnect() override;
@@ -28,7 +34,7 @@ public:
     HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes** out) override;
 
 protected:
-    // Seeking and quality messages go straight to the splitter's pin.
+    // Quality messages go straight to the splitter's pin.
     void* findInterface(REFIID iid) override;
     HRESULT checkType(const AM_MEDIA_TYPE& type) override;
 
@@ -74,6 +80,7 @@ private:
     GUID majorType_ = GUID_NULL;
     std::atomic<bool> silent_ = false;
     Relay relay_;
+    StreamSeeking seeking_;
 };
 
 }  // namespace filters

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "simulator/filters/lock.h"
+#include "simulator/filters/module.h"
 
 namespace filters {
 
@@ -16,14 +17,6 @@ constexpr wchar_t kLayerClass[] = L"headunit.videolayer";
 // application's thread.
 void bringToScreen() {
     MsgWaitForMultipleObjectsEx(0, nullptr, 0, QS_ALLINPUT, 0);
-}
-
-HINSTANCE moduleHandle() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-        reinterpret_cast<LPCWSTR>(&bringToScreen), &module);
-    return module;
 }
 
 }  // namespace
@@ -107,12 +100,6 @@ void VideoLayer::setOwner(HWND owner) {
         owner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&VideoLayer::ownerProcedure)));
     applyKey();
     followOwner();
-    // A window shown for the first time stands in front on the screen, whatever its place among
-    // the program's windows, and only a window that really changes its place is moved on the
-    // screen: so the layer goes to the front first and the owner then before it.
-    constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
-    SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, kOrderOnly);
-    SetWindowPos(owner_, HWND_TOP, 0, 0, 0, 0, kOrderOnly);
 }
 
 void VideoLayer::setKey(COLORREF key, bool enabled) {
@@ -153,8 +140,17 @@ void VideoLayer::followOwner() {
             createBitmap(client.right, client.bottom);
         }
     }
+    const bool appears = !IsWindowVisible(window_);
     SetWindowPos(window_, owner_, origin.x, origin.y, client.right, client.bottom,
                  SWP_NOACTIVATE | SWP_SHOWWINDOW | SWP_NOOWNERZORDER);
+    if (appears) {
+        // A window that appears stands in front on the screen, whatever its place among the
+        // program's windows, and only a window that really changes its place is moved on the
+        // screen: so the layer goes to the front first and the owner then before it.
+        constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+        SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, kOrderOnly);
+        SetWindowPos(owner_, HWND_TOP, 0, 0, 0, 0, kOrderOnly);
+    }
     redraw();
 }
 
@@ -228,6 +224,15 @@ void VideoLayer::show(const void* user, const PictureFormat& format, const std::
     paint(EqualRect(&before, &wanted) ? drawn_ : RECT{0, 0, width_, height_});
 }
 
+void VideoLayer::setCaption(const std::wstring& text, const CaptionLook& look) {
+    Guard guard(lock_);
+    captionText_ = text;
+    captionLook_ = look;
+    captionWidth_ = 0;
+    compose(false);
+    paint(drawn_);
+}
+
 void VideoLayer::redraw() {
     Guard guard(lock_);
     paint({0, 0, width_, height_});
@@ -290,7 +295,16 @@ void VideoLayer::compose(bool everything) {
     if (IsRectEmpty(&drawn_)) {
         return;
     }
-    scaler_.draw(format_, picture_.data(), {pixels_, width_, drawn_, {0, 0, width_, height_}});
+    const RECT layer = {0, 0, width_, height_};
+    scaler_.draw(format_, picture_.data(), {pixels_, width_, drawn_, layer});
+    if (captionText_.empty()) {
+        return;
+    }
+    if (captionWidth_ != drawn_.right - drawn_.left) {
+        captionWidth_ = drawn_.right - drawn_.left;
+        caption_.draw(captionText_, captionLook_, captionWidth_);
+    }
+    caption_.blend(pixels_, width_, drawn_, layer);
 }
 
 void VideoLayer::paint(const RECT& area) {

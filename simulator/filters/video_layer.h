@@ -11,9 +11,11 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "graph/vendor_interfaces.h"
+#include "simulator/filters/caption_picture.h"
 #include "simulator/filters/picture_scaler.h"
 
 namespace filters {
@@ -39,6 +41,8 @@ public:
     void place(const void* user, const Placement& placement);
     // A new picture of format.bytes() bytes; ignored unless `user` has the layer.
     void show(const void* user, const PictureFormat& format, const std::uint8_t* picture);
+    // The text that stands over the lower part of the picture from now on; empty for none.
+    void setCaption(const std::wstring& text, const CaptionLook& look);
     // Paints the last picture again.
     void redraw();
     // `user` goes away: black from now on.
@@ -83,6 +87,10 @@ private:
     PictureFormat format_;
     std::vector<std::uint8_t> picture_;
     PictureScaler scaler_;
+    std::wstring captionText_;
+    CaptionLook captionLook_;
+    CaptionPicture caption_;
+    LONG captionWidth_ = 0;  // of the picture that caption_ was drawn for
 };
 
 }  // namespace filters

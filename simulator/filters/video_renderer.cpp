@@ -1,6 +1,9 @@
 #include "simulator/filters/video_renderer.h"
 
+#include <cstring>
+
 #include "simulator/filters/lock.h"
+#include "simulator/tape/tape.h"
 
 namespace filters {
 
@@ -74,6 +77,14 @@ PinList VideoRenderer::pins() {
 
 HRESULT VideoRenderer::Stop() {
     Guard guard(lock_);
+    if (state_ != State_Stopped) {
+        tape::Line("filter")
+            .text("filter", vendor::kVideoRendererName)
+            .text("what", L"stopped")
+            .number("shown", shown_)
+            .number("dropped", dropped_)
+            .number("longestGapMs", longestGap_);
+    }
     state_ = State_Stopped;
     ended_ = false;
     setCued(false);
@@ -262,6 +273,11 @@ void VideoRenderer::place() {
 
 HRESULT VideoRenderer::setRender(DWORD value) {
     if (value == kRenderShow || value == kRenderHide) {
+        if (placement_.shown != (value == kRenderShow)) {
+            tape::Line("filter")
+                .text("filter", vendor::kVideoRendererName)
+                .text("what", value == kRenderShow ? L"layer on" : L"layer off");
+        }
         placement_.shown = value == kRenderShow;
         place();
     }
@@ -271,6 +287,16 @@ HRESULT VideoRenderer::setRender(DWORD value) {
 HRESULT VideoRenderer::setOutput(const vendor::VideoOutput* output) {
     if (!output) {
         return E_POINTER;
+    }
+    if (std::memcmp(&placement_.output, output, sizeof *output) != 0) {
+        const RECT& place = output->rectangle;
+        const std::int64_t edges[] = {place.left, place.top, place.right, place.bottom};
+        tape::Line("filter")
+            .text("filter", vendor::kVideoRendererName)
+            .text("what", L"output")
+            .numbers("rect", edges)
+            .number("enabled", output->enabled)
+            .number("layer", output->layer);
     }
     placement_.output = *output;
     place();
@@ -293,6 +319,12 @@ HRESULT VideoRenderer::redrawFrame() {
 HRESULT VideoRenderer::setKey(DWORD red, DWORD green, DWORD blue) {
     const bool own = !red && !green && !blue;
     key_ = own ? RGB(0xF8, 0, 0xF8) : RGB(red & 0xFF, green & 0xFF, blue & 0xFF);
+    tape::Line("filter")
+        .text("filter", vendor::kVideoRendererName)
+        .text("what", L"key")
+        .number("red", red)
+        .number("green", green)
+        .number("blue", blue);
     VideoLayer::instance().setKey(key_, keyEnabled_);
     return S_OK;
 }
@@ -308,6 +340,12 @@ HRESULT VideoRenderer::method1() {
 }
 
 HRESULT VideoRenderer::setOwnerWindow(HWND window) {
+    if (VideoLayer::instance().owner() != window) {
+        tape::Line("filter")
+            .text("filter", vendor::kVideoRendererName)
+            .text("what", L"owner")
+            .number("window", reinterpret_cast<LONG_PTR>(window));
+    }
     VideoLayer::instance().setOwner(window);
     place();
     return S_OK;

@@ -1,0 +1,102 @@
+#include "simulator/filters/caption_parser.h"
+
+#include <new>
+
+#include "simulator/tape/tape.h"
+
+namespace filters {
+
+namespace {
+
+constexpr LONGLONG kLargestFile = 16 << 20;  // bytes; subtitle files have some hundred thousand
+
+}  // namespace
+
+CaptionParser::CaptionParser() : BaseFilter(vendor::kCaptionParserClass) {
+}
+
+void* CaptionParser::findInterface(REFIID iid) {
+    return iid == vendor::kCaptionParserControl ? static_cast<vendor::CaptionParserControl*>(this)
+                                                : nullptr;
+}
+
+PinList CaptionParser::pins() {
+    return {ComPtr<IPin>(&input_), ComPtr<IPin>(&output_)};
+}
+
+HRESULT CaptionParser::method1() {
+    return E_NOTIMPL;
+}
+
+HRESULT CaptionParser::setSubtitleType(DWORD type) {
+    if (type > static_cast<DWORD>(SubtitleType::Ssa)) {
+        return E_INVALIDARG;
+    }
+    subtitleType_ = static_cast<SubtitleType>(type);
+    return S_OK;
+}
+
+HRESULT CaptionParser::setDuration(double seconds) {
+    return seconds >= 0 ? S_OK : E_INVALIDARG;  // captions without an end stay until the movie's
+}
+
+HRESULT CaptionParser::setPosition(DWORD a, DWORD b) {
+    tape::Line("filter")
+        .text("filter", vendor::kCaptionParserName)
+        .text("what", L"position")
+        .number("start", a)
+        .number("end", b);
+    return S_OK;
+}
+
+HRESULT CaptionParser::Input::checkType(const AM_MEDIA_TYPE& type) {
+    return type.majortype == MEDIATYPE_Stream ? S_OK : S_FALSE;
+}
+
+HRESULT CaptionParser::Input::connected(IPin* peer, const AM_MEDIA_TYPE&) {
+    ComPtr<IAsyncReader> reader;
+    const HRESULT result = peer->QueryInterface(IID_PPV_ARGS(&reader));
+    return FAILED(result) ? result : parser_->readFile(reader.Get());
+}
+
+HRESULT CaptionParser::readFile(IAsyncReader* reader) {
+    LONGLONG total = 0;
+    LONGLONG available = 0;
+    HRESULT result = reader->Length(&total, &available);
+    if (FAILED(result) || total <= 0 || total > kLargestFile) {
+        return FAILED(result) ? result : S_OK;  // no captions; the output pin will say so
+    }
+    std::vector<std::uint8_t> file(static_cast<std::size_t>(total));
+    result = reader->SyncRead(0, static_cast<LONG>(total), file.data());
+    if (FAILED(result)) {
+        return result;
+    }
+    captions_ = readCaptions(subtitleType_, file);
+    tape::Line("filter")
+        .text("filter", vendor::kCaptionParserName)
+        .text("what", L"captions read")
+        .number("count", static_cast<std::int64_t>(captions_.size()));
+    return S_OK;
+}
+
+void* CaptionParser::Output::findInterface(REFIID iid) {
+    return iid == kCaptionTrack ? static_cast<CaptionTrack*>(this) : nullptr;
+}
+
+HRESULT CaptionParser::Output::checkType(const AM_MEDIA_TYPE& type) {
+    return type.majortype == MEDIATYPE_Text ? S_OK : S_FALSE;
+}
+
+TypeList CaptionParser::Output::offeredTypes() {
+    if (parser_->captions().empty()) {
+        return {};
+    }
+    return {MediaType(MEDIATYPE_Text, GUID_NULL)};
+}
+
+const Caption* CaptionParser::Output::at(DWORD milliseconds) {
+    const int index = captionAt(parser_->captions(), milliseconds);
+    return index < 0 ? nullptr : &parser_->captions()[static_cast<std::size_t>(index)];
+}
+
+}  // namespace filters

@@ -1,0 +1,113 @@
+#include "simulator/filters/caption_renderer.h"
+
+#include "simulator/filters/video_layer.h"
+#include "simulator/tape/tape.h"
+
+namespace filters {
+
+namespace {
+
+constexpr LONG kCaptionEvent = 0x8FFF;
+constexpr UINT kTickMilliseconds = 50;
+constexpr LONGLONG kMillisecond = 10000;  // in the 100 ns of stream times
+
+}  // namespace
+
+CaptionRenderer::CaptionRenderer() : BaseFilter(vendor::kCaptionRendererClass) {
+}
+
+CaptionRenderer::~CaptionRenderer() {
+    AppWindow::instance().stopTicks(this);
+    show(nullptr);
+}
+
+void* CaptionRenderer::findInterface(REFIID iid) {
+    return iid == vendor::kCaptionRendererStyle ? static_cast<vendor::CaptionRendererStyle*>(this)
+                                                : nullptr;
+}
+
+PinList CaptionRenderer::pins() {
+    return {ComPtr<IPin>(&input_)};
+}
+
+HRESULT CaptionRenderer::Input::checkType(const AM_MEDIA_TYPE& type) {
+    return type.majortype == MEDIATYPE_Text ? S_OK : S_FALSE;
+}
+
+HRESULT CaptionRenderer::Input::connected(IPin* peer, const AM_MEDIA_TYPE&) {
+    return peer->QueryInterface(kCaptionTrack,
+                                reinterpret_cast<void**>(renderer_->track_.GetAddressOf()));
+}
+
+void CaptionRenderer::Input::disconnected() {
+    renderer_->show(nullptr);
+    renderer_->track_.Reset();
+}
+
+HRESULT CaptionRenderer::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) {
+    AppWindow::instance().ensure();
+    if (!graph) {
+        AppWindow::instance().stopTicks(this);
+        show(nullptr);
+    }
+    return BaseFilter::JoinFilterGraph(graph, name);
+}
+
+HRESULT CaptionRenderer::Stop() {
+    AppWindow::instance().stopTicks(this);
+    show(nullptr);
+    return BaseFilter::Stop();
+}
+
+HRESULT CaptionRenderer::Pause() {
+    AppWindow::instance().startTicks(this, kTickMilliseconds);
+    return BaseFilter::Pause();
+}
+
+HRESULT CaptionRenderer::Run(REFERENCE_TIME start) {
+    AppWindow::instance().startTicks(this, kTickMilliseconds);
+    return BaseFilter::Run(start);
+}
+
+HRESULT CaptionRenderer::setStyle(const wchar_t* face, const vendor::CaptionStyle* style,
+                                  DWORD visible) {
+    if (face && *face) {
+        look_.face = face;
+    }
+    if (style) {
+        look_.style = *style;
+    }
+    look_.visible = visible != 0;
+    shownStart_ = kOpenEnd;  // drawn anew at the next tick
+    return S_OK;
+}
+
+void CaptionRenderer::tick() {
+    ComPtr<IMediaSeeking> seeking;
+    LONGLONG position = 0;
+    if (!track_ || !graph_ || FAILED(graph_->QueryInterface(IID_PPV_ARGS(&seeking))) ||
+        FAILED(seeking->GetCurrentPosition(&position)) || position < 0) {
+        return;
+    }
+    show(track_->at(static_cast<DWORD>(position / kMillisecond)));
+}
+
+void CaptionRenderer::show(const Caption* caption) {
+    const DWORD start = caption ? caption->start : kOpenEnd;
+    if (start == shownStart_) {
+        return;
+    }
+    shownStart_ = start;
+    VideoLayer::instance().setCaption(caption ? caption->text : std::wstring(), look_);
+    if (!caption) {
+        return;
+    }
+    tape::Line("caption")
+        .text("text", caption->text.c_str())
+        .number("start", caption->start)
+        .number("end", caption->end);
+    sendGraphEvent(graph_, kCaptionEvent, static_cast<LONG_PTR>(caption->start),
+                   static_cast<LONG_PTR>(caption->end));
+}
+
+}  // namespace filters

@@ -1,0 +1,10 @@
+// The library itself.
+#pragma once
+
+#include <windows.h>
+
+namespace filters {
+
+HINSTANCE moduleHandle();
+
+}  // namespace filters

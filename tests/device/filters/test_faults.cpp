@@ -1,0 +1,198 @@
+// The unit misbehaves: cards that are pulled, reads that fail or take their time, files that grow,
+// filters that are missing or keep a reference, and events put into the graph from outside.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cwchar>
+
+#include "tests/device/filters/player_window.h"
+
+namespace test {
+namespace {
+
+// Has the host's shell append `bytes` zeros to a file of drive H:.
+bool appendFromOutside(const wchar_t* name, DWORD bytes) {
+    wchar_t command[512];
+    swprintf(command, 512, L"sh -c \"head -c %lu /dev/zero >>'%ls/dosdevices/h:/%ls'\"", bytes,
+             _wgetenv(L"WINEPREFIX"), name);
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(L"Z:\\bin\\sh", command, nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &start, &process)) {
+        return false;
+    }
+    CloseHandle(process.hThread);
+    WaitForSingleObject(process.hProcess, 5000);
+    CloseHandle(process.hProcess);
+    return true;
+}
+
+class Faults : public testing::Test {
+protected:
+    PlayerWindow player;
+};
+
+TEST_F(Faults, CardPulledWhilePlayingFailsTheReadOnce) {
+    // A volume is a folder of the unit's root; here one of drive H:.
+    const std::wstring volume = L"H:\\SDMMCDisk";
+    CreateDirectoryW(volume.c_str(), nullptr);
+    ASSERT_TRUE(CopyFileW(clip(L"long.mp4").c_str(), (volume + L"\\long.mp4").c_str(), FALSE));
+    Graph graph(player);
+    ASSERT_EQ(graph.render(volume + L"\\long.mp4"), S_OK);
+    graph.setUp();
+    ASSERT_TRUE(graph.run());
+    player.wait(1000);
+    EXPECT_EQ(player.readFailures, 0);
+    ASSERT_TRUE(MoveFileW(volume.c_str(), L"H:\\pulled"));
+    EXPECT_TRUE(player.wait(15000, [&] { return player.readFailures > 0; }));
+    player.wait(500);
+    EXPECT_EQ(player.readFailures, 1);
+    EXPECT_EQ(graph.tearDown(), 0u);
+    DeleteFileW(L"H:\\pulled\\long.mp4");
+    RemoveDirectoryW(L"H:\\pulled");
+}
+
+TEST_F(Faults, ReadFailsAfterSoManyBytes) {
+    const Fault fault(L"ReadFailAfterBytes", 4000000);
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"long.mp4")), S_OK);
+    graph.setUp();
+    ASSERT_TRUE(graph.run());
+    EXPECT_TRUE(player.wait(15000, [&] { return player.readFailures > 0; }));
+    EXPECT_GT(graph.position(), 0.5);
+    EXPECT_EQ(graph.tearDown(), 0u);
+}
+
+TEST_F(Faults, SlowCardTakesItsTime) {
+    DWORD start = GetTickCount();
+    {
+        Graph graph(player);
+        ASSERT_EQ(graph.render(clip(L"h264.avi")), S_OK);
+    }
+    const DWORD fast = GetTickCount() - start;
+    const Fault fault(L"ReadDelayMilliseconds", 50);
+    start = GetTickCount();
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"h264.avi")), S_OK);
+    EXPECT_GT(GetTickCount() - start, fast + 200);
+    graph.setUp();
+    ASSERT_TRUE(graph.run());
+    EXPECT_TRUE(player.wait(5000, [&] { return graph.position() > 0.5; }));
+}
+
+TEST_F(Faults, SecondNameOnly) {
+    const Fault fault(L"SecondNameOnly", 1);
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"h264.mp4")), S_OK);
+    EXPECT_FALSE(graph.has(vendor::kVideoRendererName));
+    EXPECT_TRUE(graph.has(vendor::kVideoRendererSecondName));
+}
+
+TEST_F(Faults, MissingParts) {
+    {
+        const Fault fault(L"NoAudioRenderer", 1);
+        Graph graph(player);
+        ASSERT_TRUE(SUCCEEDED(graph.render(clip(L"h264.mp4"))));
+        EXPECT_FALSE(graph.has(vendor::kAudioRendererName));
+        EXPECT_TRUE(graph.has(vendor::kVideoRendererName));
+    }
+    {
+        const Fault fault(L"NoVideoRenderer", 1);
+        Graph graph(player);
+        ASSERT_TRUE(SUCCEEDED(graph.render(clip(L"h264.mp4"))));
+        EXPECT_TRUE(graph.has(vendor::kAudioRendererName));
+        EXPECT_FALSE(graph.has(vendor::kVideoRendererName));
+    }
+    {
+        const Fault fault(L"NullDecoder", 1);
+        Graph graph(player);
+        ASSERT_EQ(graph.render(clip(L"h264.mp4")), S_OK);
+        EXPECT_TRUE(graph.has(vendor::kNullVideoDecoderName));
+    }
+}
+
+TEST_F(Faults, AudioStreamNotConnected) {
+    const Fault fault(L"NotConnectedAudio", 1);
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"h264.mp4")), S_OK);
+    const auto streams = graph.vendorInterface<vendor::AudioStreams>(vendor::kAudioStreams);
+    ASSERT_TRUE(streams);
+    DWORD value = 7;
+    EXPECT_EQ(streams->streamCount(&value), VFW_E_NOT_CONNECTED);
+    EXPECT_EQ(streams->currentStream(&value), VFW_E_NOT_CONNECTED);
+}
+
+TEST_F(Faults, LeakedReferenceIsSeenAtTheEnd) {
+    const Fault fault(L"LeakReference", 1);
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"h264.mp4")), S_OK);
+    EXPECT_EQ(graph.tearDown(), 1u);
+}
+
+class RenderResults : public Faults, public testing::WithParamInterface<DWORD> {};
+
+TEST_P(RenderResults, ComeOutOfRenderFile) {
+    const Fault fault(L"RenderResult", GetParam());
+    Graph graph(player);
+    EXPECT_EQ(static_cast<DWORD>(graph.render(clip(L"h264.mp4"))), GetParam());
+    EXPECT_EQ(graph.tearDown(), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Codes, RenderResults,
+                         testing::Values(0x80070005, 0x80070006, 0x8007000E, 0x80070057, 0x80004005,
+                                         0x80004001, 0x80004002, 0x80004003, 0x80004004,
+                                         0x80040265));
+
+TEST_F(Faults, GrowingFileAnnouncesItsLength) {
+    const std::wstring path = L"H:\\growing.avi";
+    ASSERT_TRUE(CopyFileW(clip(L"h264.avi").c_str(), path.c_str(), FALSE));
+    // The camera writes from outside the unit: no handle of this system stands in the way.
+    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1)) << "the copy has the original's time";
+    Graph graph(player);
+    ASSERT_EQ(graph.render(path), S_OK);
+    graph.setUp();
+    ASSERT_TRUE(graph.run());
+    player.wait(1500);
+    EXPECT_EQ(player.countEvents(33024), 0) << "it has not grown yet";
+    WIN32_FILE_ATTRIBUTE_DATA facts{};
+    GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &facts);
+    ASSERT_TRUE(appendFromOutside(L"growing.avi", facts.nFileSizeLow));
+    EXPECT_TRUE(player.wait(3000, [&] { return player.countEvents(33773) > 0; }));
+    EXPECT_EQ(player.countEvents(33024), 1);
+    for (const PlayerWindow::Event& event : player.events) {
+        if (event.code == 33773) {
+            EXPECT_NEAR(static_cast<double>(event.first), 8, 1) << "twice the bytes of 4 seconds";
+        }
+    }
+    graph.tearDown();
+    DeleteFileW(path.c_str());
+}
+
+TEST_F(Faults, LengthByCommand) {
+    const Fault fault(L"LiveLength", 77);
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"h264.mp4")), S_OK);
+    graph.setUp();
+    ASSERT_TRUE(graph.run());
+    EXPECT_TRUE(player.wait(5000, [&] { return player.countEvents(33773) == 1; }));
+    ASSERT_GE(player.events.size(), 2u);
+    EXPECT_EQ(player.countEvents(33024), 1);
+    EXPECT_EQ(player.events.back().first, 77);
+}
+
+TEST_F(Faults, EventFromOutside) {
+    Graph graph(player);
+    ASSERT_EQ(graph.render(clip(L"h264.mp4")), S_OK);
+    const HWND window = FindWindowExW(HWND_MESSAGE, nullptr, L"headunit.filters", nullptr);
+    ASSERT_NE(window, nullptr);
+    const UINT message = RegisterWindowMessageW(L"HEADUNIT_GRAPH_EVENT");
+    EXPECT_EQ(SendMessageW(window, message, 33769, 5), 1);
+    EXPECT_TRUE(player.wait(1000, [&] { return player.countEvents(33769) == 1; }));
+    EXPECT_EQ(player.events.back().first, 5);
+    graph.tearDown();
+    EXPECT_EQ(SendMessageW(window, message, 33769, 5), 0) << "no graph";
+}
+
+}  // namespace
+}  // namespace test
