@@ -43,20 +43,26 @@ private:
     int handle_ = -1;
 };
 
+int screenWidth(const BootOptions& options) {
+    return kScreenWidth + (options.panel ? kPanelWidth : 0);
+}
+
 bool startDisplay(const Unit& unit, const BootOptions& options, std::string& why) {
     const char* display = std::getenv("DISPLAY");
     if (options.headless || display == nullptr || *display == '\0') {
-        return startOwnDisplay(unit, why);
+        return startOwnDisplay(unit, screenWidth(options), why);
     }
     useDesktop(unit, display);
     return true;
 }
 
-bool startHub(const Unit& unit, std::string& why) {
+bool startHub(const Unit& unit, const BootOptions& options, std::string& why) {
     const std::string desktop = "/desktop=" + unit.desktopName() + "," +
-                                std::to_string(kScreenWidth) + "x" + std::to_string(kScreenHeight);
+                                std::to_string(screenWidth(options)) + "x" +
+                                std::to_string(kScreenHeight);
     const pid_t hub = process::startDetached(
-        {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe"},
+        {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe",
+         options.panel ? "--panel" : "--no-panel"},
         {.environment = wineEnvironment(unit.prefix(), readRunFile(unit, "display")),
          .folder = unit.device.string(),
          .logFile = (unit.run() / "wine.log").string()});
@@ -158,7 +164,7 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
 
 bool startEverything(const Unit& unit, const BootOptions& options, std::string& why) {
     if (!copyPrefix(unit.device, unit.prefix(), why) || !startDisplay(unit, options, why) ||
-        !startHub(unit, why) || !ask(unit, {"note", "boot" + options.words}, why) ||
+        !startHub(unit, options, why) || !ask(unit, {"note", "boot" + options.words}, why) ||
         !startPeers(unit, options, why)) {
         return false;
     }

@@ -11,6 +11,7 @@ namespace headunit {
 struct BootOptions {
     bool pip = false;
     bool headless = false;
+    bool panel = false;                // the panel beside the screen
     bool passive = false;              // the process manager only records
     bool noPlayer = false;             // everything but the player
     std::string connectFolder;         // the dash camera's hand-over

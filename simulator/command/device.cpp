@@ -44,20 +44,29 @@ bool place(const fs::path& from, const fs::path& to) {
     return !error;
 }
 
+// Time of the skin's last rendering, as a text.
+std::string skinStamp() {
+    std::error_code error;
+    const auto time = fs::last_write_time(projectRoot() / "out/skin/.built", error);
+    return error ? "none" : std::to_string(time.time_since_epoch().count());
+}
+
+// Once for every rendering of the skin: what somebody has changed on the unit since then stays.
 void placeSkin(const Unit& unit) {
+    const std::string stamp = skinStamp();
+    if (stamp == readRunFile(unit, "skin")) {
+        return;
+    }
     std::error_code error;
     const fs::path skin = projectRoot() / "out" / "skin";
     for (const char* set : {"A", "B", "C", "D"}) {
         const fs::path to = unit.device / "ResidentFlash/Image/Movie" / set;
-        // A skin that somebody has changed for a test stays.
-        if (fs::exists(to, error)) {
-            continue;
-        }
         fs::create_directories(to, error);
         for (const auto& entry : fs::directory_iterator(skin / set, error)) {
             place(entry.path(), to / entry.path().filename());
         }
     }
+    writeRunFile(unit, "skin", stamp);
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ std::string readNumber(int pipeEnd) {
 
 }  // namespace
 
-bool startOwnDisplay(const Unit& unit, std::string& why) {
+bool startOwnDisplay(const Unit& unit, int width, std::string& why) {
     int ends[2];
     if (pipe(ends) != 0) {
         why = "no pipe could be made";
@@ -46,7 +46,7 @@ bool startOwnDisplay(const Unit& unit, std::string& why) {
     }
     fcntl(ends[0], F_SETFD, FD_CLOEXEC);
     char screen[32];
-    std::snprintf(screen, sizeof(screen), "%dx%dx24", kScreenWidth, kScreenHeight);
+    std::snprintf(screen, sizeof(screen), "%dx%dx24", width, kScreenHeight);
     const pid_t server =
         process::startDetached({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
                                 screen, "-nolisten", "tcp", "-noreset"},

@@ -10,9 +10,10 @@ namespace headunit {
 
 inline constexpr int kScreenWidth = 800;
 inline constexpr int kScreenHeight = 480;
+inline constexpr int kPanelWidth = 420;  // right of the screen, when it is wanted
 
-// Starts an Xvfb for the unit and keeps its number. False with the reason.
-bool startOwnDisplay(const Unit& unit, std::string& why);
+// Starts an Xvfb of that width in pixels for the unit and keeps its number. False with the reason.
+bool startOwnDisplay(const Unit& unit, int width, std::string& why);
 // Uses the desktop of the user (DISPLAY).
 void useDesktop(const Unit& unit, const std::string& display);
 

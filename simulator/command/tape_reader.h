@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "simulator/command/describe.h"
 #include "simulator/command/json.h"
 #include "simulator/command/unit.h"
 
@@ -33,8 +34,5 @@ private:
 
 // End of the tape as it is now, in bytes.
 std::uint64_t tapeEnd(const Unit& unit);
-
-// The line as a person reads it.
-std::string describe(const json::Value& line);
 
 }  // namespace headunit

@@ -12,7 +12,7 @@ namespace {
 
 constexpr Verb kVerbs[] = {
     {Does::Look, "boot",
-     "[--pip] [--connect FOLDER] [--headless] [--passive] [--without NAME]... [--late MS]"
+     "[--pip] [--connect FOLDER] [--headless] [--panel] [--passive] [--without NAME]... [--late MS]"
      " [--no-player] [PATH]",
      "start everything; returns when the player shows its first frame", &bootVerb},
     {Does::Act, "restart", "[--pip] [--connect FOLDER] [PATH]",

@@ -17,6 +17,7 @@ bool takeOptions(Words& words, BootOptions& options) {
     options.pip = takeFlag(words, "--pip");
     takeValue(words, "--connect", options.connectFolder);
     options.headless = takeFlag(words, "--headless");
+    options.panel = takeFlag(words, "--panel");
     options.passive = takeFlag(words, "--passive");
     options.noPlayer = takeFlag(words, "--no-player");
     while (takeValue(words, "--without", value)) {

@@ -1,6 +1,9 @@
 // Entry of the program that runs the unit: its hidden window sees every broadcast and carries the
 // one-second clock of the vehicle's speed.
+#include <cwchar>
+
 #include "simulator/console/hub.h"
+#include "simulator/console/panel.h"
 #include "simulator/tape/registered.h"
 #include "simulator/tape/tape.h"
 
@@ -39,7 +42,7 @@ HWND createWindow(HINSTANCE instance) {
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int) {
     SetCurrentDirectoryW(L"H:\\");
     tape::begin();
     const HWND window = createWindow(instance);
@@ -47,8 +50,14 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
         return 1;
     }
     SetTimer(window, hub::kSpeedTimer, 1000, nullptr);
+    const bool wanted = std::wcsstr(commandLine, L"--panel") != nullptr;
+    const HWND panel = wanted ? hub::openPanel(instance) : nullptr;
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (hub::translatePanelKey(panel, message)) {
+            continue;
+        }
+        TranslateMessage(&message);
         DispatchMessageW(&message);
     }
     return 0;

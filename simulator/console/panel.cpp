@@ -1,0 +1,318 @@
+#include "simulator/console/panel.h"
+
+#include <array>
+#include <cwchar>
+#include <string>
+
+#include "simulator/console/hub.h"
+#include "simulator/tape/messages.h"
+
+namespace hub {
+namespace {
+
+constexpr wchar_t kFace[] = L"나눔고딕";
+constexpr int kRow = 28;  // pixels from one row of controls to the next
+constexpr UINT_PTR kTapeTimer = 1;
+constexpr UINT kTapeMilliseconds = 200;
+
+// Numbers of the controls that are more than a button.
+enum Control : int {
+    kVolumeChoice = 100,
+    kSpeedText,
+    kCommandChoice,
+    kConnectText,
+    kTapeList,
+    kFirstButton = 200,
+};
+
+struct Volume {
+    const wchar_t* name;
+    const char* message;
+    int index;
+};
+constexpr Volume kVolumes[] = {
+    {L"SDMMCDisk", "ZEL_BSP_WMUSER_SDCARD", 0}, {L"SDMMCDisk2", "ZEL_BSP_WMUSER_SDCARD", 1},
+    {L"USB", "ZEL_BSP_WMUSER_MNT_USB", 0},      {L"USB2", "ZEL_BSP_WMUSER_MNT_USB", 1},
+    {L"USB3", "ZEL_BSP_WMUSER_MNT_USB", 2},     {L"USB4", "ZEL_BSP_WMUSER_MNT_USB", 3},
+};
+
+std::wstring textOf(HWND panel, int control) {
+    wchar_t text[260] = {};
+    GetDlgItemTextW(panel, control, text, 260);
+    return text;
+}
+
+LRESULT choiceOf(HWND panel, int control) {
+    return SendDlgItemMessageW(panel, control, CB_GETCURSEL, 0, 0);
+}
+
+void post(const char* message, long long wParam, long long lParam) {
+    execute(std::string("message\tpost\t") + message + '\t' + std::to_string(wParam) + '\t' +
+            std::to_string(lParam));
+}
+
+// Puts what was pressed on the tape as the verb of `headunit` that does the same.
+void note(const std::string& verb) {
+    execute("note\t" + verb);
+}
+
+// What the buttons do ---------------------------------------------------------------------------
+
+void key(HWND, int number) {
+    note(number == 5 ? "key prev" : (number == 6 ? "key next" : "key play"));
+    post("ZEL_BSP_WMUSER_IR_KEY", number, 0);
+}
+
+void gesture(HWND, int number) {
+    note(number == 1 ? "gesture prev" : "gesture next");
+    post("ZEL_BSP_WMUSER_GESTURE", number, 0);
+}
+
+void mute(HWND, int on) {
+    note(on != 0 ? "mute on" : "mute off");
+    post("BSP_WMUSER_MUTE_NOTIFICATION", on, 0);
+}
+
+// The volume's folder goes to or comes back from where the `headunit` command keeps it, too.
+void card(HWND panel, int inserted) {
+    const LRESULT choice = choiceOf(panel, kVolumeChoice);
+    if (choice < 0) {
+        return;
+    }
+    const Volume& volume = kVolumes[choice];
+    note((inserted != 0 ? "card insert " : "card remove ") + narrow(volume.name));
+    const std::wstring slot = std::wstring(L"H:\\") + volume.name;
+    const std::wstring kept = std::wstring(L"H:\\.unit\\pulled\\") + volume.name;
+    CreateDirectoryW(L"H:\\.unit\\pulled", nullptr);
+    if (inserted == 0) {
+        MoveFileW(slot.c_str(), kept.c_str());
+    } else if (!MoveFileW(kept.c_str(), slot.c_str())) {
+        CreateDirectoryW(slot.c_str(), nullptr);
+    }
+    post(volume.message, inserted, volume.index);
+}
+
+void drive(HWND panel, int known) {
+    const std::string speed = known != 0 ? narrow(textOf(panel, kSpeedText)) : "off";
+    note("drive " + speed);
+    execute("speed\t" + speed);
+}
+
+void command(HWND panel, int) {
+    const LRESULT choice = choiceOf(panel, kCommandChoice);
+    const tape::Message* message = tape::findMessage("MSG_ProcessManagertoMovie");
+    if (choice >= 0 && message != nullptr) {
+        const tape::Meaning& meaning = message->meanings[static_cast<std::size_t>(choice)];
+        const long long lParam = meaning.lParam == tape::kAny ? 0 : meaning.lParam;
+        note(std::string("send ") + message->name + " " + std::to_string(meaning.wParam) + " " +
+             std::to_string(lParam));
+        post(message->name, meaning.wParam, lParam);
+    }
+}
+
+void endPoint(HWND, int) {
+    note("send MSG_ProcessManagerToOrviEndPoint 0 0");
+    post("MSG_ProcessManagerToOrviEndPoint", 0, 0);
+}
+
+void connectFolder(HWND panel, int) {
+    execute("connect\t" + narrow(textOf(panel, kConnectText)));
+}
+
+void playerDies(HWND, int) {
+    execute("kill\tmovie.exe");
+}
+
+void startAgain(HWND, int pip) {
+    note(pip != 0 ? "restart --pip" : "restart");
+    execute("kill\tmovie.exe");
+    Sleep(300);
+    execute(std::string("start\tmovie.exe\tH:\\\tH:\\ResidentFlash\\apps\\movie.exe") +
+            (pip != 0 ? " PIP" : "") + "\toutput");
+}
+
+void askExit(HWND, int) {
+    note("shutdown");
+    execute("shutdown");
+}
+
+void showHelp(HWND panel, int);
+
+// Where everything stands ------------------------------------------------------------------------
+
+struct Button {
+    int row;
+    int left;
+    int width;
+    const wchar_t* caption;
+    void (*press)(HWND panel, int value);
+    int value;
+    WORD shortcut;  // virtual key; 0 none
+};
+constexpr auto kButtons = std::to_array<Button>({
+    {0, 70, 84, L"Prev  F6", &key, 5, VK_F6},
+    {0, 158, 84, L"Play  F5", &key, 7, VK_F5},
+    {0, 246, 84, L"Next  F7", &key, 6, VK_F7},
+    {0, 334, 80, L"Help  F1", &showHelp, 0, VK_F1},
+    {1, 70, 84, L"Prev", &gesture, 1, 0},
+    {1, 158, 84, L"Next", &gesture, 2, 0},
+    {1, 246, 84, L"Mute on  F8", &mute, 1, VK_F8},
+    {1, 334, 80, L"off  F9", &mute, 0, VK_F9},
+    {2, 190, 110, L"Insert  F2", &card, 1, VK_F2},
+    {2, 304, 110, L"Remove  F3", &card, 0, VK_F3},
+    {3, 130, 84, L"Drive  F4", &drive, 1, VK_F4},
+    {3, 218, 112, L"Signal lost", &drive, 0, 0},
+    {3, 334, 80, L"End point", &endPoint, 0, 0},
+    {4, 304, 110, L"Send  F11", &command, 0, VK_F11},
+    {5, 304, 110, L"Hand over", &connectFolder, 0, 0},
+    {6, 8, 96, L"Player dies", &playerDies, 0, 0},
+    {6, 108, 96, L"Start", &startAgain, 0, 0},
+    {6, 208, 96, L"Start PIP", &startAgain, 1, 0},
+    {6, 308, 106, L"Exit  F12", &askExit, 0, VK_F12},
+});
+
+struct Label {
+    int row;
+    const wchar_t* text;
+};
+constexpr Label kLabels[] = {{0, L"Remote"}, {1, L"Gesture"},  {2, L"Storage"},
+                             {3, L"km/h"},   {4, L"Commands"}, {5, L"ConnectPath"}};
+
+void showHelp(HWND panel, int) {
+    std::wstring text;
+    for (const Button& button : kButtons) {
+        if (button.shortcut != 0) {
+            text += std::wstring(button.caption) + L"\n";
+        }
+    }
+    text +=
+        L"\nTab and Enter reach every control. The list shows the tape:\n"
+        L"what passes between the processes, the newest last.";
+    MessageBoxW(panel, text.c_str(), L"Keys of the panel", MB_OK);
+}
+
+HFONT panelFont() {
+    static const HFONT font = CreateFontW(14, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                          DEFAULT_CHARSET, 0, 0, CLEARTYPE_QUALITY, 0, kFace);
+    return font;
+}
+
+HWND add(HWND panel, const wchar_t* kind, const wchar_t* text, DWORD style, const RECT& area,
+         int number) {
+    const HWND control = CreateWindowExW(
+        0, kind, text, WS_CHILD | WS_VISIBLE | style, area.left, area.top, area.right - area.left,
+        area.bottom - area.top, panel, reinterpret_cast<HMENU>(static_cast<INT_PTR>(number)),
+        GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(panelFont()), FALSE);
+    return control;
+}
+
+RECT place(int row, int left, int width) {
+    const int top = 6 + row * kRow;
+    return {left, top, left + width, top + kRow - 4};
+}
+
+void fillChoices(HWND panel) {
+    for (const Volume& volume : kVolumes) {
+        SendDlgItemMessageW(panel, kVolumeChoice, CB_ADDSTRING, 0,
+                            reinterpret_cast<LPARAM>(volume.name));
+    }
+    if (const tape::Message* message = tape::findMessage("MSG_ProcessManagertoMovie")) {
+        for (const tape::Meaning& meaning : message->meanings) {
+            const std::wstring text = std::to_wstring(meaning.wParam) + L"  " + wide(meaning.text);
+            SendDlgItemMessageW(panel, kCommandChoice, CB_ADDSTRING, 0,
+                                reinterpret_cast<LPARAM>(text.c_str()));
+        }
+    }
+    SendDlgItemMessageW(panel, kVolumeChoice, CB_SETCURSEL, 0, 0);
+    SendDlgItemMessageW(panel, kCommandChoice, CB_SETCURSEL, 0, 0);
+}
+
+void createControls(HWND panel) {
+    for (const Label& label : kLabels) {
+        RECT area = place(label.row, 8, 76);
+        area.top += 4;
+        add(panel, L"STATIC", label.text, 0, area, -1);
+    }
+    for (std::size_t i = 0; i < kButtons.size(); ++i) {
+        const Button& button = kButtons[i];
+        add(panel, L"BUTTON", button.caption, WS_TABSTOP | BS_PUSHBUTTON,
+            place(button.row, button.left, button.width), kFirstButton + static_cast<int>(i));
+    }
+    constexpr DWORD kChoice = WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST;
+    RECT area = place(2, 70, 116);
+    area.bottom += 160;
+    add(panel, L"COMBOBOX", L"", kChoice, area, kVolumeChoice);
+    area = place(4, 84, 216);
+    area.bottom += 220;
+    add(panel, L"COMBOBOX", L"", kChoice, area, kCommandChoice);
+    constexpr DWORD kText = WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL;
+    add(panel, L"EDIT", L"60", kText, place(3, 70, 56), kSpeedText);
+    add(panel, L"EDIT", L"SDMMCDisk\\Record", kText, place(5, 84, 216), kConnectText);
+    area = place(7, 4, kPanelWidth - 8);
+    area.bottom = kPanelHeight - 4;
+    add(panel, L"LISTBOX", L"", WS_VSCROLL | WS_HSCROLL | WS_BORDER | LBS_NOINTEGRALHEIGHT, area,
+        kTapeList);
+    SendDlgItemMessageW(panel, kTapeList, LB_SETHORIZONTALEXTENT, 900, 0);
+    fillChoices(panel);
+}
+
+void pressed(HWND panel, int number) {
+    const auto index = static_cast<std::size_t>(number - kFirstButton);
+    if (number >= kFirstButton && index < kButtons.size()) {
+        kButtons[index].press(panel, kButtons[index].value);
+    }
+}
+
+LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            createControls(panel);
+            SetTimer(panel, kTapeTimer, kTapeMilliseconds, nullptr);
+            return 0;
+        case WM_TIMER:
+            showTape(GetDlgItem(panel, kTapeList));
+            return 0;
+        case WM_COMMAND:
+            if (HIWORD(wParam) == BN_CLICKED) {
+                pressed(panel, LOWORD(wParam));
+            }
+            return 0;
+        case WM_CLOSE:
+            return 0;
+        default:
+            return DefWindowProcW(panel, message, wParam, lParam);
+    }
+}
+
+}  // namespace
+
+HWND openPanel(HINSTANCE instance) {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = panelProcedure;
+    description.hInstance = instance;
+    description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
+    description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    description.lpszClassName = L"headunit.panel";
+    RegisterClassW(&description);
+    return CreateWindowExW(WS_EX_CONTROLPARENT, description.lpszClassName, L"Head unit",
+                           WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, kPanelLeft, 0, kPanelWidth,
+                           kPanelHeight, nullptr, nullptr, instance, nullptr);
+}
+
+bool translatePanelKey(HWND panel, MSG& message) {
+    if (panel == nullptr || (message.hwnd != panel && !IsChild(panel, message.hwnd))) {
+        return false;
+    }
+    if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
+        for (const Button& button : kButtons) {
+            if (button.shortcut != 0 && message.wParam == button.shortcut) {
+                button.press(panel, button.value);
+                return true;
+            }
+        }
+    }
+    return IsDialogMessageW(panel, &message) != FALSE;
+}
+
+}  // namespace hub
