@@ -280,6 +280,7 @@ bool boot(const Unit& unit, const BootOptions& options, std::string& why) {
         why = "a unit runs in " + unit.device.string() + " already; end it with: headunit kill";
         return false;
     }
+    const EndsOnInterrupt guard(unit);
     endUnit(unit);
     if (!prepareDevice(unit, why) || !preparePrefix(why)) {
         return false;

@@ -38,6 +38,10 @@ void redirect(const Options& options, int outputPipe) {
 // In the child, which was forked from a program with one thread.
 // Returns only when the program cannot be started.
 void become(const Arguments& arguments, const Options& options, int outputPipe) {
+    // This command may have put interrupts off; the program must not inherit that.
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
     redirect(options, outputPipe);
     setEnvironment(options.environment);
     if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) {

@@ -109,6 +109,7 @@ std::vector<SectionResult> runScenario(const fs::path& file, const std::vector<S
     stage.updateGolden = options.updateGolden;
     std::error_code error;
     fs::create_directories(stage.unit.device, error);
+    const EndsOnInterrupt guard(stage.unit);
     std::vector<SectionResult> results;
     for (const Section& section : sections) {
         results.push_back(runSection(stage, section));

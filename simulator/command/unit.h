@@ -71,6 +71,16 @@ bool isRunning(const Unit& unit);
 // Ends everything that belongs to the unit, whatever state it is in.
 void endUnit(const Unit& unit);
 
+// While one of these lives, an interrupt (SIGINT, SIGTERM, SIGHUP) ends the unit before it ends
+// this command, so that nothing is left running.
+class EndsOnInterrupt {
+public:
+    explicit EndsOnInterrupt(const Unit& unit);
+    ~EndsOnInterrupt();
+    EndsOnInterrupt(const EndsOnInterrupt&) = delete;
+    EndsOnInterrupt& operator=(const EndsOnInterrupt&) = delete;
+};
+
 // `path` below the unit's folder as the unit names it ("\SDMMCDisk\a.avi"); empty when it is
 // outside.
 std::string unitPath(const Unit& unit, const fs::path& path);

@@ -1,4 +1,6 @@
 // headunit scenario: runs several scenario files side by side and reports on them.
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -121,6 +123,8 @@ void startJob(const Job& job, const ScenarioOptions& options,
     std::fflush(stdout);
     const pid_t child = fork();
     if (child == 0) {
+        // When this command is ended by force its runners end their units.
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
         writeReport(job, runScenario(job.file, job.sections, options));
         std::fflush(stdout);
         _exit(0);
