@@ -1,5 +1,7 @@
 #include "ui/gdi_canvas.h"
 
+#include <string_view>
+
 #include "platform/display.h"
 #include "platform/wide.h"
 
@@ -138,7 +140,7 @@ std::int32_t GdiCanvas::textWidth(const char16_t* text, Font font) {
         firstFont_ = before;
     }
     SIZE size{};
-    const int length = lstrlenW(platform::wide(text));
+    const auto length = static_cast<int>(std::u16string_view(text).size());
     GetTextExtentExPointW(target_, platform::wide(text), length, 0, nullptr, nullptr, &size);
     return size.cx;
 }
