@@ -55,6 +55,14 @@ RECT clippedVideoRectangle() {
     return clipped;
 }
 
+// Where the picture comes or goes, the screen paints the video layer's key or its own background.
+void showVideoArea(std::int32_t shown) {
+    if (appState.videoArea != shown) {
+        appState.videoArea = shown;
+        InvalidateRect(appState.mainWindow, nullptr, FALSE);
+    }
+}
+
 }  // namespace
 
 void setScreenMode(int mode) {
@@ -94,8 +102,8 @@ void placeVideo(int repaint) {
         output.layer = kBackLayer;
         output.enabled = 0;
     }
-    appState.videoArea =
-        output.enabled != 0 && appState.persisted.playState != settings::kStopped ? 1 : 0;
+    showVideoArea(output.enabled != 0 && appState.persisted.playState != settings::kStopped ? 1
+                                                                                            : 0);
     appState.filterControl.PlaceOutput(output);
 }
 
