@@ -168,6 +168,7 @@ void OnPlay() {
         case Outcome::Overtaken:
             return;
         case Outcome::Failed:
+            appState.playLoaded = 1;  // a resume that found nothing to play is finished too
             stopPlayback();
             if (appState.screenMode == kSlideBanner) {
                 shell::setScreenMode(appState.previousScreenMode);
