@@ -5,10 +5,8 @@
 #include <string_view>
 
 #include "platform/display.h"
-#include "platform/file.h"
 #include "platform/folder.h"
 #include "platform/wide.h"
-#include "ui/bitmap_file.h"
 
 namespace ui {
 namespace {
@@ -27,22 +25,6 @@ void formatPath(std::u16string_view folder, const SlotRow& row, SkinPath& path) 
     *out++ = row.folder;
     *out++ = u'\\';
     *std::ranges::copy(file, out).out = u'\0';
-}
-
-// Null for a file that is missing or not what it claims.
-HBITMAP loadBitmap(const char16_t* path) {
-    std::uint32_t error = 0;
-    std::uint64_t bytes = 0;
-    std::size_t read = 0;
-    std::array<std::uint8_t, kBitmapHeadBytes> head;
-    {
-        const auto file = platform::openFile(path, error);
-        if (file == nullptr || !file->size(bytes) || !file->readAt(0, head, read) ||
-            read != head.size() || isSoundBitmap(head, bytes) == 0) {
-            return nullptr;
-        }
-    }
-    return platform::loadBitmapFile(platform::wide(path));
 }
 
 auto& slotsOf(SkinSet set, ScreenState& screens) {
@@ -79,7 +61,8 @@ void loadSet(SkinSet set, ScreenState& screens, HWND window, const char16_t* fol
     for (const SlotRow& row : slotTable(set)) {
         SkinPath path;
         formatPath(folder, row, path);
-        slots[static_cast<std::size_t>(row.slot)] = loadBitmap(path.data());
+        slots[static_cast<std::size_t>(row.slot)] =
+            platform::loadBitmapFile(platform::wide(path.data()));
     }
     if (set == SkinSet::FullWidth) {
         makeBackgroundCache(screens, window);

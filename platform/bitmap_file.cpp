@@ -1,6 +1,6 @@
-#include "ui/bitmap_file.h"
+#include "platform/bitmap_file.h"
 
-namespace ui {
+namespace platform {
 namespace {
 
 //  offset  size
@@ -59,9 +59,18 @@ int isSoundBitmap(std::span<const std::uint8_t, kBitmapHeadBytes> head, std::uin
         width > kLargest || height < 1 || height > kLargest || rows < headers) {
         return 0;
     }
-    const std::int64_t rowBytes = (width * static_cast<std::int64_t>(bits) + 31) / 32 * 4;
-    const auto size = static_cast<std::uint64_t>(rows + rowBytes * height);
-    return size <= fileBytes && static_cast<std::uint64_t>(headers + colours) <= fileBytes ? 1 : 0;
+    return soundBitmapBytes(head) <= fileBytes &&
+                   static_cast<std::uint64_t>(headers + colours) <= fileBytes
+               ? 1
+               : 0;
 }
 
-}  // namespace ui
+std::size_t soundBitmapBytes(std::span<const std::uint8_t, kBitmapHeadBytes> head) {
+    const std::int64_t width = static_cast<std::int32_t>(le32(head, 18));
+    const std::int64_t height = static_cast<std::int32_t>(le32(head, 22));
+    const std::int64_t bits = le32(head, 26) >> 16;
+    const std::int64_t rowBytes = (width * bits + 31) / 32 * 4;
+    return static_cast<std::size_t>(le32(head, 10) + rowBytes * (height < 0 ? -height : height));
+}
+
+}  // namespace platform

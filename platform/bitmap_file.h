@@ -3,10 +3,11 @@
 // Layout: BITMAPFILEHEADER (14 bytes) and BITMAPINFOHEADER (40) of the Windows SDK, little-endian.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
-namespace ui {
+namespace platform {
 
 inline constexpr std::size_t kBitmapHeadBytes = 54;
 
@@ -14,4 +15,8 @@ inline constexpr std::size_t kBitmapHeadBytes = 54;
 // of `fileBytes` holds every row and colour that the header claims, else 0.
 int isSoundBitmap(std::span<const std::uint8_t, kBitmapHeadBytes> head, std::uint64_t fileBytes);
 
-}  // namespace ui
+// Bytes of such a file up to the end of its last row: at most 256 MiB and a little. Only for heads
+// that isSoundBitmap accepts.
+std::size_t soundBitmapBytes(std::span<const std::uint8_t, kBitmapHeadBytes> head);
+
+}  // namespace platform
