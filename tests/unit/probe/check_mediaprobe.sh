@@ -1,9 +1,11 @@
 #!/bin/bash
 # The command mediaprobe: options, exit statuses, names, folders. Needs nothing but the programs.
-# Usage: check_mediaprobe.sh MEDIAPROBE PROBE_SAMPLES
+# Usage: check_mediaprobe.sh MEDIAPROBE PROBE_SAMPLES KIB
+# KIB: the address space for hostile files, or "unlimited".
 set -u
 probe=$(readlink -f "$1")
 samples=$(readlink -f "$2")
+space=$3
 . "$(dirname "$0")/checks.sh"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -93,8 +95,8 @@ hostile() {
     truncate -s 300M "$1"
 }
 little() { # NAME WANTED-STATUS
-    (ulimit -v 24576 && timeout 60 "$probe" "$1" >out.txt 2>err.txt)
-    expect "$1 in 24 MiB of memory" "$2" $?
+    (ulimit -v "$space" && timeout 60 "$probe" "$1" >out.txt 2>err.txt)
+    expect "$1 in an address space of $space KiB" "$2" $?
 }
 hostile list.avi 'RIFF\0\0\0\0AVI LIST\0\0\0\x12hdrlavih\x38\0\0\0'
 little list.avi 1
