@@ -6,7 +6,7 @@
 #include <cstddef>
 
 struct Figures {
-    unsigned handles = 0;       // kernel handles but for registry keys
+    unsigned handles = 0;  // kernel handles but for registry keys; Wine leaves one open per graph
     unsigned registryKeys = 0;  // Wine's filter mapper leaves some open at every search
     unsigned gdiObjects = 0;
     unsigned threads = 0;
