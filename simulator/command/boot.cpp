@@ -129,12 +129,15 @@ bool playerIsVisible(const Unit& unit) {
     return false;
 }
 
-bool hasEnded(const json::Value& line) {
-    return line.textOf("kind") == "process" && line.textOf("from") == "movie.exe" &&
-           line.textOf("text") == "ended";
+// One that was ended just before may still be reported; only the number tells them apart.
+bool hasEnded(const json::Value& line, long long process) {
+    return line.textOf("kind") == "process" && line.textOf("text") == "ended" &&
+           line.numberOf("process", -1) == process;
 }
 
+// `why` brings the player's process number, as the unit has answered, and takes the reason.
 bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::string& why) {
+    const long long process = std::atoll(why.c_str());
     TapeReader reader(unit, from);
     const long long end = process::nowMilliseconds() + kFramePatience;
     while (process::nowMilliseconds() < end) {
@@ -142,7 +145,7 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
             if (isShown(line->value)) {
                 return true;
             }
-            if (hasEnded(line->value)) {
+            if (hasEnded(line->value, process)) {
                 why = "the player ended at once with exit value " +
                       std::to_string(line->value.numberOf("exit", 0)) +
                       "; see: headunit log --device " + unit.device.string();
@@ -255,16 +258,19 @@ bool choose(const Unit& unit, const fs::path& file, std::string& why) {
     return true;
 }
 
+std::string playerCommandLine(bool pip) {
+    return std::string("H:\\ResidentFlash\\apps\\movie.exe") + (pip ? " PIP" : "");
+}
+
 bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why) {
     if (!options.connectFolder.empty() && !ask(unit, {"connect", options.connectFolder}, why)) {
         return false;
     }
     const std::uint64_t from = tapeEnd(unit);
-    const std::string commandLine =
-        std::string("H:\\ResidentFlash\\apps\\movie.exe") + (options.pip ? " PIP" : "");
     const bool managed = std::find(options.without.begin(), options.without.end(),
                                    "processmanager") == options.without.end();
-    return ask(unit, {"start", "movie.exe", "H:\\", commandLine, "output"}, why) &&
+    return ask(unit, {"start", "movie.exe", "H:\\", playerCommandLine(options.pip), "output"},
+               why) &&
            waitForFirstFrame(unit, from, managed, why);
 }
 

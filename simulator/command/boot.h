@@ -29,6 +29,9 @@ bool prepareDevice(const Unit& unit, std::string& why);
 // running.
 bool boot(const Unit& unit, const BootOptions& options, std::string& why);
 
+// How the player is started, in half width when asked for.
+std::string playerCommandLine(bool pip);
+
 // Starts the player in a running unit and waits for its first frame.
 bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why);
 

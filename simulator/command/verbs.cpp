@@ -17,6 +17,8 @@ constexpr Verb kVerbs[] = {
      "start everything; returns when the player shows its first frame", &bootVerb},
     {Does::Act, "restart", "[--pip] [--connect FOLDER] [PATH]",
      "end the player at once and start it again in the running unit", &restartVerb},
+    {Does::Act, "start", "[--pip]", "start the player once more while it runs; returns at once",
+     &startVerb},
     {Does::Act, "send", "[--sync] [--to TITLE] NAME WPARAM LPARAM",
      "post a registered message to the player; --sync sends it and prints the result", &sendVerb},
     {Does::Act, "touch", "X Y [X2 Y2]", "press, (drag,) release with the real pointer", &touchVerb},

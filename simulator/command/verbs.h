@@ -50,6 +50,7 @@ int cutVerb(const Unit& unit, const Words& words);
 int scenarioVerb(const Unit& unit, const Words& words);
 int prepareVerb(const Unit& unit, const Words& words);
 int restartVerb(const Unit& unit, const Words& words);
+int startVerb(const Unit& unit, const Words& words);
 int shutdownVerb(const Unit& unit, const Words& words);
 int killVerb(const Unit& unit, const Words& words);
 int sendVerb(const Unit& unit, const Words& words);

@@ -80,6 +80,18 @@ int restartVerb(const Unit& unit, const Words& given) {
     return startPlayer(unit, options, why) ? 0 : fail(why);
 }
 
+int startVerb(const Unit& unit, const Words& given) {
+    Words words = given;
+    const bool pip = takeFlag(words, "--pip");
+    if (!words.empty()) {
+        return wrongUse("start");
+    }
+    std::string answer;
+    return ask(unit, {"start", "movie.exe", "H:\\", playerCommandLine(pip), "output"}, answer)
+               ? 0
+               : fail(answer);
+}
+
 int cutVerb(const Unit& unit, const Words& words) {
     long long messages = 0;
     if (words.size() > 1 ||

@@ -59,6 +59,12 @@ std::string start(const Words& words) {
                                  std::to_string(error) + ")");
 }
 
+// A window by its title, or one that only takes messages by its class.
+HWND findReceiver(const std::wstring& name) {
+    const HWND titled = FindWindowW(nullptr, name.c_str());
+    return titled != nullptr ? titled : FindWindowExW(HWND_MESSAGE, nullptr, name.c_str(), nullptr);
+}
+
 // message post|send NAME WPARAM LPARAM [TITLE]
 std::string message(const Words& words) {
     long long wParam = 0;
@@ -68,7 +74,7 @@ std::string message(const Words& words) {
     }
     const tape::Message* known = tape::findMessage(words[2]);
     const std::string title = words.size() > 5 ? words[5] : tape::kPlayer;
-    const HWND window = FindWindowW(nullptr, wide(title).c_str());
+    const HWND window = findReceiver(wide(title));
     if (window == nullptr) {
         return failed("there is no window \"" + title + "\"; is the player running?");
     }
