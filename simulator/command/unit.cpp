@@ -212,6 +212,27 @@ bool isRunning(const Unit& unit) {
     return ask(unit, {"ping"}, answer);
 }
 
+pid_t helperProcess(const Unit& unit, const char* name) {
+    const auto number = static_cast<pid_t>(std::atoi(readRunFile(unit, name).c_str()));
+    if (number <= 1 || !process::isAlive(number)) {
+        return 0;
+    }
+    std::ifstream environment("/proc/" + std::to_string(number) + "/environ");
+    std::stringstream text;
+    text << environment.rdbuf();
+    // The entries end with zeros.
+    const std::string entry = "HEADUNIT=" + unit.device.string() + '\0';
+    return text.str().find(entry) != std::string::npos ? number : 0;
+}
+
+void endHelper(const Unit& unit, const char* name) {
+    if (const pid_t helper = helperProcess(unit, name)) {
+        process::end(helper, 2000);
+    }
+    std::error_code error;
+    fs::remove(unit.run() / name, error);
+}
+
 void endUnit(const Unit& unit) {
     std::error_code error;
     if (fs::exists(unit.prefix() / "system.reg", error) ||
@@ -221,16 +242,7 @@ void endUnit(const Unit& unit) {
         process::run({"wineserver", "-w"}, options);
     }
     for (const char* name : {"view-web.pid", "view.pid", "film.pid", "xvfb.pid"}) {
-        const auto number = static_cast<pid_t>(std::atoi(readRunFile(unit, name).c_str()));
-        // The number may belong to somebody else by now.
-        std::ifstream commandLine("/proc/" + std::to_string(number) + "/environ");
-        std::stringstream text;
-        text << commandLine.rdbuf();
-        if (number > 1 &&
-            text.str().find("HEADUNIT=" + unit.device.string()) != std::string::npos) {
-            process::end(number, 2000);
-        }
-        fs::remove(unit.run() / name, error);
+        endHelper(unit, name);
     }
     fs::remove(unit.run() / "port", error);
     fs::remove(unit.run() / "display", error);

@@ -68,6 +68,11 @@ bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& a
 // Whether the unit's hub answers.
 bool isRunning(const Unit& unit);
 
+// The process whose number stands in the run file `name` (Xvfb, the servers of a view): 0 when
+// there is none, when it has ended, or when the number is somebody else's by now.
+pid_t helperProcess(const Unit& unit, const char* name);
+void endHelper(const Unit& unit, const char* name);
+
 // Ends everything that belongs to the unit, whatever state it is in.
 void endUnit(const Unit& unit);
 

@@ -157,9 +157,17 @@ int viewVerb(const Unit& unit, const Words& words) {
     if (!isRunning(unit) || !findPlace(unit, place)) {
         return fail("no unit runs in " + unit.device.string() + "; start one with: headunit boot");
     }
-    if (!readRunFile(unit, "view.url").empty() && !readRunFile(unit, "view-web.pid").empty()) {
-        std::puts(readRunFile(unit, "view.url").c_str());
+    const std::string served = readRunFile(unit, "view.url");
+    if (!served.empty() && helperProcess(unit, "view.pid") != 0 &&
+        helperProcess(unit, "view-web.pid") != 0) {
+        std::puts(served.c_str());
         return 0;
+    }
+    // One of the two has died: the page of the other would stay empty.
+    endHelper(unit, "view-web.pid");
+    endHelper(unit, "view.pid");
+    if (port != 0 && answers(static_cast<int>(port))) {
+        return fail("port " + words[0] + " is in use; name another");
     }
     const int screenPort = freePort();
     const int webPort = port != 0 ? static_cast<int>(port) : freePort();
