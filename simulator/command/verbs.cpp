@@ -37,7 +37,8 @@ constexpr Verb kVerbs[] = {
     {Does::Act, "fault", "NAME NUMBER|off",
      "make the vendor's filters misbehave from the next file on", &faultVerb},
     {Does::Act, "cut", "[MESSAGES]",
-     "cut the unit's power at once, or after that many messages of the player's next start",
+     "cut the unit's power at once, or after that many messages of every later start until "
+     "fault CutAfterMessages off",
      &cutVerb},
     {Does::Look, "shot", "FILE.png", "a picture of the unit's 800 x 480 screen", &shotVerb},
     {Does::Look, "film", "FILE.mp4 SECONDS", "a film of the unit's screen", &filmVerb},
