@@ -226,7 +226,6 @@ void record(const Wish& wish) {
 }
 
 int show(const Wish& wish) {
-    record(wish);
     Box box;
     box.text = trimmed(wish.text);
     box.title = wish.title == nullptr ? L"" : wish.title;
@@ -238,12 +237,15 @@ int show(const Wish& wish) {
         if (disable) {
             EnableWindow(wish.owner, FALSE);
         }
+        record(wish);  // only now: who reads the tape may answer at once
         runUntilAnswered(box);
         if (disable) {
             EnableWindow(wish.owner, TRUE);
         }
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         DestroyWindow(window);
+    } else {
+        record(wish);
     }
     DeleteObject(box.font);
     tape::Line("box").text("from", L"Video").text("answer", answerName(box.answer));

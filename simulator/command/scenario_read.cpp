@@ -8,7 +8,8 @@
 namespace headunit {
 namespace {
 
-constexpr const char* kNotInScenarios[] = {"scenario", "log", "prepare", "view", "film", "replay"};
+constexpr const char* kNotInScenarios[] = {"scenario", "log",    "prepare", "view",
+                                           "film",     "replay", "skin"};
 
 std::string trimmed(const std::string& line) {
     const auto first = line.find_first_not_of(" \t\r");

@@ -48,6 +48,8 @@ constexpr Verb kVerbs[] = {
      "the tape: everything that passed between the processes", &logVerb},
     {Does::Look, "state", "[--json]",
      "windows, Movie.dat, Config.ini, hand-over, thread priorities", &stateVerb},
+    {Does::Look, "skin", "check [DIR]",
+     "list what a skin lacks, what has a wrong size, and on which screen it shows", &skinVerb},
     {Does::Look, "scenario", "[-j N] [--verbose] [--keep] [--junit FILE] [--update-golden] FILE...",
      "run scenario scripts, each in a unit of its own, and print PASS or FAIL", &scenarioVerb},
     {Does::Look, "replay", "TAPE",

@@ -44,6 +44,7 @@ bool parseNumber(const std::string& text, long long& number);
 // "verbs_*.cpp"
 int bootVerb(const Unit& unit, const Words& words);
 int filmVerb(const Unit& unit, const Words& words);
+int skinVerb(const Unit& unit, const Words& words);
 int viewVerb(const Unit& unit, const Words& words);
 int replayVerb(const Unit& unit, const Words& words);
 int cutVerb(const Unit& unit, const Words& words);

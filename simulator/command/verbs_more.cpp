@@ -123,6 +123,20 @@ int makeCard(const Words& words) {
     return status == 0 ? 0 : fail("the card in " + words[0] + " was not made");
 }
 
+// What it finds is printed by the script; its exit status is the verb's.
+int skinVerb(const Unit&, const Words& words) {
+    if (words.empty() || words.size() > 2 || words[0] != "check") {
+        return wrongUse("skin");
+    }
+    if (isCheckOnly()) {
+        return 0;
+    }
+    const std::string folder =
+        words.size() == 2 ? words[1] : (projectRoot() / "out" / "skin").string();
+    return process::run({(projectRoot() / "skin" / "check.sh").string(), folder},
+                        {.keepOutput = true});
+}
+
 int filmVerb(const Unit& unit, const Words& words) {
     long long seconds = 0;
     if (words.size() != 2 || !parseNumber(words[1], seconds) || seconds < 1 || seconds > 3600) {
