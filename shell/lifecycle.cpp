@@ -53,7 +53,7 @@ void loadRestOfSkin() {
     postToProcessManager(kSkinLoaded, 0);
     if (appState.resumePending != 0) {
         appState.resumePending = 0;
-        Player::OnPlay();
+        postRemoteKey(kRemotePlay);
     }
 }
 
