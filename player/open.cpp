@@ -64,12 +64,12 @@ void probeFile() {
     if (appState.persisted.file[0] == u'\0' || info.Open(appState.persisted.file) != probe::kOk) {
         return;
     }
-    appState.audioFormatTag = info.audioFormatTag;
     const std::uint32_t width = info.videoWidth, height = info.videoHeight;
     if (width != 0 && height != 0) {
         const std::uint32_t divisor = std::gcd(width, height);
         appState.aspectX = width / divisor;
         appState.aspectY = height / divisor;
+        appState.audioFormatTag = info.audioFormatTag;  // without a picture it stays 0. Required.
     }
 }
 
