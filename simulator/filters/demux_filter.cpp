@@ -4,10 +4,23 @@
 #include "simulator/filters/chip_codecs.h"
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/faults.h"
+#include "simulator/filters/watched_call.h"
+#include "simulator/tape/tape.h"
 
 namespace filters {
 
+namespace {
+
+// A splitter that has not read for so long while it opens a file will never answer.
+constexpr DWORD kQuietMilliseconds = 2000;
+
+}  // namespace
+
 DemuxFilter::DemuxFilter() : BaseFilter(kDemuxClass) {
+    makeSplitter();
+}
+
+void DemuxFilter::makeSplitter() {
     if (FAILED(CoCreateInstance(kSplitterClass, static_cast<IBaseFilter*>(this),
                                 CLSCTX_INPROC_SERVER, IID_IUnknown,
                                 reinterpret_cast<void**>(innerUnknown_.GetAddressOf())))) {
@@ -127,8 +140,7 @@ HRESULT DemuxFilter::openFile(IPin* file, const AM_MEDIA_TYPE& type) {
     }
     codec_ = sniffVideoCodec(reader_);
     chipLacksCodec_ = codec_ && (!chipDecodes(codec_) || fault(L"NullDecoder"));
-    const ComPtr<IPin> inner = innerInput();
-    result = inner ? inner.Get()->ReceiveConnection(&reader_, &type) : E_UNEXPECTED;
+    result = openInSplitter(type);
     open_ = SUCCEEDED(result);
     if (open_) {
         findStreams();
@@ -137,6 +149,36 @@ HRESULT DemuxFilter::openFile(IPin* file, const AM_MEDIA_TYPE& type) {
         reader_.detach();
     }
     return result;
+}
+
+HRESULT DemuxFilter::openInSplitter(const AM_MEDIA_TYPE& type) {
+    struct Opening {
+        ComPtr<IPin> input;
+        ComPtr<IBaseFilter> self;  // the splitter's references to it are not counted
+        MediaType type;
+        HRESULT result = E_UNEXPECTED;
+    };
+    const auto opening = std::make_shared<Opening>();
+    opening->input = innerInput();
+    opening->self = this;
+    opening->type = MediaType(type);
+    if (!opening->input) {
+        return E_UNEXPECTED;
+    }
+    const auto open = [this, opening] {
+        opening->result = opening->input.Get()->ReceiveConnection(&reader_, &opening->type.get());
+    };
+    if (callWatched(open, reader_.progress(), kQuietMilliseconds)) {
+        return opening->result;
+    }
+    tape::Line("filter")
+        .text("filter", vendor::kDemuxName)
+        .text("what", L"splitter left behind")
+        .text("file", reader_.path().c_str());
+    innerUnknown_.Detach();
+    inner_ = nullptr;
+    makeSplitter();
+    return VFW_E_INVALID_FILE_FORMAT;
 }
 
 void DemuxFilter::closeFile() {

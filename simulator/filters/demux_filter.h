@@ -101,7 +101,9 @@ private:
         DemuxFilter* const demux_;
     };
 
+    void makeSplitter();
     HRESULT openFile(IPin* file, const AM_MEDIA_TYPE& type);
+    HRESULT openInSplitter(const AM_MEDIA_TYPE& type);
     void closeFile();
     ComPtr<IPin> innerInput();
     void findStreams();

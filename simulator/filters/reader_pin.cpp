@@ -103,6 +103,10 @@ HRESULT ReaderPin::admit(LONGLONG offset, LONG bytes) {
 }
 
 HRESULT ReaderPin::SyncRead(LONGLONG offset, LONG bytes, BYTE* out) {
+    ++progress_;
+    if (!file_) {
+        return E_FAIL;  // a splitter that was left behind
+    }
     const HRESULT admitted = admit(offset, bytes);
     if (FAILED(admitted)) {
         return admitted;

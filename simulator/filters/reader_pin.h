@@ -3,6 +3,7 @@
 // splitter's thread, everything else on the application's.
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "simulator/filters/base_pin.h"
@@ -18,6 +19,8 @@ public:
     HRESULT attach(IPin* file);
     void detach();
     const std::wstring& path() const { return path_; }
+    // Counts the reads.
+    const std::atomic<unsigned>& progress() const { return progress_; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         return BasePin::QueryInterface(iid, out);
@@ -56,6 +59,7 @@ private:
     DWORD lastLookTick_ = 0;
     bool present_ = true;
     LONG reported_ = 0;
+    std::atomic<unsigned> progress_ = 0;
     LONGLONG readBytes_ = 0;
     LONGLONG failAfterBytes_ = 0;
     DWORD delayMilliseconds_ = 0;
