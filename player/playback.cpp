@@ -144,6 +144,10 @@ void skip(const char* function, std::int32_t step) {
         return;
     }
     stopPlayback();
+    if (appState.resumePending != 0) {
+        appState.resumePending = 0;
+        appState.persisted.position = 0;  // it belongs to the file that is passed over
+    }
     std::int32_t& index = appState.persisted.fileIndex;
     index += step;
     if (step > 0 && index >= appState.fileCount) {
@@ -163,6 +167,7 @@ void parkOutput() {
 }  // namespace
 
 void OnPlay() {
+    appState.resumePending = 0;
     switch (act()) {
         case Outcome::Nothing:
         case Outcome::Overtaken:

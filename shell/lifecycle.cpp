@@ -52,8 +52,8 @@ void loadRestOfSkin() {
     appState.imageLoaded = 1;
     postToProcessManager(kSkinLoaded, 0);
     if (appState.resumePending != 0) {
-        appState.resumePending = 0;
-        postRemoteKey(kRemotePlay);
+        // Its first tick at once, from the message loop: the screen starts the stored file.
+        PostMessageW(appState.mainWindow, WM_TIMER, kScreenTimer, 0);
     }
 }
 

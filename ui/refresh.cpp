@@ -121,6 +121,14 @@ void endBar() {
     }
 }
 
+// The file that was playing when the player last ended, once the first frame is on screen. A play
+// command that came first has started it already.
+void startPendingFile() {
+    if (appState.resumePending != 0 && appState.imageLoaded != 0) {
+        Player::OnPlay();
+    }
+}
+
 }  // namespace
 
 void screenTimer(UINT_PTR id) {
@@ -128,6 +136,7 @@ void screenTimer(UINT_PTR id) {
         case shell::kPositionTimer:
             return followPosition();
         case shell::kScreenTimer:
+            startPendingFile();
             followClock();
             return followGesture();
         case shell::kBarTimer:
