@@ -60,12 +60,18 @@ bool startHub(const Unit& unit, const BootOptions& options, std::string& why) {
     const std::string desktop = "/desktop=" + unit.desktopName() + "," +
                                 std::to_string(screenWidth(options)) + "x" +
                                 std::to_string(kScreenHeight);
-    const pid_t hub = process::startDetached(
-        {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe",
-         options.panel ? "--panel" : "--no-panel"},
-        {.environment = wineEnvironment(unit.prefix(), readRunFile(unit, "display")),
-         .folder = unit.device.string(),
-         .logFile = (unit.run() / "wine.log").string()});
+    auto environment = wineEnvironment(unit.prefix(), readRunFile(unit, "display"));
+    // With this the panel does what only the PC can.
+    std::error_code error;
+    environment.push_back("HEADUNIT_COMMAND=" + fs::read_symlink("/proc/self/exe", error).string());
+    environment.push_back("HEADUNIT_DEVICE=" + unit.device.string());
+    writeRunFile(unit, "panel", options.panel ? "open" : "");
+    const pid_t hub =
+        process::startDetached({wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe",
+                                options.panel ? "--panel" : "--no-panel"},
+                               {.environment = environment,
+                                .folder = unit.device.string(),
+                                .logFile = (unit.run() / "wine.log").string()});
     if (hub < 0) {
         why = "Wine is missing; install it with: apt-get install wine wine64";
         return false;

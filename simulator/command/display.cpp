@@ -123,6 +123,10 @@ bool movePointer(const Unit& unit, int x, int y, Pointer action, std::string& wh
         why = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
         return false;
     }
+    if (x >= kScreenWidth && readRunFile(unit, "panel").empty()) {
+        why = "the panel is not open; open it with: headunit boot --panel";
+        return false;
+    }
     process::Arguments xdotool = {"xdotool", "mousemove", std::to_string(place.left + x),
                                   std::to_string(place.top + y)};
     if (action != Pointer::Move) {
@@ -149,6 +153,35 @@ bool releasePointer(const Unit& unit, std::string& why) {
         return false;
     }
     return true;
+}
+
+namespace {
+
+bool keyboard(const Unit& unit, const process::Arguments& xdotool, std::string& why) {
+    if (isCheckOnly()) {
+        return true;
+    }
+    if (!isRunning(unit)) {
+        why = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
+        return false;
+    }
+    std::string output;
+    if (process::runReading(xdotool, onDisplay(unit), output) != 0) {
+        why = "xdotool could not press \"" + xdotool.back() +
+              "\"; is it a key's name, is the display still there?";
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool pressKey(const Unit& unit, const std::string& key, std::string& why) {
+    return keyboard(unit, {"xdotool", "key", "--", key}, why);
+}
+
+bool typeText(const Unit& unit, const std::string& text, std::string& why) {
+    return keyboard(unit, {"xdotool", "type", "--delay", "5", "--", text}, why);
 }
 
 }  // namespace headunit

@@ -29,10 +29,15 @@ bool findPlace(const Unit& unit, Place& place);
 // Takes a picture of the screen (800 x 480, PNG). False with the reason.
 bool takePicture(const Unit& unit, const fs::path& file, std::string& why);
 
-// Moves the pointer to a point of the screen and presses or releases.
+// Moves the pointer to a point of the screen, or of the panel beside it, and presses or releases.
 enum class Pointer { Press, Release, Move };
 bool movePointer(const Unit& unit, int x, int y, Pointer action, std::string& why);
 // Releases where the pointer is.
 bool releasePointer(const Unit& unit, std::string& why);
+
+// Presses and releases a key of the PC's keyboard by the name that X gives it ("F2", "Return",
+// "alt+b"), or types a text. What has the focus takes it. False with the reason.
+bool pressKey(const Unit& unit, const std::string& key, std::string& why);
+bool typeText(const Unit& unit, const std::string& text, std::string& why);
 
 }  // namespace headunit

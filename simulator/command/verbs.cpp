@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "simulator/command/display.h"
 #include "simulator/command/verbs.h"
 
 namespace headunit {
@@ -26,8 +27,10 @@ constexpr Verb kVerbs[] = {
     {Does::Act, "release", "[X Y]", "release, after moving there", &releaseVerb},
     {Does::Act, "key", "play|next|prev", "a key of the infrared remote", &keyVerb},
     {Does::Act, "gesture", "next|prev", "a gesture in front of the unit", &gestureVerb},
-    {Does::Act, "card", "insert|remove VOLUME [FOLDER] | make DIR [FILES]",
-     "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4 arrives or goes away;"
+    {Does::Act, "card",
+     "insert VOLUME [FOLDER|--own] | change VOLUME [FOLDER|--own] | remove VOLUME | make DIR "
+     "[FILES]",
+     "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4 arrives, is changed or goes away;"
      " make a dash camera card in an empty folder",
      &cardVerb},
     {Does::Act, "drive", "KMH|off|--chart",
@@ -36,9 +39,13 @@ constexpr Verb kVerbs[] = {
     {Does::Act, "box", "ok|yes|no", "answer the message box that is open", &boxVerb},
     {Does::Act, "fault", "NAME NUMBER|off",
      "make the vendor's filters misbehave from the next file on", &faultVerb},
-    {Does::Act, "cut", "[MESSAGES]",
+    {Does::Look, "press", "KEY...", "keys of the PC's keyboard, for the panel: F2, Tab, Return",
+     &pressVerb},
+    {Does::Look, "type", "TEXT", "a text of ASCII letters on the PC's keyboard, for the panel",
+     &typeVerb},
+    {Does::Act, "cut", "[MESSAGES|--stay]",
      "cut the unit's power at once, or after that many messages of every later start until "
-     "fault CutAfterMessages off",
+     "fault CutAfterMessages off; --stay leaves the screen and the panel, restart powers on again",
      &cutVerb},
     {Does::Look, "shot", "FILE.png", "a picture of the unit's 800 x 480 screen", &shotVerb},
     {Does::Look, "film", "FILE.mp4 SECONDS", "a film of the unit's screen", &filmVerb},
@@ -63,6 +70,12 @@ constexpr Verb kVerbs[] = {
     {Does::Act, "kill", "", "end all processes of the unit at once", &killVerb},
 };
 
+// What is pressed on the panel is put on the tape by the panel, as the verb that does the same.
+bool isOnPanel(const Words& words) {
+    long long x = 0;
+    return words.size() >= 2 && parseNumber(words[0], x) && x >= kScreenWidth;
+}
+
 }  // namespace
 
 std::string joinWords(const Words& words) {
@@ -86,7 +99,7 @@ std::string joinWords(const Words& words) {
 }
 
 int perform(const Verb& verb, const Unit& unit, const Words& words) {
-    if (verb.does == Does::Act && !isCheckOnly()) {
+    if (verb.does == Does::Act && !isCheckOnly() && !isOnPanel(words)) {
         Words all = {verb.name};
         all.insert(all.end(), words.begin(), words.end());
         std::string unused;

@@ -65,6 +65,8 @@ int faultVerb(const Unit& unit, const Words& words);
 int touchVerb(const Unit& unit, const Words& words);
 int holdVerb(const Unit& unit, const Words& words);
 int releaseVerb(const Unit& unit, const Words& words);
+int pressVerb(const Unit& unit, const Words& words);
+int typeVerb(const Unit& unit, const Words& words);
 int shotVerb(const Unit& unit, const Words& words);
 int logVerb(const Unit& unit, const Words& words);
 int stateVerb(const Unit& unit, const Words& words);

@@ -1,4 +1,6 @@
-// What is done to the unit while it runs: messages, keys, cards, speed, boxes, the pointer.
+// What is done to the unit while it runs: messages, keys, speed, boxes, the pointer, the panel's
+// keyboard.
+#include <algorithm>
 #include <cstdio>
 
 #include "simulator/command/display.h"
@@ -18,17 +20,6 @@ constexpr Named kKeys[] = {{"prev", 5}, {"next", 6}, {"play", 7}};
 constexpr Named kGestures[] = {{"prev", 1}, {"next", 2}};
 // Windows' own numbers of the buttons.
 constexpr Named kAnswers[] = {{"ok", 1}, {"yes", 6}, {"no", 7}};
-
-struct Volume {
-    const char* name;
-    const char* message;
-    int index;  // the message's lParam
-};
-constexpr Volume kVolumes[] = {
-    {"SDMMCDisk", "ZEL_BSP_WMUSER_SDCARD", 0}, {"SDMMCDisk2", "ZEL_BSP_WMUSER_SDCARD", 1},
-    {"USB", "ZEL_BSP_WMUSER_MNT_USB", 0},      {"USB2", "ZEL_BSP_WMUSER_MNT_USB", 1},
-    {"USB3", "ZEL_BSP_WMUSER_MNT_USB", 2},     {"USB4", "ZEL_BSP_WMUSER_MNT_USB", 3},
-};
 
 template <std::size_t count>
 const Named* find(const Named (&table)[count], const Words& words) {
@@ -52,66 +43,12 @@ int post(const Unit& unit, const char* message, int wParam, int lParam) {
         answer);
 }
 
-// Of a removed card the folder is kept aside, so that it can be inserted again.
-fs::path pulledFolder(const Unit& unit, const char* volume) {
-    return unit.run() / "pulled" / volume;
-}
-
-int insertCard(const Unit& unit, const Volume& volume, const std::string& folder) {
-    if (isCheckOnly()) {
-        return 0;
-    }
-    std::error_code error;
-    const fs::path slot = unit.device / volume.name;
-    const fs::path pulled = pulledFolder(unit, volume.name);
-    if (fs::exists(slot, error) && !folder.empty()) {
-        return fail("a card is in " + std::string(volume.name) + "; first: headunit card remove " +
-                    volume.name);
-    }
-    if (!folder.empty()) {
-        if (!fs::is_directory(folder, error)) {
-            return fail("there is no folder " + folder);
-        }
-        fs::create_directory_symlink(fs::absolute(folder), slot, error);
-    } else if (!fs::exists(slot, error)) {
-        error.clear();
-        if (fs::exists(fs::symlink_status(pulled, error))) {
-            error.clear();
-            fs::rename(pulled, slot, error);
-        } else {
-            error.clear();
-            fs::create_directories(slot, error);
-        }
-    }
-    return error ? fail("the card cannot be put into " + slot.string() + ": " + error.message())
-                 : post(unit, volume.message, 1, volume.index);
-}
-
-int removeCard(const Unit& unit, const Volume& volume) {
-    if (isCheckOnly()) {
-        return 0;
-    }
-    std::error_code error;
-    const fs::path slot = unit.device / volume.name;
-    const fs::path pulled = pulledFolder(unit, volume.name);
-    if (fs::exists(fs::symlink_status(slot, error))) {
-        fs::create_directories(pulled.parent_path(), error);
-        fs::remove_all(pulled, error);
-        error.clear();
-        fs::rename(slot, pulled, error);
-        if (error) {
-            return fail("the card cannot be pulled out of " + slot.string() + ": " +
-                        error.message());
-        }
-    }
-    return post(unit, volume.message, 0, volume.index);
-}
-
 bool parsePoint(const std::string& x, const std::string& y, int& left, int& top) {
     long long a = 0;
     long long b = 0;
-    if (!parseNumber(x, a) || !parseNumber(y, b) || a < 0 || b < 0 || a >= kScreenWidth ||
-        b >= kScreenHeight) {
+    // The panel stands right of the screen, where there is one.
+    if (!parseNumber(x, a) || !parseNumber(y, b) || a < 0 || b < 0 ||
+        a >= kScreenWidth + kPanelWidth || b >= kScreenHeight) {
         return false;
     }
     left = static_cast<int>(a);
@@ -148,24 +85,6 @@ int gestureVerb(const Unit& unit, const Words& words) {
     const Named* gesture = find(kGestures, words);
     return gesture == nullptr ? wrongUse("gesture")
                               : post(unit, "ZEL_BSP_WMUSER_GESTURE", gesture->number, 0);
-}
-
-int cardVerb(const Unit& unit, const Words& words) {
-    if (!words.empty() && words[0] == "make") {
-        return makeCard({words.begin() + 1, words.end()});
-    }
-    if (words.size() < 2 || words.size() > 3) {
-        return wrongUse("card");
-    }
-    for (const Volume& volume : kVolumes) {
-        if (words[1] == volume.name && words[0] == "insert") {
-            return insertCard(unit, volume, words.size() == 3 ? words[2] : "");
-        }
-        if (words[1] == volume.name && words[0] == "remove" && words.size() == 2) {
-            return removeCard(unit, volume);
-        }
-    }
-    return wrongUse("card");
 }
 
 int driveVerb(const Unit& unit, const Words& words) {
@@ -246,6 +165,28 @@ int touchVerb(const Unit& unit, const Words& words) {
                            y + (toY - y) * step / kDragSteps, Pointer::Move, why);
     }
     return answered(good && movePointer(unit, toX, toY, Pointer::Release, why), why);
+}
+
+int pressVerb(const Unit& unit, const Words& words) {
+    if (words.empty()) {
+        return wrongUse("press");
+    }
+    std::string why;
+    bool good = true;
+    for (const std::string& key : words) {
+        good = good && pressKey(unit, key, why);
+    }
+    return answered(good, why);
+}
+
+int typeVerb(const Unit& unit, const Words& words) {
+    // Keys that the keyboard's layout lacks would have to be put into it first, which Wine misses.
+    const auto isTyped = [](char c) { return c >= ' ' && c <= '~'; };
+    if (words.size() != 1 || words[0].empty() || !std::ranges::all_of(words[0], isTyped)) {
+        return wrongUse("type");
+    }
+    std::string why;
+    return answered(typeText(unit, words[0], why), why);
 }
 
 }  // namespace headunit

@@ -74,6 +74,10 @@ int restartVerb(const Unit& unit, const Words& given) {
             process::sleepMilliseconds(10);
         }
     }
+    // After a cut that left the screen the other processes are started first.
+    if (!ask(unit, {"power"}, why)) {
+        return fail(why);
+    }
     if (!options.play.empty() && !choose(unit, options.play, why)) {
         return fail(why);
     }
@@ -94,8 +98,9 @@ int startVerb(const Unit& unit, const Words& given) {
 
 int cutVerb(const Unit& unit, const Words& words) {
     long long messages = 0;
+    const bool stay = words == Words{"--stay"};
     if (words.size() > 1 ||
-        (words.size() == 1 && (!parseNumber(words[0], messages) || messages < 1))) {
+        (words.size() == 1 && !stay && (!parseNumber(words[0], messages) || messages < 1))) {
         return wrongUse("cut");
     }
     if (isCheckOnly()) {
@@ -106,7 +111,8 @@ int cutVerb(const Unit& unit, const Words& words) {
         return 0;
     }
     std::string answer;
-    return ask(unit, {"fault", "CutAfterMessages", words[0]}, answer) ? 0 : fail(answer);
+    const Words request = stay ? Words{"cut"} : Words{"fault", "CutAfterMessages", words[0]};
+    return ask(unit, request, answer) ? 0 : fail(answer);
 }
 
 int prepareVerb(const Unit& unit, const Words& words) {

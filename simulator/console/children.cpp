@@ -1,5 +1,6 @@
 // Starting and watching the processes of the unit.
 #include <mutex>
+#include <utility>
 
 #include "simulator/console/hub.h"
 #include "simulator/tape/tape.h"
@@ -10,14 +11,19 @@ namespace {
 constexpr wchar_t kTapLibrary[] = L"H:\\.unit\\bin\\tap.dll";
 constexpr DWORD kTapPatience = 5000;  // milliseconds
 
+constexpr DWORD kEndPatience = 2000;  // milliseconds
+constexpr wchar_t kPlayer[] = L"movie.exe";
+
 struct Child {
     std::wstring name;
     HANDLE process;
     DWORD number;
+    Program program;
 };
 
 std::mutex childrenMutex;
 std::vector<Child> children;
+std::vector<Program> withoutPower;
 
 void addChild(const Child& child) {
     const std::lock_guard<std::mutex> lock(childrenMutex);
@@ -167,7 +173,7 @@ DWORD startChild(const Program& program, DWORD& error) {
         output = CreateThread(nullptr, 0, &outputThread, new WatchedOutput{program.name, read}, 0,
                               nullptr);
     }
-    const Child child = {program.name, process.hProcess, process.dwProcessId};
+    const Child child = {program.name, process.hProcess, process.dwProcessId, program};
     addChild(child);
     tape::Line("process")
         .text("from", program.name.c_str())
@@ -216,6 +222,32 @@ void killAllChildren() {
     for (const Child& child : children) {
         TerminateProcess(child.process, 9);
     }
+}
+
+void cutPower() {
+    {
+        const std::lock_guard<std::mutex> lock(childrenMutex);
+        for (const Child& child : children) {
+            TerminateProcess(child.process, 9);
+            if (child.name != kPlayer) {
+                withoutPower.push_back(child.program);
+            }
+        }
+    }
+    for (DWORD waited = 0; waited < kEndPatience; waited += 10) {
+        {
+            const std::lock_guard<std::mutex> lock(childrenMutex);
+            if (children.empty()) {
+                return;
+            }
+        }
+        Sleep(10);
+    }
+}
+
+std::vector<Program> takeWithoutPower() {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    return std::exchange(withoutPower, {});
 }
 
 }  // namespace hub

@@ -20,6 +20,7 @@ constexpr wchar_t kPlayerTitle[] = L"Video";
 constexpr wchar_t kBoxClass[] = L"headunit.box";
 constexpr UINT kSendPatience = 30000;  // milliseconds
 constexpr wchar_t kFaultKey[] = L"Software\\HeadUnit\\Faults";
+constexpr DWORD kPeerPatience = 5000;  // milliseconds
 
 HWND hubWindow;
 
@@ -248,6 +249,40 @@ std::string await(const Words& words) {
     return "ok";
 }
 
+// cut: every process of the unit ends at once, as when its power is cut; this one goes on.
+std::string cut(const Words&) {
+    cutPower();
+    return "ok";
+}
+
+// power: after a cut starts what ran before, but the player. The registry begins anew, as at every
+// boot. Does nothing when the power is on.
+std::string power(const Words&) {
+    const std::vector<Program> programs = takeWithoutPower();
+    if (programs.empty()) {
+        return "ok";
+    }
+    RegDeleteTreeW(HKEY_CURRENT_USER, kFaultKey);
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\BLACKBOX");
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\DirectShow\\ThreadPriority");
+    for (const Program& program : programs) {
+        DWORD error = 0;
+        if (startChild(program, error) == 0) {
+            return failed("Wine could not start " + narrow(program.name) + " (Windows error " +
+                          std::to_string(error) + ")");
+        }
+    }
+    for (const Program& program : programs) {
+        // A process of the unit is named after its window.
+        const std::string shown =
+            await({"await", narrow(program.name), std::to_string(kPeerPatience)});
+        if (shown != "ok") {
+            return shown;
+        }
+    }
+    return "ok";
+}
+
 std::string running(const Words& words) {
     return isRunning(wide(words[1])) ? "ok\tyes" : "ok\tno";
 }
@@ -268,6 +303,7 @@ constexpr Command kCommands[] = {
     {"listing", 2, &listing}, {"connect", 2, &connect},  {"fault", 3, &fault},
     {"state", 1, &state},     {"shutdown", 1, &askExit}, {"kill", 2, &killProgram},
     {"running", 2, &running}, {"await", 3, &await},      {"quit", 1, &quit},
+    {"cut", 1, &cut},         {"power", 1, &power},
 };
 
 }  // namespace

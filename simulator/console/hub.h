@@ -39,6 +39,11 @@ std::wstring childName(DWORD process);
 bool killChild(const std::wstring& name);
 bool isRunning(const std::wstring& name);
 void killAllChildren();
+// Ends all children at once and remembers those that the unit's power starts again: all but the
+// player. Returns when they have ended.
+void cutPower();
+// What cutPower() remembered, in the order of the start; forgets it.
+std::vector<Program> takeWithoutPower();
 
 // state.cpp
 // ----------------------------------------------------------------------------------------

@@ -14,33 +14,7 @@ constexpr wchar_t kFace[] = L"나눔고딕";
 constexpr int kRow = 28;  // pixels from one row of controls to the next
 constexpr UINT_PTR kTapeTimer = 1;
 constexpr UINT kTapeMilliseconds = 200;
-
-// Numbers of the controls that are more than a button.
-enum Control : int {
-    kVolumeChoice = 100,
-    kSpeedText,
-    kCommandChoice,
-    kConnectText,
-    kTapeList,
-    kFirstButton = 200,
-};
-
-struct Volume {
-    const wchar_t* name;
-    const char* message;
-    int index;
-};
-constexpr Volume kVolumes[] = {
-    {L"SDMMCDisk", "ZEL_BSP_WMUSER_SDCARD", 0}, {L"SDMMCDisk2", "ZEL_BSP_WMUSER_SDCARD", 1},
-    {L"USB", "ZEL_BSP_WMUSER_MNT_USB", 0},      {L"USB2", "ZEL_BSP_WMUSER_MNT_USB", 1},
-    {L"USB3", "ZEL_BSP_WMUSER_MNT_USB", 2},     {L"USB4", "ZEL_BSP_WMUSER_MNT_USB", 3},
-};
-
-std::wstring textOf(HWND panel, int control) {
-    wchar_t text[260] = {};
-    GetDlgItemTextW(panel, control, text, 260);
-    return text;
-}
+constexpr int kEndPatience = 2000;  // milliseconds
 
 LRESULT choiceOf(HWND panel, int control) {
     return SendDlgItemMessageW(panel, control, CB_GETCURSEL, 0, 0);
@@ -73,25 +47,6 @@ void mute(HWND, int on) {
     post("BSP_WMUSER_MUTE_NOTIFICATION", on, 0);
 }
 
-// The volume's folder goes to or comes back from where the `headunit` command keeps it, too.
-void card(HWND panel, int inserted) {
-    const LRESULT choice = choiceOf(panel, kVolumeChoice);
-    if (choice < 0) {
-        return;
-    }
-    const Volume& volume = kVolumes[choice];
-    note((inserted != 0 ? "card insert " : "card remove ") + narrow(volume.name));
-    const std::wstring slot = std::wstring(L"H:\\") + volume.name;
-    const std::wstring kept = std::wstring(L"H:\\.unit\\pulled\\") + volume.name;
-    CreateDirectoryW(L"H:\\.unit\\pulled", nullptr);
-    if (inserted == 0) {
-        MoveFileW(slot.c_str(), kept.c_str());
-    } else if (!MoveFileW(kept.c_str(), slot.c_str())) {
-        CreateDirectoryW(slot.c_str(), nullptr);
-    }
-    post(volume.message, inserted, volume.index);
-}
-
 void drive(HWND panel, int known) {
     const std::string speed = known != 0 ? narrow(textOf(panel, kSpeedText)) : "off";
     note("drive " + speed);
@@ -119,6 +74,12 @@ void connectFolder(HWND panel, int) {
     execute("connect\t" + narrow(textOf(panel, kConnectText)));
 }
 
+// As `headunit cut --stay`: no process is told, and this panel powers the unit on again by a start.
+void cutPowerNow(HWND, int) {
+    note("cut --stay");
+    execute("cut");
+}
+
 void playerDies(HWND, int) {
     execute("kill\tmovie.exe");
 }
@@ -126,7 +87,10 @@ void playerDies(HWND, int) {
 void startAgain(HWND, int pip) {
     note(pip != 0 ? "restart --pip" : "restart");
     execute("kill\tmovie.exe");
-    Sleep(300);
+    for (int waited = 0; waited < kEndPatience && isRunning(L"movie.exe"); waited += 10) {
+        Sleep(10);
+    }
+    execute("power");
     execute(std::string("start\tmovie.exe\tH:\\\tH:\\ResidentFlash\\apps\\movie.exe") +
             (pip != 0 ? " PIP" : "") + "\toutput");
 }
@@ -158,36 +122,42 @@ constexpr auto kButtons = std::to_array<Button>({
     {1, 158, 84, L"Next", &gesture, 2, 0},
     {1, 246, 84, L"Mute on  F8", &mute, 1, VK_F8},
     {1, 334, 80, L"off  F9", &mute, 0, VK_F9},
-    {2, 190, 110, L"Insert  F2", &card, 1, VK_F2},
-    {2, 304, 110, L"Remove  F3", &card, 0, VK_F3},
-    {3, 130, 84, L"Drive  F4", &drive, 1, VK_F4},
-    {3, 218, 112, L"Signal lost", &drive, 0, 0},
-    {3, 334, 80, L"End point", &endPoint, 0, 0},
-    {4, 304, 110, L"Send  F11", &command, 0, VK_F11},
-    {5, 304, 110, L"Hand over", &connectFolder, 0, 0},
-    {6, 8, 96, L"Player dies", &playerDies, 0, 0},
-    {6, 108, 96, L"Start", &startAgain, 0, 0},
-    {6, 208, 96, L"Start PIP", &startAgain, 1, 0},
-    {6, 308, 106, L"Exit  F12", &askExit, 0, VK_F12},
+    {2, 190, 110, L"Insert  F2", &insertCard, 1, VK_F2},
+    {2, 304, 110, L"Remove  F3", &removeCard, 0, VK_F3},
+    {3, 304, 110, L"&Browse...  Alt+B", &browse, 0, 0},
+    {4, 130, 84, L"Drive  F4", &drive, 1, VK_F4},
+    {4, 218, 112, L"Signal lost", &drive, 0, 0},
+    {4, 334, 80, L"End point", &endPoint, 0, 0},
+    {5, 304, 110, L"Send  F11", &command, 0, VK_F11},
+    {6, 304, 110, L"Hand over", &connectFolder, 0, 0},
+    {7, 8, 112, L"Power cut  F10", &cutPowerNow, 0, VK_F10},
+    {7, 124, 84, L"Player dies", &playerDies, 0, 0},
+    {7, 212, 52, L"Start", &startAgain, 0, 0},
+    {7, 268, 66, L"Start PIP", &startAgain, 1, 0},
+    {7, 338, 76, L"Exit  F12", &askExit, 0, VK_F12},
 });
 
 struct Label {
     int row;
     const wchar_t* text;
 };
-constexpr Label kLabels[] = {{0, L"Remote"}, {1, L"Gesture"},  {2, L"Storage"},
-                             {3, L"km/h"},   {4, L"Commands"}, {5, L"ConnectPath"}};
+constexpr Label kLabels[] = {{0, L"Remote"}, {1, L"Gesture"},  {2, L"Storage"},    {3, L"Folder"},
+                             {4, L"km/h"},   {5, L"Commands"}, {6, L"ConnectPath"}};
 
 void showHelp(HWND panel, int) {
     std::wstring text;
     for (const Button& button : kButtons) {
-        if (button.shortcut != 0) {
-            text += std::wstring(button.caption) + L"\n";
+        const std::wstring caption = button.caption;
+        const auto mark = caption.find(L'&');
+        if (button.shortcut != 0 || mark != std::wstring::npos) {
+            text += (mark == std::wstring::npos ? caption : caption.substr(mark + 1)) + L"\n";
         }
     }
     text +=
-        L"\nTab and Enter reach every control. The list shows the tape:\n"
-        L"what passes between the processes, the newest last.";
+        L"\nTab and Enter reach every control. Folder: the folder of the PC that\n"
+        L"the slot shows, or nothing for the slot's own card; Browse chooses one,\n"
+        L"Insert puts it in. After a power cut Start powers the unit on.\n"
+        L"The list shows the tape: what passes between the processes, the newest last.";
     MessageBoxW(panel, text.c_str(), L"Keys of the panel", MB_OK);
 }
 
@@ -213,10 +183,7 @@ RECT place(int row, int left, int width) {
 }
 
 void fillChoices(HWND panel) {
-    for (const Volume& volume : kVolumes) {
-        SendDlgItemMessageW(panel, kVolumeChoice, CB_ADDSTRING, 0,
-                            reinterpret_cast<LPARAM>(volume.name));
-    }
+    fillSlots(panel);
     if (const tape::Message* message = tape::findMessage("MSG_ProcessManagertoMovie")) {
         for (const tape::Meaning& meaning : message->meanings) {
             const std::wstring text = std::to_wstring(meaning.wParam) + L"  " + wide(meaning.text);
@@ -224,7 +191,6 @@ void fillChoices(HWND panel) {
                                 reinterpret_cast<LPARAM>(text.c_str()));
         }
     }
-    SendDlgItemMessageW(panel, kVolumeChoice, CB_SETCURSEL, 0, 0);
     SendDlgItemMessageW(panel, kCommandChoice, CB_SETCURSEL, 0, 0);
 }
 
@@ -243,13 +209,14 @@ void createControls(HWND panel) {
     RECT area = place(2, 70, 116);
     area.bottom += 160;
     add(panel, L"COMBOBOX", L"", kChoice, area, kVolumeChoice);
-    area = place(4, 84, 216);
+    area = place(5, 84, 216);
     area.bottom += 220;
     add(panel, L"COMBOBOX", L"", kChoice, area, kCommandChoice);
     constexpr DWORD kText = WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL;
-    add(panel, L"EDIT", L"60", kText, place(3, 70, 56), kSpeedText);
-    add(panel, L"EDIT", L"SDMMCDisk\\Record", kText, place(5, 84, 216), kConnectText);
-    area = place(7, 4, kPanelWidth - 8);
+    add(panel, L"EDIT", L"", kText, place(3, 70, 230), kFolderText);
+    add(panel, L"EDIT", L"60", kText, place(4, 70, 56), kSpeedText);
+    add(panel, L"EDIT", L"SDMMCDisk\\Record", kText, place(6, 84, 216), kConnectText);
+    area = place(8, 4, kPanelWidth - 8);
     area.bottom = kPanelHeight - 4;
     add(panel, L"LISTBOX", L"", WS_VSCROLL | WS_HSCROLL | WS_BORDER | LBS_NOINTEGRALHEIGHT, area,
         kTapeList);
@@ -257,10 +224,37 @@ void createControls(HWND panel) {
     fillChoices(panel);
 }
 
+// Enter in a field does what the button beside it does; on a button it presses it.
+void enter(HWND panel) {
+    const int focus = GetDlgCtrlID(GetFocus());
+    const auto index = static_cast<std::size_t>(focus - kFirstButton);
+    if (focus == kFolderText) {
+        insertCard(panel, 1);
+    } else if (focus == kSpeedText) {
+        drive(panel, 1);
+    } else if (focus == kConnectText) {
+        connectFolder(panel, 0);
+    } else if (focus == kCommandChoice) {
+        command(panel, 0);
+    } else if (focus >= kFirstButton && index < kButtons.size()) {
+        kButtons[index].press(panel, kButtons[index].value);
+    }
+}
+
 void pressed(HWND panel, int number) {
     const auto index = static_cast<std::size_t>(number - kFirstButton);
     if (number >= kFirstButton && index < kButtons.size()) {
         kButtons[index].press(panel, kButtons[index].value);
+    }
+}
+
+void onCommand(HWND panel, int control, int notification) {
+    if (control == kVolumeChoice && notification == CBN_SELCHANGE) {
+        showSlot(panel, true);
+    } else if (control == IDOK) {
+        enter(panel);
+    } else if (notification == BN_CLICKED) {
+        pressed(panel, control);
     }
 }
 
@@ -272,11 +266,10 @@ LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM 
             return 0;
         case WM_TIMER:
             showTape(GetDlgItem(panel, kTapeList));
+            showSlot(panel, false);
             return 0;
         case WM_COMMAND:
-            if (HIWORD(wParam) == BN_CLICKED) {
-                pressed(panel, LOWORD(wParam));
-            }
+            onCommand(panel, LOWORD(wParam), HIWORD(wParam));
             return 0;
         case WM_CLOSE:
             return 0;
@@ -286,6 +279,12 @@ LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM 
 }
 
 }  // namespace
+
+std::wstring textOf(HWND panel, int control) {
+    wchar_t text[1024] = {};
+    GetDlgItemTextW(panel, control, text, 1024);
+    return text;
+}
 
 HWND openPanel(HINSTANCE instance) {
     WNDCLASSW description = {};

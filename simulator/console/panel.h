@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace hub {
 
 inline constexpr int kPanelLeft = 800;
@@ -15,6 +17,31 @@ HWND openPanel(HINSTANCE instance);
 
 // To be asked before a message is dispatched: true when it was a key of the panel.
 bool translatePanelKey(HWND panel, MSG& message);
+
+// Numbers of the controls that are more than a button.
+enum Control : int {
+    kVolumeChoice = 100,
+    kFolderText,
+    kSpeedText,
+    kCommandChoice,
+    kConnectText,
+    kTapeList,
+    kFirstButton = 200,
+};
+
+// What an edit control holds.
+std::wstring textOf(HWND panel, int control);
+
+// panel_storage.cpp: the slots. All of it goes through the `headunit` command, as only a program of
+// the PC can make a folder of the PC appear in the unit.
+void fillSlots(HWND panel);
+// Puts the folder that the chosen slot shows into its field; only when it has changed unless
+// `always`.
+void showSlot(HWND panel, bool always);
+void insertCard(HWND panel, int);
+void removeCard(HWND panel, int);
+// Lets the user choose a folder of the PC for the field.
+void browse(HWND panel, int);
 
 // panel_tape.cpp: adds what is new on the tape to the panel's list.
 void showTape(HWND list);
