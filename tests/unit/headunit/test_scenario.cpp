@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
     Scenario, WrongScenario,
     testing::Values(
         Wrong{"Verb", "boot\nexpct box\n", "2: there is no verb \"expct\""},
-        Wrong{"Point", "touch 800 0\n", "1: usage: headunit touch"},
+        Wrong{"Point", "touch 1220 0\n", "1: usage: headunit touch"},
         Wrong{"Key", "\nkey stop\n", "2: usage: headunit key"},
         Wrong{"Number", "send MSG_SystemBroadcast one 1\n", "1: usage: headunit send"},
         Wrong{"Volume", "card insert CDROM\n", "1: usage: headunit card"},
