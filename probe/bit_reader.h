@@ -29,11 +29,20 @@ public:
     bool flag() { return bit() != 0; }
     // `count` is 0 to 32.
     std::uint32_t bits(unsigned count) {
-        std::uint32_t value = 0;
-        while (count-- > 0) {
-            value = (value << 1) | bit();
+        const std::size_t end = position_ + count;
+        std::uint64_t value = 0;
+        if (end > bytes_.size() * 8) {
+            while (count-- > 0) {
+                value = (value << 1) | bit();
+            }
+            return static_cast<std::uint32_t>(value);
         }
-        return value;
+        for (std::size_t at = position_ / 8; at * 8 < end; ++at) {
+            value = (value << 8) | bytes_[at];
+        }
+        position_ = end;
+        const std::uint64_t wanted = (std::uint64_t{1} << count) - 1;
+        return static_cast<std::uint32_t>((value >> ((0 - end) % 8)) & wanted);
     }
     void skip(std::size_t count) {
         const std::size_t left = bytes_.size() * 8 - position_;

@@ -45,12 +45,26 @@ int brandOf(const std::array<std::uint8_t, kHeadBytes>& head) {
     return code;
 }
 
+// What is filled in when nothing failed on the way.
+struct Values {
+    std::uint32_t audioFormatTag = kAudioNone;
+    std::uint32_t audioBitRate = 0;
+    std::uint32_t audioSampleRate = 0;
+    std::uint32_t audioChannels = 0;
+    std::uint32_t videoFourCC = 0;
+    std::uint32_t videoWidth = 0;
+    std::uint32_t videoHeight = 0;
+    std::uint32_t frameTimeMicroseconds = 0;
+    std::uint32_t videoBitRate = 0;
+    PixelAspect aspect;
+};
+
 struct Durations {
     std::uint64_t video = 0;  // milliseconds
     std::uint64_t audio = 0;
 };
 
-Result fillAudio(Mp4Reader& reader, MediaRecord& values) {
+Result fillAudio(Mp4Reader& reader, Values& values) {
     const SampleDescription& audio = reader.of(TrackKind::Audio).description;
     constexpr std::uint64_t kLongestConfig = 256;
     constexpr std::uint8_t kMpeg2Audio = 0x69;
@@ -88,7 +102,7 @@ Result findVideoAspect(Mp4Reader& reader, const SampleDescription& video, PixelA
     return kOk;
 }
 
-Result fillVideo(Mp4Reader& reader, std::uint64_t milliseconds, MediaRecord& values) {
+Result fillVideo(Mp4Reader& reader, std::uint64_t milliseconds, Values& values) {
     const KindTables& tables = reader.of(TrackKind::Video);
     const SampleDescription& video = tables.description;
     values.videoFourCC = video.format == fourCc("avc1") ? fourCc("AVC1") : fourCc("MP4V");
@@ -102,16 +116,26 @@ Result fillVideo(Mp4Reader& reader, std::uint64_t milliseconds, MediaRecord& val
         values.videoBitRate =
             static_cast<std::uint32_t>(tables.payloadBytes * 8 / milliseconds * 1000);
     }
-    PixelAspect aspect;
-    const Result result = findVideoAspect(reader, video, aspect);
-    values.pixelAspectX = aspect.horizontal;
-    values.pixelAspectY = aspect.vertical;
-    return result;
+    return findVideoAspect(reader, video, values.aspect);
 }
 
-// Step by step into a copy, so that a failure on the way leaves the record alone.
+void copyValues(const Values& values, MediaRecord& record) {
+    record.audioFormatTag = values.audioFormatTag;
+    record.audioBitRate = values.audioBitRate;
+    record.audioSampleRate = values.audioSampleRate;
+    record.audioChannels = values.audioChannels;
+    record.videoFourCC = values.videoFourCC;
+    record.videoWidth = values.videoWidth;
+    record.videoHeight = values.videoHeight;
+    record.frameTimeMicroseconds = values.frameTimeMicroseconds;
+    record.videoBitRate = values.videoBitRate;
+    record.pixelAspectX = values.aspect.horizontal;
+    record.pixelAspectY = values.aspect.vertical;
+}
+
+// A failure on the way leaves the record alone.
 Result fill(Mp4Reader& reader, MediaRecord& record) {
-    MediaRecord values = record;
+    Values values;
     Durations durations;
     Result result = kOk;
     if (reader.lastTrack(TrackKind::Audio)) {
@@ -125,11 +149,11 @@ Result fill(Mp4Reader& reader, MediaRecord& record) {
     if (result != kOk) {
         return result;
     }
-    values.status = kOk;
-    values.containerType = kContainerMp4;
-    values.durationSeconds =
+    copyValues(values, record);
+    record.status = kOk;
+    record.containerType = kContainerMp4;
+    record.durationSeconds =
         static_cast<std::uint32_t>(std::max(durations.video, durations.audio) / 1000);
-    record = values;
     return kOk;
 }
 

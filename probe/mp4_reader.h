@@ -59,11 +59,11 @@ struct TrackSlot {
 // The tables of all tracks of one kind: of several the last one met stays.
 struct KindTables {
     SampleDescription description;
-    Mp4Table timeToSample;   // "stts"
-    Mp4Table sampleToChunk;  // "stsc"
-    Mp4Table sampleSize;     // "stsz"
-    Mp4Table chunkOffset;    // "stco"
-    std::uint64_t payloadBytes = 0;
+    Mp4Table timeToSample;           // "stts"
+    Mp4Table sampleToChunk;          // "stsc"
+    Mp4Table sampleSize;             // "stsz"
+    Mp4Table chunkOffset;            // "stco"
+    std::uint64_t payloadBytes = 0;  // of a video track
 };
 
 struct Mp4Reader {
@@ -94,8 +94,8 @@ enum class BoxStep { Box, End, Failed };
 [[nodiscard]] Result Mp4ParseMdia(Mp4Reader& reader, const Mp4Box& mdia, TrackSlot& slot);
 [[nodiscard]] Result Mp4ParseSampleDescription(Mp4Reader& reader, const Mp4Box& stsd,
                                                TrackKind kind);
-// Adds up the payload of the kind's samples and finds a place for each. kFail when "stsz", "stsc"
-// or "stco" is missing or the chunks do not hold all samples.
+// Adds up the payload of the video samples and finds a place for each sample of the kind. kFail
+// when "stsz", "stsc" or "stco" is missing or the chunks do not hold all samples.
 [[nodiscard]] Result Mp4SetSampleOffsets(Mp4Reader& reader, TrackKind kind);
 // Duration of the last track of that kind by its "stts"; 0 when its timescale is 0.
 [[nodiscard]] Result Mp4TrackDurationMs(Mp4Reader& reader, TrackKind kind,

@@ -1,6 +1,8 @@
 // The sample tables of an MP4 file: sizes, places and times of its samples (ISO/IEC 14496-12 8.6.1
 // and 8.7). Only their sums are wanted, so the tables are read through the window, once.
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 #include "probe/block.h"
 #include "probe/byte_reader.h"
@@ -27,72 +29,78 @@ bool forEachBlock(ReadWindow& file, const Mp4Table& table, std::size_t entryByte
     return true;
 }
 
-// Adds up big-endian 32-bit numbers, two at a time and without turning their bytes around: the
-// even and the odd bytes of eight are kept as four 16-bit sums each, for as long as those hold.
+// Adds up big-endian 32-bit numbers, four at a time and without turning their bytes around: a lane
+// takes two of a number's bytes, low and high, as le16 sees them. What is kept of a lane is its
+// sum modulo 2^16 and the sum of its high bytes; the low ones' follows from both. That holds for
+// 256 rounds, because 256 times 255 is below 2^16.
 std::uint64_t sumBigEndian32(std::span<const std::uint8_t> bytes) {
-    constexpr std::uint64_t kEvenBytes = 0x00FF00FF00FF00FF;
-    constexpr std::size_t kLongestRun = 8 * 256;  // 256 times 255 is below 65,536
+    constexpr std::size_t kLanes = 8, kStep = 2 * kLanes, kLongestRun = 256 * kStep;
+    using Lanes = std::uint16_t __attribute__((vector_size(kStep)));
+    static_assert(std::endian::native == std::endian::little);
     std::uint64_t sum = 0;
     const std::uint8_t* at = bytes.data();
-    const std::uint8_t* const end = at + bytes.size() / 8 * 8;
-    while (at != end) {
-        const std::uint8_t* const stop =
-            at + std::min<std::size_t>(kLongestRun, static_cast<std::size_t>(end - at));
-        std::uint64_t low = 0;   // as le64 sees them: bytes 0, 2, 4, 6
-        std::uint64_t high = 0;  // bytes 1, 3, 5, 7
-        for (; at != stop; at += 8) {
-            const std::uint64_t two = le64(at);
-            low += two & kEvenBytes;
-            high += (two >> 8) & kEvenBytes;
+    const std::uint8_t* const end = at + bytes.size();
+    const std::uint8_t* const lastStep = end - bytes.size() % kStep;
+    while (at != lastStep) {
+        const auto left = static_cast<std::size_t>(lastStep - at);
+        const std::uint8_t* const stop = at + std::min(kLongestRun, left);
+        Lanes whole = {}, high = {};
+        for (; at != stop; at += kStep) {
+            Lanes numbers;
+            std::memcpy(&numbers, at, kStep);
+            whole += numbers;
+            high += numbers >> 8;
         }
-        const auto lane = [](std::uint64_t lanes, unsigned number) {
-            return (lanes >> (16 * number)) & 0xFFFF;
-        };
-        sum += ((lane(low, 0) + lane(low, 2)) << 24) + ((lane(high, 0) + lane(high, 2)) << 16) +
-               ((lane(low, 1) + lane(low, 3)) << 8) + (lane(high, 1) + lane(high, 3));
+        const Lanes low = whole - (high << 8);
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+            const std::uint64_t both = (std::uint64_t{low[lane]} << 8) + high[lane];
+            sum += lane % 2 == 0 ? both << 16 : both;
+        }
     }
-    return bytes.size() % 8 != 0 ? sum + be32(at) : sum;
+    for (; at != end; at += 4) {
+        sum += be32(at);
+    }
+    return sum;
 }
 
 Result sumSampleSizes(Mp4Reader& reader, KindTables& tables) {
     const Mp4Table& sizes = tables.sampleSize;
-    tables.payloadBytes = 0;
+    tables.payloadBytes = std::uint64_t{sizes.constant} * sizes.count;
     if (sizes.constant != 0) {
-        tables.payloadBytes = std::uint64_t{sizes.constant} * sizes.count;
         return kOk;
     }
-    std::uint64_t sum = 0;
-    const bool read =
-        forEachBlock(reader.file, sizes, 4,
-                     [&sum](std::span<const std::uint8_t> block) { sum += sumBigEndian32(block); });
-    tables.payloadBytes = sum;
-    return read ? kOk : kFail;
+    return forEachBlock(reader.file, sizes, 4,
+                        [&tables](std::span<const std::uint8_t> block) {
+                            tables.payloadBytes += sumBigEndian32(block);
+                        })
+               ? kOk
+               : kFail;
 }
 
 // How many samples the chunks hold. "stsc" entry: 0 first chunk (counted from 1), 4 samples per
-// chunk, 8 description; it holds up to the next entry's first chunk.
+// chunk, 8 description; it holds up to the next entry's first chunk. kFail when the entries are
+// not in rising order.
 Result countSamplesInChunks(Mp4Reader& reader, const KindTables& tables, std::uint64_t& samples) {
-    const std::uint64_t chunks = tables.chunkOffset.count;
-    std::uint64_t first = 0;  // of the run that is being counted; 0 before the first entry
+    const std::uint64_t end = std::uint64_t{tables.chunkOffset.count} + 1;
+    std::uint64_t first = 0;    // of the run that is being counted; 0 before the first entry
+    std::uint64_t counted = 0;  // the same, at most `end`
     std::uint64_t perChunk = 0;
-    bool ordered = true;
+    std::uint64_t falling = 0;  // its top bit is set once an entry does not rise
     samples = 0;
-    const auto endRun = [&](std::uint64_t next) {
-        const std::uint64_t end = std::min(next, chunks + 1);
-        samples += end > first ? (end - first) * perChunk : 0;
+    const auto count = [&](std::span<const std::uint8_t> block) {
+        for (std::size_t at = 0; at < block.size(); at += 12) {
+            const std::uint64_t entry = be64(&block[at]);
+            const std::uint64_t next = entry >> 32, until = std::min(next, end);
+            falling |= next - first - 1;
+            samples += (until - counted) * perChunk;
+            first = next;
+            counted = until;
+            perChunk = entry & 0xFFFFFFFF;
+        }
     };
-    const bool read = forEachBlock(reader.file, tables.sampleToChunk, 12,
-                                   [&](std::span<const std::uint8_t> block) {
-                                       for (std::size_t at = 0; at < block.size(); at += 12) {
-                                           const std::uint32_t next = be32(&block[at]);
-                                           ordered = ordered && next > first;
-                                           endRun(next);
-                                           first = next;
-                                           perChunk = be32(&block[at + 4]);
-                                       }
-                                   });
-    endRun(chunks + 1);
-    return read && ordered ? kOk : kFail;
+    const bool read = forEachBlock(reader.file, tables.sampleToChunk, 12, count);
+    samples += (end - counted) * perChunk;
+    return read && (falling >> 63) == 0 ? kOk : kFail;
 }
 
 }  // namespace
@@ -108,7 +116,8 @@ Result Mp4SetSampleOffsets(Mp4Reader& reader, TrackKind kind) {
         return kFail;
     }
     std::uint64_t samples = 0;
-    Result result = sumSampleSizes(reader, tables);
+    // The payload of a picture track gives its bit rate; a sound track tells its own.
+    Result result = kind == TrackKind::Video ? sumSampleSizes(reader, tables) : kOk;
     if (result == kOk) {
         result = countSamplesInChunks(reader, tables, samples);
     }

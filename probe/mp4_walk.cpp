@@ -175,8 +175,8 @@ BoxStep nextBox(ReadWindow& file, std::uint64_t& position, std::uint64_t parentE
     if (position >= parentEnd || parentEnd - position < Mp4Box::kHeader) {
         return BoxStep::End;
     }
-    std::array<std::uint8_t, Mp4Box::kHeader> header;
-    if (!file.readExact(position, header)) {
+    std::span<const std::uint8_t> header;
+    if (!file.view(position, Mp4Box::kHeader, header) || header.size() < Mp4Box::kHeader) {
         return BoxStep::Failed;
     }
     const std::uint64_t size = be32(&header[0]);

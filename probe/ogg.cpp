@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -115,20 +116,20 @@ void findComments(Head head, std::size_t identification, MediaRecord& record) {
     }
 }
 
-// Offset of the last page header that has 26 bytes in `tail`; tail.size() when there is none. Looks
-// at every fourth byte: what stands there tells where the next "OggS" before it may begin.
+// Offset of the last page header that has 26 bytes in `tail`; tail.size() when there is none.
 std::size_t findLastPage(std::span<const std::uint8_t> tail) {
     constexpr std::size_t kHeaderBytes = 26;
-    for (std::size_t at = tail.size() - kHeaderBytes;;) {
-        if (tail[at] == 'O' && beginsWith(tail.subspan(at), "OggS")) {
-            return at;
+    const std::size_t positions = tail.size() - kHeaderBytes + 1;
+    std::size_t last = tail.size();
+    for (std::size_t at = 0; at < positions; ++at) {
+        const void* letter = std::memchr(&tail[at], 'O', positions - at);
+        if (!letter) {
+            break;
         }
-        const std::size_t step = tail[at] == 'g' ? 1 : tail[at] == 'S' ? 3 : 4;
-        if (at < step) {
-            return tail.size();
-        }
-        at -= step;
+        at = static_cast<std::size_t>(static_cast<const std::uint8_t*>(letter) - tail.data());
+        last = beginsWith(tail.subspan(at), "OggS") ? at : last;
     }
+    return last;
 }
 
 // Granule position of the last page: of its eight bytes only the lower four count, sign-extended.

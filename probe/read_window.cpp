@@ -24,38 +24,64 @@ bool ReadWindow::readFile(std::uint64_t offset, std::span<std::uint8_t> out, std
     return done;
 }
 
-bool ReadWindow::fill(std::uint64_t offset, std::size_t wanted) {
-    // The next bytes or bytes shortly behind them are a walk; anything else starts small again.
-    const bool goesOn = length_ != 0 && offset >= start_ && offset <= start_ + length_ + kSmallest;
-    step_ = goesOn ? std::min(step_ * 2, kLargest) : kSmallest;
-    std::size_t length = std::max(step_, wanted);
-    std::uint8_t* buffer = small_.data();
+// How much of `length` bytes at `offset` the file holds: to ask for more would cost a call that
+// only finds its end. Behind the end, the file is left to answer.
+std::size_t ReadWindow::withinFile(std::uint64_t offset, std::size_t length) const {
+    return sizeKnown_ && offset < size_
+               ? static_cast<std::size_t>(std::min<std::uint64_t>(length, size_ - offset))
+               : length;
+}
+
+// The buffer for a window of `length` bytes, which is shortened when the large one cannot be had;
+// null when not even `wanted` bytes would fit then.
+std::uint8_t* ReadWindow::bufferFor(std::uint64_t offset, std::size_t wanted, std::size_t& length) {
     if (length > kSmallest) {
         if (!large_) {
             large_.reset(new (std::nothrow) std::uint8_t[kLargest]);
         }
         if (large_) {
-            buffer = large_.get();
-        } else if (wanted > kSmallest) {
-            return false;
-        } else {
-            length = kSmallest;
+            return large_.get();
         }
+        if (wanted > kSmallest) {
+            return nullptr;
+        }
+        length = kSmallest;
+    }
+    return offset == 0 ? head_.data() : small_.data();
+}
+
+bool ReadWindow::fill(std::uint64_t offset, std::size_t wanted) {
+    // The next bytes or bytes shortly behind them are a walk; anything else starts small again.
+    const bool goesOn = length_ != 0 && offset >= start_ && offset <= start_ + length_ + kSmallest;
+    step_ = goesOn ? std::min(step_ * 2, kLargest) : kSmallest;
+    std::size_t length = withinFile(offset, std::max(step_, wanted));
+    std::uint8_t* const buffer = bufferFor(offset, wanted, length);
+    if (!buffer) {
+        return false;
     }
     length_ = 0;
     window_ = buffer;
     start_ = offset;
-    return readFile(offset, {buffer, length}, length_);
+    const bool done = readFile(offset, {buffer, length}, length_);
+    if (buffer == head_.data()) {
+        headLength_ = length_;
+    }
+    return done;
 }
 
 bool ReadWindow::viewSome(std::uint64_t offset, std::size_t least, std::size_t most,
                           std::span<const std::uint8_t>& bytes) {
     bytes = {};
-    least = std::min(least, kLargest);
-    const bool inside = offset >= start_ && offset - start_ <= length_ &&
-                        least <= length_ - static_cast<std::size_t>(offset - start_);
-    if (!inside && !fill(offset, least)) {
-        return false;
+    least = withinFile(offset, std::min(least, kLargest));
+    if (!atHand(offset, least)) {
+        if (offset <= headLength_ && least <= headLength_ - offset) {
+            const auto skip = static_cast<std::size_t>(offset);
+            bytes = {head_.data() + skip, std::min(most, headLength_ - skip)};
+            return true;
+        }
+        if (!fill(offset, least)) {
+            return false;
+        }
     }
     const std::size_t skip = static_cast<std::size_t>(offset - start_);
     bytes = {window_ + skip, std::min(most, length_ - skip)};
@@ -76,7 +102,7 @@ bool ReadWindow::readUpTo(std::uint64_t offset, std::span<std::uint8_t> out, std
     return true;
 }
 
-bool ReadWindow::readExact(std::uint64_t offset, std::span<std::uint8_t> out) {
+bool ReadWindow::readExactSlowly(std::uint64_t offset, std::span<std::uint8_t> out) {
     std::size_t read = 0;
     return readUpTo(offset, out, read) && read == out.size();
 }

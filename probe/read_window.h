@@ -1,10 +1,12 @@
 // The parsers' view of a file: exact reads at absolute offsets through one window, so that a walk
 // in small steps costs one linear pass and few system calls, and that the ten recognisers share
-// one read of the file's head. The window starts at 4 KiB and doubles while the reads go on
-// where the last one ended, up to 64 KiB. Larger reads go past it straight into the caller's
-// buffer. Lives for one probe; one thread.
+// one read of the file's head, which is kept. The window starts at 4 KiB and doubles while the
+// reads go on where the last one ended, up to 64 KiB. Larger reads go past it straight into the
+// caller's buffer. What the file's size rules out is not asked for. Lives for one probe; one
+// thread.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -34,7 +36,14 @@ public:
     [[nodiscard]] bool size(std::uint64_t& bytes);
 
     // Fills `out` from `offset`. False when a read failed or the file ends before.
-    [[nodiscard]] bool readExact(std::uint64_t offset, std::span<std::uint8_t> out);
+    [[nodiscard]] bool readExact(std::uint64_t offset, std::span<std::uint8_t> out) {
+        const std::uint8_t* bytes = atHand(offset, out.size());
+        if (!bytes) {
+            return readExactSlowly(offset, out);
+        }
+        std::copy_n(bytes, out.size(), out.data());
+        return true;
+    }
 
     // The same straight from the file, without a look at the window and without moving it: for
     // large blocks, and for single small reads that lie scattered.
@@ -49,6 +58,10 @@ public:
     // where the file ends. Valid until the next call. False when a read failed.
     [[nodiscard]] bool view(std::uint64_t offset, std::size_t wanted,
                             std::span<const std::uint8_t>& bytes) {
+        if (const std::uint8_t* first = atHand(offset, wanted)) {
+            bytes = {first, wanted};
+            return true;
+        }
         return viewSome(offset, wanted, wanted, bytes);
     }
 
@@ -63,16 +76,28 @@ public:
     const ReadCounts& counts() const { return counts_; }
 
 private:
+    // `count` bytes of the window at `offset`, or null when it does not hold them all.
+    const std::uint8_t* atHand(std::uint64_t offset, std::size_t count) const {
+        const std::uint64_t skip = offset - start_;
+        return offset >= start_ && skip <= length_ && count <= length_ - skip ? window_ + skip
+                                                                              : nullptr;
+    }
+    bool readExactSlowly(std::uint64_t offset, std::span<std::uint8_t> out);
     bool readFile(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read);
     bool fill(std::uint64_t offset, std::size_t wanted);
+    std::size_t withinFile(std::uint64_t offset, std::size_t length) const;
+    std::uint8_t* bufferFor(std::uint64_t offset, std::size_t wanted, std::size_t& length);
 
     platform::ReadOnlyFile& file_;
-    std::array<std::uint8_t, kSmallest> small_;  // the window while it is small: no allocation
+    // The window while it is small, without an allocation; at the file's start one of its own,
+    // which later windows leave alone.
+    std::array<std::uint8_t, kSmallest> head_, small_;
     std::unique_ptr<std::uint8_t[]> large_;
     const std::uint8_t* window_ = nullptr;
     std::uint64_t start_ = 0;
     std::size_t length_ = 0;
     std::size_t step_ = 0;
+    std::size_t headLength_ = 0;
     std::uint64_t size_ = 0;
     bool sizeKnown_ = false;
     ReadCounts counts_;

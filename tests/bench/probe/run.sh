@@ -5,7 +5,7 @@ set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 cd "$root"
 cmake --preset bench >/dev/null
-cmake --build out/build/bench --target bench_probe >/dev/null
+cmake --build out/build/bench --target bench_probe bench_start >/dev/null
 cmake --preset native >/dev/null
 cmake --build out/build/native --target mediaprobe >/dev/null
 media=out/media
@@ -16,11 +16,13 @@ hour="-nostdin -v error -y -f lavfi -i testsrc=s=64x48:r=25:d=3600 -f lavfi -i s
 [ -e $hours/hour.avi ] || ffmpeg $hour -c:v mpeg4 -g 250 -c:a libmp3lame -b:a 8k $hours/hour.avi
 [ -e $hours/hour.mp4 ] || ffmpeg $hour -c:v mpeg4 -g 250 -c:a aac -b:a 8k $hours/hour.mp4
 out/build/bench/tests/bench/probe/bench_probe --benchmark_repetitions=5 \
-    --benchmark_min_time=0.02 "$@" $media/*.* $hours/*
+    --benchmark_min_time=0.02 --benchmark_enable_random_interleaving=true "$@" \
+    $media/*.* $hours/*
 
 probe=out/build/native/mediaprobe/mediaprobe
 echo 'int main() { return 0; }' >out/empty.cpp
 g++ -O2 out/empty.cpp -o out/empty
+g++ -O2 -static out/empty.cpp -o out/empty-static
 # milliseconds COUNT COMMAND...: mean of one run
 milliseconds() {
     local count=$1 start end
@@ -30,8 +32,9 @@ milliseconds() {
     end=$(date +%s%N)
     awk "BEGIN { printf \"%.2f\", ($end - $start) / 1e6 / $count }"
 }
-echo "an empty program: $(milliseconds 300 out/empty) ms"
-echo "mediaprobe, one file: $(milliseconds 300 $probe $media/h264_aac.mp4) ms"
+start=out/build/bench/tests/bench/probe/bench_start
+echo "mediaprobe on one file against an empty program's start:"
+$start 1000 $probe $media/h264_aac.mp4 out/empty
 five=out/five-hundred
 rm -rf $five
 mkdir -p $five

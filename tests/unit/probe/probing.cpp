@@ -42,6 +42,7 @@ bool TestFile::size(std::uint64_t& bytes) {
 
 bool TestFile::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) {
     read = 0;
+    bytesAsked += buffer.size();
     if (++reads == failAtRead) {
         return false;
     }

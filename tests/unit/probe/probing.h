@@ -26,6 +26,7 @@ public:
     bool sizeFails = false;
 
     std::uint64_t reads = 0;
+    std::uint64_t bytesAsked = 0;
     std::uint64_t bytesRead = 0;
 
 private:

@@ -54,6 +54,24 @@ TEST(BitReader, BitsBeyondTheEndAreZero) {
     EXPECT_FALSE(reader.ok());
 }
 
+TEST(BitReader, ReadsFieldsOfEveryWidthAtEveryPlace) {
+    const auto bytes = std::to_array<std::uint8_t>({0xA5, 0x3C, 0xFF, 0x00, 0x81, 0x7E, 0x19});
+    for (unsigned start = 0; start < 24; ++start) {
+        for (unsigned width = 0; width <= 32; ++width) {
+            probe::BitReader whole(bytes), single(bytes);
+            whole.skip(start);
+            single.skip(start);
+            std::uint32_t expected = 0;
+            for (unsigned i = 0; i < width; ++i) {
+                expected = (expected << 1) | single.bit();
+            }
+            ASSERT_EQ(whole.bits(width), expected) << width << " bits at " << start;
+            ASSERT_EQ(whole.bitPosition(), start + width);
+            ASSERT_TRUE(whole.ok());
+        }
+    }
+}
+
 TEST(FourCc, PutsTheFirstLetterHighest) {
     EXPECT_EQ(probe::fourCc("ftyp"), 0x66747970u);
     EXPECT_EQ(probe::fourCc("RIFF"), 0x52494646u);
@@ -75,6 +93,40 @@ TEST(ReadWindow, ServesAWalkInSmallStepsWithFewReads) {
     EXPECT_LE(file.bytesRead, bytes.size() + 8 * 8);
     EXPECT_EQ(window.counts().reads, file.reads);
     EXPECT_EQ(window.counts().bytes, file.bytesRead);
+}
+
+TEST(ReadWindow, KeepsTheHeadOfTheFile) {
+    Bytes bytes(300000, 1);
+    bytes[5] = 77;
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    std::array<std::uint8_t, 8> out;
+    ASSERT_TRUE(window.readExact(0, out));
+    for (const std::uint64_t far : {std::uint64_t{200000}, std::uint64_t{100000}}) {
+        ASSERT_TRUE(window.readExact(far, out));
+    }
+    EXPECT_EQ(file.reads, 3u);
+    ASSERT_TRUE(window.readExact(0, out));
+    EXPECT_EQ(out[5], 77);
+    ASSERT_TRUE(window.readExact(probe::ReadWindow::kSmallest - out.size(), out));
+    EXPECT_EQ(file.reads, 3u) << "the head was still there";
+    ASSERT_TRUE(window.readExact(100008, out));
+    EXPECT_EQ(file.reads, 3u) << "and so was the window";
+}
+
+TEST(ReadWindow, DoesNotAskForWhatTheSizeRulesOut) {
+    const Bytes bytes(5000, 1);
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    std::uint64_t size = 0;
+    ASSERT_TRUE(window.size(size));
+    std::span<const std::uint8_t> view;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(window.view(4990, 100, view));
+        EXPECT_EQ(view.size(), 10u);
+    }
+    EXPECT_EQ(file.reads, 1u);
+    EXPECT_EQ(file.bytesAsked, 10u);
 }
 
 TEST(ReadWindow, AnExactReadAcrossTheEndFails) {

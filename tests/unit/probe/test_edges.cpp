@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "probe/four_cc.h"
+#include "probe/read_window.h"
 #include "probing.h"
 
 namespace probe_test {
@@ -271,12 +272,13 @@ TEST(LargeFiles, KeepTheLowHalfOfTheirSize) {
     EXPECT_EQ(outcome.info->durationSeconds, ((std::uint64_t{3} << 32) + 5) * 8 / 1411200);
 }
 
-TEST(Reads, OfSmallHeadersAreFew) {
+TEST(Reads, OfSmallFilesAreOne) {
     for (const char* name : {"mp4_avc_and_aac", "wave_pcm_stereo", "image_png_of_64_bytes",
                              "avi_mpeg4_with_idx1", "avi_opendml", "mp4_moov_behind_mdat"}) {
-        const Outcome outcome = probeBytes(sample(name).build());
-        EXPECT_LE(outcome.reads, 4u) << name;
-        EXPECT_LE(outcome.bytesRead, 16384u) << name;
+        const Bytes bytes = sample(name).build();
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.reads, 1u) << name;
+        EXPECT_LE(outcome.bytesRead, probe::ReadWindow::kSmallest) << name;
     }
 }
 
