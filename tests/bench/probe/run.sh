@@ -5,7 +5,7 @@ set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 cd "$root"
 cmake --preset bench >/dev/null
-cmake --build out/build/bench --target bench_probe bench_start >/dev/null
+cmake --build out/build/bench --target bench_probe bench_probe_start >/dev/null
 cmake --preset native >/dev/null
 cmake --build out/build/native --target mediaprobe >/dev/null
 media=out/media
@@ -32,7 +32,7 @@ milliseconds() {
     end=$(date +%s%N)
     awk "BEGIN { printf \"%.2f\", ($end - $start) / 1e6 / $count }"
 }
-start=out/build/bench/tests/bench/probe/bench_start
+start=out/build/bench/tests/bench/probe/bench_probe_start
 echo "mediaprobe on one file against an empty program's start:"
 $start 1000 $probe $media/h264_aac.mp4 out/empty
 five=out/five-hundred
