@@ -210,6 +210,9 @@ TypeList DemuxFilter::UndecodedVideo::offeredTypes() {
 HRESULT DemuxFilter::Stop() {
     length_.stop();
     watching_ = false;
+    for (const auto& stream : streams_) {
+        stream->stop();
+    }
     return inner_->Stop();
 }
 
@@ -219,6 +222,7 @@ HRESULT DemuxFilter::Pause() {
         const bool connected = stream->receiver() != nullptr;
         stream->setLeading(connected && !led);
         led = led || connected;
+        stream->start();
     }
     const HRESULT result = inner_->Pause();
     if (undecoded_.peer()) {

@@ -1,5 +1,8 @@
 #include "simulator/filters/reader_pin.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/faults.h"
 #include "simulator/tape/tape.h"
@@ -9,6 +12,7 @@ namespace filters {
 namespace {
 
 constexpr DWORD kLookMilliseconds = 100;
+constexpr LONG kWindowBytes = 256 * 1024;
 
 // The full path of the file that the pin's filter reads; empty when it does not say.
 std::wstring pathOf(IPin* pin) {
@@ -48,6 +52,7 @@ HRESULT ReaderPin::attach(IPin* file) {
     present_ = true;
     reported_ = 0;
     readBytes_ = 0;
+    windowBytes_ = 0;
     lastLookTick_ = GetTickCount();
     failAfterBytes_ = fault(L"ReadFailAfterBytes");
     delayMilliseconds_ = fault(L"ReadDelayMilliseconds");
@@ -111,11 +116,34 @@ HRESULT ReaderPin::SyncRead(LONGLONG offset, LONG bytes, BYTE* out) {
     if (FAILED(admitted)) {
         return admitted;
     }
-    const HRESULT result = file_.Get()->SyncRead(offset, bytes, out);
+    const HRESULT result = readThroughWindow(offset, bytes, out);
     if (FAILED(result)) {
         reportFailure("file", offset);
     }
     return result;
+}
+
+HRESULT ReaderPin::readThroughWindow(LONGLONG offset, LONG bytes, BYTE* out) {
+    const LONGLONG skipped = offset - windowOffset_;
+    if (skipped < 0 || skipped + bytes > windowBytes_) {
+        LONGLONG total = 0;
+        LONGLONG available = 0;
+        if (bytes >= kWindowBytes || FAILED(file_.Get()->Length(&total, &available)) ||
+            offset < 0 || offset + bytes > total) {
+            return file_.Get()->SyncRead(offset, bytes, out);
+        }
+        const auto wanted = static_cast<LONG>(std::min<LONGLONG>(kWindowBytes, total - offset));
+        window_.resize(kWindowBytes);
+        windowBytes_ = 0;
+        const HRESULT result = file_.Get()->SyncRead(offset, wanted, window_.data());
+        if (result != S_OK) {
+            return file_.Get()->SyncRead(offset, bytes, out);
+        }
+        windowOffset_ = offset;
+        windowBytes_ = wanted;
+    }
+    std::memcpy(out, window_.data() + (offset - windowOffset_), static_cast<std::size_t>(bytes));
+    return S_OK;
 }
 
 HRESULT ReaderPin::SyncReadAligned(IMediaSample* sample) {

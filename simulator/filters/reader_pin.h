@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <string>
+#include <vector>
 
 #include "simulator/filters/base_pin.h"
 #include "simulator/filters/codec_sniffer.h"
@@ -52,8 +53,14 @@ private:
     // Whether the file's volume is still there; asked at most every 100 ms.
     bool volumePresent();
     void reportFailure(const char* why, LONGLONG offset);
+    // Reads from a window that moves with the reading, so that a splitter which takes one packet
+    // at a time costs one read of the file for many.
+    HRESULT readThroughWindow(LONGLONG offset, LONG bytes, BYTE* out);
 
     ComPtr<IAsyncReader> file_;
+    std::vector<BYTE> window_;
+    LONGLONG windowOffset_ = 0;
+    LONG windowBytes_ = 0;  // how many of the window hold what the file holds
     std::wstring path_;
     std::wstring volume_;  // folder of the volume, without a trailing backslash
     DWORD lastLookTick_ = 0;

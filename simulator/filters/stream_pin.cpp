@@ -4,6 +4,19 @@
 
 namespace filters {
 
+namespace {
+
+HRESULT makeAllocator(IMemAllocator** allocator) {
+    return CoCreateInstance(CLSID_MemoryAllocator, nullptr, CLSCTX_INPROC_SERVER, IID_IMemAllocator,
+                            reinterpret_cast<void**>(allocator));
+}
+
+// Wine's mixer runs at this rate wherever the device allows it.
+constexpr DWORD kMixerRate = 48000;
+constexpr long kConvertedBuffers = 2;
+
+}  // namespace
+
 StreamPin::StreamPin(IBaseFilter* owner, SeekTarget* target, IPin* inner)
     : BasePin(owner, PINDIR_OUTPUT, L"Stream"), inner_(inner), relay_(owner, this) {
     seeking_.bind(target, this, inner);
@@ -50,7 +63,10 @@ HRESULT StreamPin::ConnectedTo(IPin** peer) {
 }
 
 HRESULT StreamPin::ConnectionMediaType(AM_MEDIA_TYPE* type) {
-    return inner_->ConnectionMediaType(type);
+    if (!type) {
+        return E_POINTER;
+    }
+    return receiver_ ? relay_.receivedType().copyTo(type) : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT StreamPin::QueryPinInfo(PIN_INFO* info) {
@@ -92,14 +108,30 @@ void* StreamPin::Relay::findInterface(REFIID iid) {
 
 HRESULT StreamPin::Relay::checkType(const AM_MEDIA_TYPE& type) {
     IPin* receiver = stream_->receiver_.Get();
-    return receiver ? receiver->QueryAccept(&type) : S_FALSE;
+    chooseReceivedType(type);
+    return receiver ? receiver->QueryAccept(&receivedType_.get()) : S_FALSE;
+}
+
+void StreamPin::Relay::chooseReceivedType(const AM_MEDIA_TYPE& type) {
+    converter_.close();
+    receivedType_.assign(type);
+    if (type.majortype != MEDIATYPE_Audio || type.formattype != FORMAT_WaveFormatEx ||
+        type.cbFormat < sizeof(WAVEFORMATEX)) {
+        return;
+    }
+    auto* format = reinterpret_cast<WAVEFORMATEX*>(receivedType_.edit().pbFormat);
+    if (converter_.open(*format, type.cbFormat, kMixerRate)) {
+        format->nSamplesPerSec = kMixerRate;
+        format->nAvgBytesPerSec = kMixerRate * format->nBlockAlign;
+    }
 }
 
 HRESULT StreamPin::Relay::connected(IPin*, const AM_MEDIA_TYPE& type) {
     IPin* receiver = stream_->receiver_.Get();
+    chooseReceivedType(type);
     HRESULT result = receiver->QueryInterface(IID_PPV_ARGS(&memory_));
     if (SUCCEEDED(result)) {
-        result = receiver->ReceiveConnection(stream_, &type);
+        result = receiver->ReceiveConnection(stream_, &receivedType_.get());
     }
     if (FAILED(result)) {
         memory_.Reset();
@@ -113,6 +145,20 @@ void StreamPin::Relay::disconnected() {
         stream_->receiver_.Get()->Disconnect();
     }
     memory_.Reset();
+    converted_.Reset();
+}
+
+void StreamPin::Relay::start() {
+    converter_.restart();
+    if (converted_) {
+        converted_.Get()->Commit();
+    }
+}
+
+void StreamPin::Relay::stop() {
+    if (converted_) {
+        converted_.Get()->Decommit();
+    }
 }
 
 HRESULT StreamPin::Relay::EndOfStream() {
@@ -128,15 +174,41 @@ HRESULT StreamPin::Relay::EndFlush() {
 }
 
 HRESULT StreamPin::Relay::NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop, double rate) {
+    converter_.restart();
     return stream_->receiver_ ? stream_->receiver_.Get()->NewSegment(start, stop, rate) : S_OK;
 }
 
 HRESULT StreamPin::Relay::GetAllocator(IMemAllocator** allocator) {
-    return memory_ ? memory_.Get()->GetAllocator(allocator) : VFW_E_NO_ALLOCATOR;
+    if (!memory_) {
+        return VFW_E_NO_ALLOCATOR;
+    }
+    // The receiver's own buffers, if it has any, are for what it gets.
+    return converter_.isOpen() ? makeAllocator(allocator) : memory_.Get()->GetAllocator(allocator);
 }
 
 HRESULT StreamPin::Relay::NotifyAllocator(IMemAllocator* allocator, BOOL readOnly) {
-    return memory_ ? memory_.Get()->NotifyAllocator(allocator, readOnly) : VFW_E_NOT_CONNECTED;
+    if (!memory_) {
+        return VFW_E_NOT_CONNECTED;
+    }
+    if (!converter_.isOpen()) {
+        return memory_.Get()->NotifyAllocator(allocator, readOnly);
+    }
+    ALLOCATOR_PROPERTIES properties{};
+    ALLOCATOR_PROPERTIES actual{};
+    HRESULT result = allocator->GetProperties(&properties);
+    if (SUCCEEDED(result) &&
+        FAILED(memory_.Get()->GetAllocator(converted_.ReleaseAndGetAddressOf()))) {
+        result = makeAllocator(&converted_);
+    }
+    if (SUCCEEDED(result)) {
+        const auto bytes = static_cast<std::size_t>(properties.cbBuffer);
+        properties.cBuffers = kConvertedBuffers;
+        properties.cbBuffer = static_cast<long>(converter_.mostBytes(bytes));
+        properties.cbAlign = 1;
+        properties.cbPrefix = 0;
+        result = converted_.Get()->SetProperties(&properties, &actual);
+    }
+    return SUCCEEDED(result) ? memory_.Get()->NotifyAllocator(converted_.Get(), FALSE) : result;
 }
 
 HRESULT StreamPin::Relay::GetAllocatorRequirements(ALLOCATOR_PROPERTIES* wanted) {
@@ -149,7 +221,38 @@ HRESULT StreamPin::Relay::Receive(IMediaSample* sample) {
         // Signed samples: all bits zero is silence. (Eight-bit sound would click once.)
         std::memset(bytes, 0, static_cast<std::size_t>(sample->GetActualDataLength()));
     }
-    return memory_ ? memory_.Get()->Receive(sample) : VFW_E_NOT_CONNECTED;
+    if (!memory_) {
+        return VFW_E_NOT_CONNECTED;
+    }
+    return converter_.isOpen() ? receiveConverted(sample) : memory_.Get()->Receive(sample);
+}
+
+HRESULT StreamPin::Relay::receiveConverted(IMediaSample* sample) {
+    REFERENCE_TIME begin = 0;
+    REFERENCE_TIME end = 0;
+    const bool timed = sample->GetTime(&begin, &end) == S_OK;
+    const bool broken = sample->IsDiscontinuity() == S_OK;
+    const auto bytes = static_cast<std::size_t>(sample->GetActualDataLength());
+    ComPtr<IMediaSample> out;
+    BYTE* from = nullptr;
+    BYTE* to = nullptr;
+    HRESULT result = converted_.Get()->GetBuffer(&out, nullptr, nullptr, 0);
+    if (FAILED(result) || FAILED(result = sample->GetPointer(&from)) ||
+        FAILED(result = out->GetPointer(&to))) {
+        return result;
+    }
+    if (converter_.mostBytes(bytes) > static_cast<std::size_t>(out->GetSize())) {
+        return VFW_E_BUFFER_OVERFLOW;
+    }
+    if (broken) {
+        converter_.restart();
+    }
+    out->SetActualDataLength(static_cast<long>(converter_.convert(from, bytes, to)));
+    out->SetTime(timed ? &begin : nullptr, timed ? &end : nullptr);
+    out->SetDiscontinuity(broken);
+    out->SetPreroll(sample->IsPreroll() == S_OK);
+    out->SetSyncPoint(sample->IsSyncPoint() == S_OK);
+    return memory_.Get()->Receive(out.Get());
 }
 
 HRESULT StreamPin::Relay::ReceiveMultiple(IMediaSample** samples, LONG count, LONG* taken) {

@@ -1,12 +1,15 @@
 // An output pin of the demultiplexer: the face of one of the splitter's pins. The splitter is
 // connected to a relay inside, which hands samples and stream events on to the real receiver; so
-// the graph sees pins of the demultiplexer only, and an audio stream can be silenced on its way.
+// the graph sees pins of the demultiplexer only, and an audio stream can be silenced on its way and
+// is brought to the rate of the system's mixer.
 // Connections are made on the application's thread, samples come on the splitter's.
 #pragma once
 
 #include <atomic>
 
 #include "simulator/filters/base_pin.h"
+#include "simulator/filters/media_type.h"
+#include "simulator/filters/rate_converter.h"
 #include "simulator/filters/stream_seeking.h"
 
 namespace filters {
@@ -24,6 +27,9 @@ public:
     // See StreamSeeking::inner.
     IMediaSeeking* innerSeeking() const { return seeking_.inner(); }
     IPin* receiver() const { return receiver_.Get(); }
+    // Samples will come; no samples will come, and none that waits for a buffer goes on waiting.
+    void start() { relay_.start(); }
+    void stop() { relay_.stop(); }
 
     HRESULT STDMETHODCALLTYPE Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) override;
     HRESULT STDMETHODCALLTYPE Disconnect() override;
@@ -64,6 +70,11 @@ private:
                                                   LONG* taken) override;
         HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override;
 
+        void start();
+        void stop();
+        // What the receiver gets: the splitter's type, or the one that its sound is converted to.
+        const MediaType& receivedType() const { return receivedType_; }
+
     protected:
         void* findInterface(REFIID iid) override;
         HRESULT checkType(const AM_MEDIA_TYPE& type) override;
@@ -71,8 +82,15 @@ private:
         void disconnected() override;
 
     private:
+        // Opens or closes the converter for sound of this type.
+        void chooseReceivedType(const AM_MEDIA_TYPE& type);
+        HRESULT receiveConverted(IMediaSample* sample);
+
         StreamPin* const stream_;
         ComPtr<IMemInputPin> memory_;  // the receiver's
+        MediaType receivedType_;
+        RateConverter converter_;
+        ComPtr<IMemAllocator> converted_;  // buffers of the converted sound
     };
 
     ComPtr<IPin> receiver_;
