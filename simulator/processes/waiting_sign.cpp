@@ -1,0 +1,118 @@
+#include "simulator/processes/waiting_sign.h"
+
+#include <windows.h>
+
+#include <cmath>
+
+namespace sign {
+namespace {
+
+constexpr wchar_t kClass[] = L"ani_waiting.sign";
+constexpr int kSide = 88;   // pixels
+constexpr int kRing = 28;   // from the middle to the dots' middles
+constexpr int kRadius = 7;  // of a dot
+constexpr int kDots = 8;
+constexpr UINT kStepMilliseconds = 100;
+constexpr UINT_PTR kTimer = 1;
+constexpr COLORREF kGround = RGB(20, 24, 30);
+constexpr RECT kScreen = {0, 0, 800, 480};
+
+HWND window;
+int leading;  // the brightest dot
+
+HWND player() {
+    return FindWindowW(L"Video", L"Video");
+}
+
+// Each dot is darker than the one before it.
+COLORREF colourOf(int dot) {
+    const int behind = (leading - dot + kDots) % kDots;
+    const int light = 240 - behind * 26;
+    return RGB(light, light, light);
+}
+
+void drawDots(HDC device) {
+    SelectObject(device, GetStockObject(DC_BRUSH));
+    SelectObject(device, GetStockObject(NULL_PEN));
+    for (int dot = 0; dot < kDots; ++dot) {
+        const double angle = 2.0 * 3.14159265358979 * dot / kDots;
+        const int x = kSide / 2 + static_cast<int>(std::lround(kRing * std::sin(angle)));
+        const int y = kSide / 2 - static_cast<int>(std::lround(kRing * std::cos(angle)));
+        SetDCBrushColor(device, colourOf(dot));
+        Ellipse(device, x - kRadius, y - kRadius, x + kRadius + 1, y + kRadius + 1);
+    }
+}
+
+void paint() {
+    PAINTSTRUCT paint;
+    const HDC device = BeginPaint(window, &paint);
+    const RECT all = {0, 0, kSide, kSide};
+    SetDCBrushColor(device, kGround);
+    FillRect(device, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    drawDots(device);
+    EndPaint(window, &paint);
+}
+
+void turn() {
+    if (player() == nullptr) {
+        show(false);
+        return;
+    }
+    leading = (leading + 1) % kDots;
+    InvalidateRect(window, nullptr, FALSE);
+}
+
+LRESULT CALLBACK procedure(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT:
+            paint();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_TIMER:
+            turn();
+            return 0;
+        case WM_NCHITTEST:
+            return HTTRANSPARENT;
+        default:
+            return DefWindowProcW(receiver, message, wParam, lParam);
+    }
+}
+
+}  // namespace
+
+bool create() {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = procedure;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.lpszClassName = kClass;
+    RegisterClassW(&description);
+    // Only a layered window that is transparent too lets touches through to other processes.
+    constexpr DWORD kStyle =
+        WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_TRANSPARENT;
+    window = CreateWindowExW(kStyle, kClass, L"", WS_POPUP, 0, 0, kSide, kSide, nullptr, nullptr,
+                             description.hInstance, nullptr);
+    return window != nullptr && SetLayeredWindowAttributes(window, 0, 255, LWA_ALPHA);
+}
+
+void show(bool wanted) {
+    if (!wanted) {
+        KillTimer(window, kTimer);
+        ShowWindow(window, SW_HIDE);
+        return;
+    }
+    RECT area = kScreen;
+    const HWND shown = player();
+    if (shown != nullptr) {
+        GetWindowRect(shown, &area);
+    }
+    // Not topmost, and raised only once: while a window above them is visible Wine does not carry
+    // the order of the player's windows over to the X server, and its screen would stay under its
+    // picture.
+    SetWindowPos(window, HWND_TOP, (area.left + area.right - kSide) / 2,
+                 (area.top + area.bottom - kSide) / 2, kSide, kSide,
+                 SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    SetTimer(window, kTimer, kStepMilliseconds, nullptr);
+}
+
+}  // namespace sign
