@@ -28,6 +28,10 @@ bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
     if (verb == findVerb("shot") && !words.empty() && words[0].find('/') == std::string::npos) {
         words[0] = (stage.unit.device.parent_path() / words[0]).string();
     }
+    // So does a card that is made there, as the unit names it.
+    if (words.size() > 1 && verb == findVerb("card") && words[0] == "make" && words[1][0] != '/') {
+        words[1] = hostPath(stage.unit, words[1]).string();
+    }
     const Quiet quiet;
     if (perform(*verb, stage.unit, words) == 0) {
         return true;

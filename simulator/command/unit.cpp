@@ -241,7 +241,7 @@ void endUnit(const Unit& unit) {
         process::run({"wineserver", "-k"}, options);
         process::run({"wineserver", "-w"}, options);
     }
-    for (const char* name : {"view-web.pid", "view.pid", "film.pid", "xvfb.pid"}) {
+    for (const char* name : {"record.pid", "view-web.pid", "view.pid", "film.pid", "xvfb.pid"}) {
         endHelper(unit, name);
     }
     fs::remove(unit.run() / "port", error);

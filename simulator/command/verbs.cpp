@@ -33,6 +33,10 @@ constexpr Verb kVerbs[] = {
      "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4 arrives, is changed or goes away;"
      " make a dash camera card in an empty folder",
      &cardVerb},
+    {Does::Act, "record", "FILE.avi SECONDS | off",
+     "the dash camera records into a file of the unit, which grows in real time; the camera is "
+     "switched off",
+     &recordVerb},
     {Does::Act, "drive", "KMH|off|--chart",
      "vehicle speed, or the loss of its signal; when it blocks the picture", &driveVerb},
     {Does::Act, "mute", "on|off", "the board's mute notification", &muteVerb},

@@ -64,6 +64,7 @@ int boxVerb(const Unit& unit, const Words& words);
 int faultVerb(const Unit& unit, const Words& words);
 int touchVerb(const Unit& unit, const Words& words);
 int holdVerb(const Unit& unit, const Words& words);
+int recordVerb(const Unit& unit, const Words& words);
 int releaseVerb(const Unit& unit, const Words& words);
 int pressVerb(const Unit& unit, const Words& words);
 int typeVerb(const Unit& unit, const Words& words);

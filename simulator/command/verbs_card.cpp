@@ -24,6 +24,9 @@ constexpr char kOwn[] = "--own";
 
 int post(const Unit& unit, const Volume& volume, int arrived) {
     std::string answer;
+    if (!ask(unit, {"await", "Video", "0"}, answer) && isRunning(unit)) {
+        return 0;  // nobody is there to be told
+    }
     return ask(unit,
                {"message", "post", volume.message, std::to_string(arrived),
                 std::to_string(volume.index)},

@@ -1,4 +1,6 @@
 // Starting and ending: boot, restart, shutdown, kill.
+#include <signal.h>
+
 #include <cstdio>
 
 #include "simulator/command/boot.h"
@@ -105,6 +107,12 @@ int cutVerb(const Unit& unit, const Words& words) {
     }
     if (isCheckOnly()) {
         return 0;
+    }
+    if (words.empty() || stay) {
+        // The camera has the same power: what it records is cut off.
+        if (const pid_t camera = helperProcess(unit, "record.pid")) {
+            kill(camera, SIGKILL);
+        }
     }
     if (words.empty()) {
         endUnit(unit);

@@ -74,10 +74,9 @@ void connectFolder(HWND panel, int) {
     execute("connect\t" + narrow(textOf(panel, kConnectText)));
 }
 
-// As `headunit cut --stay`: no process is told, and this panel powers the unit on again by a start.
+// No process is told; a start powers the unit on again.
 void cutPowerNow(HWND, int) {
-    note("cut --stay");
-    execute("cut");
+    runHeadunit({L"cut", L"--stay"});
 }
 
 void playerDies(HWND, int) {

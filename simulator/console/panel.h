@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 namespace hub {
 
@@ -34,6 +35,9 @@ std::wstring textOf(HWND panel, int control);
 
 // panel_storage.cpp: the slots. All of it goes through the `headunit` command, as only a program of
 // the PC can make a folder of the PC appear in the unit.
+
+// Starts `headunit` with these words for this unit; returns at once. What it does is on the tape.
+void runHeadunit(const std::vector<std::wstring>& words);
 void fillSlots(HWND panel);
 // Puts the folder that the chosen slot shows into its field; only when it has changed unless
 // `always`.

@@ -78,7 +78,16 @@ std::wstring folderOf(const std::wstring& slot) {
     return wide(text.substr(0, text.find('\n')));
 }
 
-// Starts the `headunit` command; what it does is seen on the tape.
+// The folder that is chosen when the dialog opens.
+int CALLBACK chooseFirst(HWND dialog, UINT message, LPARAM, LPARAM path) {
+    if (message == BFFM_INITIALIZED) {
+        SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, path);
+    }
+    return 0;
+}
+
+}  // namespace
+
 void runHeadunit(const std::vector<std::wstring>& words) {
     const std::wstring program = windowsPath(environmentText(L"HEADUNIT_COMMAND"));
     std::wstring line = L"headunit";
@@ -95,16 +104,6 @@ void runHeadunit(const std::vector<std::wstring>& words) {
         CloseHandle(process.hProcess);
     }
 }
-
-// The folder that is chosen when the dialog opens.
-int CALLBACK chooseFirst(HWND dialog, UINT message, LPARAM, LPARAM path) {
-    if (message == BFFM_INITIALIZED) {
-        SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, path);
-    }
-    return 0;
-}
-
-}  // namespace
 
 void fillSlots(HWND panel) {
     for (const wchar_t* const slot : kSlots) {

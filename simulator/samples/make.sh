@@ -2,7 +2,7 @@
 # Makes the sample recordings with ffmpeg, once, and puts them onto a unit's storage.
 # usage: make.sh SAMPLES [DEVICE]
 # SAMPLES gets the recordings as they lie on the volumes (SDMMCDisk/..., USB/...); with DEVICE they
-# are linked into that folder, where nothing that is there already is touched.
+# are copied into that folder, where nothing that is there already is touched.
 # Each shows a running clock and a moving pattern and beeps once a second.
 set -eu
 [ $# -ge 1 ] && [ $# -le 2 ] || { echo "usage: make.sh SAMPLES [DEVICE]" >&2; exit 2; }
@@ -79,9 +79,10 @@ if [ ! -f "$captions" ]; then
 fi
 
 [ $# = 2 ] || exit 0
-# Hard links, so that deleting a recording on the unit leaves the sample; copies on another disk.
+# Copies with their own time: under Wine a file that has a second name, and is open by that, would go
+# only when it is closed.
 (cd "$samples" && find . -type f ! -name '.*') | while read -r file; do
     [ -e "$2/$file" ] && continue
     mkdir -p "$2/$(dirname "$file")"
-    ln "$samples/$file" "$2/$file" 2>/dev/null || cp "$samples/$file" "$2/$file"
+    cp -p --reflink=auto "$samples/$file" "$2/$file"
 done
