@@ -55,9 +55,9 @@ int CFilterControl::createObject(REFCLSID classId, REFIID iid, void** object,
     std::array<wchar_t, kLongestText> text{};
     _snwprintf(text.data(), text.size() - 1, L"[FAIL]CoCreateInstance(%lx%lx%lx%lx), %ls", words[0],
                words[1], words[2], words[3], failure);
+    platform::showMessageBox(window_, text.data(), L"TCCAMManger", MB_OK, 1);
     platform::print("[FAIL]CoCreateInstance(%lx%lx%lx%lx) hr=%lx\r\n", words[0], words[1], words[2],
                     words[3], static_cast<unsigned long>(result));
-    platform::showMessageBox(window_, text.data(), L"TCCAMManger", MB_OK, 1);
     return 0;
 }
 
@@ -73,18 +73,20 @@ int CFilterControl::addFilter(IBaseFilter* filter, const wchar_t* name, HRESULT&
     return 0;
 }
 
-void CFilterControl::createGraph() {
+// The result is that of creating the graph: what a graph lacks does not keep it from being built.
+HRESULT CFilterControl::createGraph() {
     HRESULT result = S_OK;
     if (!createObject(CLSID_FilterGraph, IID_IGraphBuilder, graph_.outVoid(),
                       L"CLSID_FilterGraph fail", result)) {
-        return;
+        return result;
     }
     mediaControl_ = graph_.query<IMediaControl>(IID_IMediaControl);
-    if (!mediaControl_) {
+    if (mediaControl_) {
+        mediaSeeking_ = mediaControl_.query<IMediaSeeking>(IID_IMediaSeeking);
+    } else {
         platform::print("ERROR: m_pMC=NULL\r\n");
-        return;
     }
-    mediaSeeking_ = mediaControl_.query<IMediaSeeking>(IID_IMediaSeeking);
+    return result;
 }
 
 platform::ComPtr<IBaseFilter> CFilterControl::findFilter(const wchar_t* name) {
@@ -103,8 +105,8 @@ int CFilterControl::CreateFilterForPlaying(const wchar_t* path, int x, int y, in
         return kGraphFailed;
     }
     window_ = window;
-    createGraph();
-    lastRenderResult_ = graph_ ? graph_->RenderFile(path, nullptr) : E_FAIL;
+    const HRESULT created = createGraph();
+    lastRenderResult_ = graph_ ? graph_->RenderFile(path, nullptr) : created;
     if (FAILED(lastRenderResult_)) {
         buildingState_ = kIdle;
         return kGraphFailed;

@@ -47,7 +47,7 @@ public:
     int HasNullVideoDecoder();
     int HasAudioRenderer();
 
-    // Why the last file could not be rendered.
+    // Why the last file could not be rendered; when the graph itself could not be made, that.
     [[nodiscard]] HRESULT lastRenderResult() const { return lastRenderResult_; }
 
     // Shape of the next file's picture, 0 : 0 when it is not known.
@@ -86,6 +86,8 @@ public:
     // The same from one colour 0xRRGGBB, kept for graphs still to be built; 0 is the chip's own.
     void SetColourKey(std::uint32_t colour);
     void SetChromakeySwitch(DWORD value);
+    // Not 0: the renderer switch gets a 0 in graphs still to be built, once they are placed.
+    void setChromaKeyFlag(DWORD value) { chromaKeyFlag_ = value; }
     // Gives the renderer the shape of the picture and the display rectangle: 1, or 0 without one.
     int SetModeFlag(int x, int y, int width, int height);
     int PlaceOutput(const vendor::VideoOutput& output);
@@ -130,7 +132,7 @@ private:
                      HRESULT& result);
     int addFilter(IBaseFilter* filter, const wchar_t* name, HRESULT& result);
 
-    void createGraph();
+    HRESULT createGraph();
     ComPtr<IBaseFilter> findFilter(const wchar_t* name);
     ComPtr<IBaseFilter> findVideoRenderer();
     template <typename Interface>

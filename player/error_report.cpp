@@ -11,21 +11,30 @@ namespace {
 
 struct ErrorRow {
     std::uint32_t result;
-    const char* name;
+    // Formatted with the three arguments below; it shows the first alone. Required.
     const char* text;
-    unsigned number;  // printed in place of the result. Required.
+    unsigned number;  // the source line, which stands where the result is expected
 };
 
+constexpr char kFunction[] = "Player::ErrorCodes";
+constexpr char kSource[] = ".\\Player";
+
 constexpr std::array<ErrorRow, 9> kErrors = {{
-    {0x80070005, "E_ACCESSDENIED", "General access denied error", 1244},
-    {0x80070006, "E_HANDLE", "Invalid handle", 1232},
-    {0x8007000E, "E_OUTOFMEMORY", "Ran out of memory", 1216},
-    {0x80070057, "E_INVALIDARG", "One or more arguments are invalid", 1220},
-    {0x80004005, "E_FAIL", "Unspecified error", 1240},
-    {0x80004001, "E_NOTIMPL", "Not implemented", 1212},
-    {0x80004002, "E_NOINTERFACE", "No such interface supported", 1224},
-    {0x80004003, "E_POINTER", "Invalid pointer", 1228},
-    {0x80004004, "E_ABORT", "Operation aborted", 1236},
+    {0x80070005,
+     "[TCMovieManager]Render File Error : [E_ACCESSDENIED]General access denied error(%#x)\n",
+     1244},
+    {0x80070006, "[TCMovieManager]Render File Error : [E_HANDLE]Invalid handle(%#x)\n", 1232},
+    {0x8007000E, "[TCMovieManager]Render File Error : [E_OUTOFMEMORY]Ran out of memory(%#x)\n",
+     1216},
+    {0x80070057,
+     "[TCMovieManager]Render File Error : [E_INVALIDARG]One or more arguments are invalid(%#x)\n",
+     1220},
+    {0x80004005, "[TCMovieManager]Render File Error : [E_FAIL]Unspecified error(%#x)\n", 1240},
+    {0x80004001, "[TCMovieManager]Render File Error : [E_NOTIMPL]Not implemented(%#x)\n", 1212},
+    {0x80004002,
+     "[TCMovieManager]Render File Error : [E_NOINTERFACE]No such interface supported(%#x)\n", 1224},
+    {0x80004003, "[TCMovieManager]Render File Error : [E_POINTER]Invalid pointer(%#x)\n", 1228},
+    {0x80004004, "[TCMovieManager]Render File Error : [E_ABORT]Operation aborted(%#x)\n", 1236},
 }};
 
 }  // namespace
@@ -33,8 +42,7 @@ constexpr std::array<ErrorRow, 9> kErrors = {{
 int reportRenderError(long hr, int) {
     for (const ErrorRow& row : kErrors) {
         if (row.result == static_cast<std::uint32_t>(hr)) {
-            platform::debugPrint("[TCMovieManager]Render File Error : [%s]%s(%#x)\n", row.name,
-                                 row.text, row.number);
+            platform::debugPrint(row.text, row.number, kFunction, kSource);
         }
     }
     return 0;

@@ -11,8 +11,8 @@ namespace settings {
 // Takes the folder that the dash camera wants to have shown. When the registry names one that
 // holds any entry, connectMode becomes 1 and the value is deleted, so that the next start is an
 // ordinary one; otherwise connectMode becomes 0 and the value stays. `connectPath` is the text
-// as read, empty without one.
-void readConnectPath(std::int32_t& connectMode, char16_t (&connectPath)[platform::kPathCapacity]);
+// as read, empty without one or when it does not fit.
+void ReadConnectPath(std::int32_t& connectMode, char16_t (&connectPath)[platform::kPathCapacity]);
 
 // 1 when the recorder's set-up file lies on one of the USB volumes, else 0.
 int usbSetupFileExists();

@@ -10,7 +10,7 @@ namespace {
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\BLACKBOX";
 constexpr wchar_t kValue[] = L"ConnectPath";
-constexpr DWORD kLongestValueBytes = 260;
+constexpr DWORD kLongestValueBytes = platform::kPathCapacity * sizeof(char16_t);
 
 bool stopAtFirst(void*, const char16_t*, platform::EntryKind) {
     return false;
@@ -18,7 +18,7 @@ bool stopAtFirst(void*, const char16_t*, platform::EntryKind) {
 
 }  // namespace
 
-void readConnectPath(std::int32_t& connectMode, char16_t (&connectPath)[platform::kPathCapacity]) {
+void ReadConnectPath(std::int32_t& connectMode, char16_t (&connectPath)[platform::kPathCapacity]) {
     std::fill(std::begin(connectPath), std::end(connectPath), u'\0');
     connectMode = 0;
     HKEY key = nullptr;

@@ -95,7 +95,7 @@ LRESULT onCreate(HWND window, UINT, WPARAM, LPARAM lParam) {
         static_cast<StartGate*>(creation->lpCreateParams)->open();
     }
     appState.mainWindow = window;
-    settings::readConnectPath(appState.connectMode, appState.connectPath);
+    settings::ReadConnectPath(appState.connectMode, appState.connectPath);
     createFonts();
     CoInitializeEx(nullptr, 0);
     CoCreateInstance(kImagingFactoryClass, nullptr, CLSCTX_INPROC_SERVER, kImagingFactory,
