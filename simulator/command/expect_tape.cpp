@@ -174,6 +174,48 @@ bool event(Stage& stage, const Expectation& expectation, std::string& why) {
         why);
 }
 
+// A text as it is, a number or "*", or the values of an array in their order: "801,481,811,491".
+bool matchesValue(const std::string& wanted, const json::Value& value) {
+    if (value.kind == json::Value::Kind::Number) {
+        return matches(wanted, static_cast<long long>(value.number));
+    }
+    if (value.kind != json::Value::Kind::Array) {
+        return matchesText(wanted, value.text);
+    }
+    std::size_t begin = 0;
+    for (const json::Value& item : value.items) {
+        const std::size_t end = wanted.find(',', begin);
+        const bool isLast = &item == &value.items.back();
+        if (isLast != (end == std::string::npos) ||
+            !matchesValue(wanted.substr(begin, end - begin), item)) {
+            return false;
+        }
+        begin = end + 1;
+    }
+    return !value.items.empty();
+}
+
+bool filterCheck(const std::vector<std::string>& words) {
+    return words.size() % 2 == 1;
+}
+
+// filter NAME WHAT [KEY VALUE]...
+bool filter(Stage& stage, const Expectation& expectation, std::string& why) {
+    const auto& words = expectation.words;
+    return findLine(
+        stage, expectation,
+        [&](const json::Value& line) {
+            bool met = line.textOf("kind") == "filter" && line.textOf("filter") == words[1] &&
+                       line.textOf("what") == words[2];
+            for (std::size_t i = 3; i < words.size() && met; i += 2) {
+                const json::Value* value = line.find(words[i]);
+                met = value != nullptr && matchesValue(words[i + 1], *value);
+            }
+            return met;
+        },
+        why);
+}
+
 bool processCheck(const std::vector<std::string>& words) {
     return (words[2] == "started" || words[2] == "ended") &&
            (words.size() == 3 || (words.size() == 5 && words[3] == "exit" && isNumber(words[4])));
@@ -201,6 +243,7 @@ constexpr Subject kSubjects[] = {
     {"debug", 2, 2, &printed, 2000, nullptr},
     {"sound", 1, 2, &sound, 1000, &numberCheck},
     {"event", 2, 4, &event, 3000, &numberCheck},
+    {"filter", 3, 17, &filter, 2000, &filterCheck},
     {"process", 3, 5, &processLine, 5000, &processCheck},
 };
 

@@ -111,6 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"Area", "expect moving 10 10 10 20\n", "1: \"expect moving\" does not take"},
         Wrong{"State", "expect state playState\n", "1: \"expect state\" does not take"},
         Wrong{"Mode", "expect mode 5\n", "1: \"expect mode\" does not take"},
+        Wrong{"Filter", "expect filter a output rect\n", "1: \"expect filter\" does not take"},
         Wrong{"Wait", "wait\n", "1: wait needs a time"},
         Wrong{"File", "put no-such-file.avi /USB/a.avi\n", "1: there is no no-such-file.avi"},
         Wrong{"Field", "movie.dat loudness=3\n", "1: Movie.dat has no field"},
@@ -123,6 +124,48 @@ TEST(Scenario, MissingFileIsSaidSo) {
     std::string why;
     EXPECT_FALSE(readScenario("/nonexistent/a.scn", why));
     EXPECT_EQ(why, "there is no scenario /nonexistent/a.scn");
+}
+
+class FilterLine : public testing::Test {
+protected:
+    FilterLine() {
+        stage_.unit.device =
+            fs::temp_directory_path() / ("headunit-test-" + std::to_string(getpid()));
+        fs::create_directories(stage_.unit.run());
+        std::ofstream(stage_.unit.tape())
+            << R"({"ms": 1, "kind": "filter", "filter": "TCC Video Renderer", "what": "output", )"
+            << R"("rect": [801, -1, 811, 491], "enabled": 1})" << '\n';
+    }
+    ~FilterLine() override { fs::remove_all(stage_.unit.device); }
+
+    // Whether "expect filter ..." with these words and the short patience is met.
+    bool met(const std::string& words) {
+        stage_.used.clear();
+        std::string why;
+        return findStageCommand("expect")(stage_, split("expect " + words + " within 1ms"),
+                                          How::Run, why);
+    }
+
+    Stage stage_;
+};
+
+TEST_F(FilterLine, IsMetByNameWhatAndEveryValueGiven) {
+    for (const char* words :
+         {"filter \"TCC Video Renderer\" output", "filter \"TCC Video Renderer\" output enabled 1",
+          "filter \"TCC Video Renderer\" output enabled 0x1 rect 801,-1,811,491",
+          "filter \"TCC Video Renderer\" output rect 801,*,811,491",
+          "no filter \"TCC Video Renderer\" output enabled 0"}) {
+        EXPECT_TRUE(met(words)) << words;
+    }
+    for (const char* words : {"filter other output", "filter \"TCC Video Renderer\" key",
+                              "filter \"TCC Video Renderer\" output layer 10",
+                              "filter \"TCC Video Renderer\" output enabled 0",
+                              "filter \"TCC Video Renderer\" output enabled 1 rect 801,-1,811,490",
+                              "filter \"TCC Video Renderer\" output rect 801,-1,811",
+                              "filter \"TCC Video Renderer\" output rect 801,-1,811,491,0",
+                              "no filter \"TCC Video Renderer\" output enabled 1"}) {
+        EXPECT_FALSE(met(words)) << words;
+    }
 }
 
 }  // namespace
