@@ -45,7 +45,7 @@ void repair(PersistedState& state) {
     if (!(state.endTime >= 0)) {
         state.endTime = 0;
     }
-    if (!(state.position <= state.endTime)) {
+    if (!(state.position >= 0 && state.position <= state.endTime)) {
         state.position = 0;
     }
     state.folder[platform::kPathCapacity - 1] = u'\0';

@@ -61,6 +61,7 @@ struct AppState : catalogue::CatalogueFields {
     std::int32_t screenMode = kFullWidth;
     std::int32_t previousScreenMode = kFullWidth;
     std::int32_t exitMessageTimed = 0;  // the exit message closes itself
+    std::int32_t exiting = 0;           // the window is being destroyed: an exit is asked for once
     std::int32_t muted = 0;
     std::int32_t audioSuppressed = 0;  // the process manager asks for silence
     std::int32_t pendingKeyAction = kNoAction;

@@ -126,7 +126,10 @@ LRESULT onPaint(HWND window, UINT, WPARAM, LPARAM) {
 }
 
 LRESULT onClose(HWND window, UINT, WPARAM, LPARAM) {
-    DestroyWindow(window);
+    if (appState.exiting == 0) {
+        appState.exiting = 1;
+        DestroyWindow(window);
+    }
     return 0;
 }
 
@@ -141,6 +144,10 @@ LRESULT onDestroy(HWND window, UINT, WPARAM, LPARAM) {
         DeleteObject(font);
         font = nullptr;
     }
+    // After an exit request nothing of it is left; a closed window must not play on behind the
+    // exit message.
+    KillTimer(window, kPositionTimer);
+    Player::releaseGraph();
     showExitMessage();
     PostQuitMessage(0);
     return 0;

@@ -48,6 +48,10 @@ void exitOrPrepare(LPARAM lParam) {
         prepareExit();
         return;
     }
+    if (appState.exiting != 0) {
+        return;  // the exit message is open and its loop lets requests in
+    }
+    appState.exiting = 1;
     if (appState.screenMode == kHalfWidth) {
         constexpr DWORD kHalfWidthPause = 700;  // milliseconds
         Sleep(kHalfWidthPause);

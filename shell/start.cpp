@@ -97,7 +97,6 @@ int run(HINSTANCE instance, const wchar_t* commandLine, int show) {
         DispatchMessageW(&message);
     }
     signalWaitAnimation(0);
-    Player::releaseGraph();
     return static_cast<int>(message.wParam);
 }
 

@@ -40,6 +40,7 @@ constexpr Verb kVerbs[] = {
     {Does::Act, "drive", "KMH|off|--chart",
      "vehicle speed, or the loss of its signal; when it blocks the picture", &driveVerb},
     {Does::Act, "mute", "on|off", "the board's mute notification", &muteVerb},
+    {Does::Act, "close", "", "close the player's window, as a task manager does", &closeVerb},
     {Does::Act, "box", "ok|yes|no", "answer the message box that is open", &boxVerb},
     {Does::Act, "fault", "NAME NUMBER|off",
      "make the vendor's filters misbehave from the next file on", &faultVerb},

@@ -81,6 +81,14 @@ int keyVerb(const Unit& unit, const Words& words) {
     return key == nullptr ? wrongUse("key") : post(unit, "ZEL_BSP_WMUSER_IR_KEY", key->number, 0);
 }
 
+int closeVerb(const Unit& unit, const Words& words) {
+    if (!words.empty()) {
+        return wrongUse("close");
+    }
+    std::string answer;
+    return answered(ask(unit, {"close"}, answer), answer);
+}
+
 int gestureVerb(const Unit& unit, const Words& words) {
     const Named* gesture = find(kGestures, words);
     return gesture == nullptr ? wrongUse("gesture")

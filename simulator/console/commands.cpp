@@ -224,6 +224,15 @@ std::string ping(const Words&) {
     return "ok";
 }
 
+std::string closePlayer(const Words&) {
+    const HWND player = FindWindowW(nullptr, L"Video");
+    if (player == nullptr) {
+        return failed("the player has no window");
+    }
+    PostMessageW(player, WM_CLOSE, 0, 0);
+    return "ok";
+}
+
 std::string askExit(const Words&) {
     return processManager(peer::kRequestShutdown);
 }
@@ -303,7 +312,7 @@ constexpr Command kCommands[] = {
     {"listing", 2, &listing}, {"connect", 2, &connect},  {"fault", 3, &fault},
     {"state", 1, &state},     {"shutdown", 1, &askExit}, {"kill", 2, &killProgram},
     {"running", 2, &running}, {"await", 3, &await},      {"quit", 1, &quit},
-    {"cut", 1, &cut},         {"power", 1, &power},
+    {"cut", 1, &cut},         {"power", 1, &power},      {"close", 1, &closePlayer},
 };
 
 }  // namespace

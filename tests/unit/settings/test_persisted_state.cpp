@@ -112,6 +112,8 @@ TEST(MovieDatRepair, PutsWhatIsOutOfRangeToItsDefault) {
         {"120 s of 60 s", 1, 5, 0, 120, 60, 1, 5, 0, 0, 60},
         {"no numbers", 1, 5, 0, kNan, kNan, 1, 5, 0, 0, 0},
         {"infinite position", 1, 5, 0, HUGE_VAL, 60, 1, 5, 0, 0, 60},
+        {"position before the beginning", 1, 5, 0, -5, 60, 1, 5, 0, 0, 60},
+        {"position infinitely before it", 1, 5, 0, -HUGE_VAL, 60, 1, 5, 0, 0, 60},
     };
     for (const Case& c : cases) {
         PersistedState state;
