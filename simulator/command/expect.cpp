@@ -200,7 +200,16 @@ bool truncateCommand(Stage& stage, const Words& words, How how, std::string& why
     }
     std::error_code error;
     if (how == How::Run) {
-        fs::resize_file(hostPath(stage.unit, words[1]), static_cast<std::uintmax_t>(bytes), error);
+        // The unit's own files are links to those of the checkout: change a copy.
+        const fs::path path = hostPath(stage.unit, words[1]);
+        const fs::path copy = path.string() + ".copy";
+        fs::copy_file(path, copy, error);
+        if (!error) {
+            fs::resize_file(copy, static_cast<std::uintmax_t>(bytes), error);
+        }
+        if (!error) {
+            fs::rename(copy, path, error);
+        }
     }
     why = error.message();
     return !error;
