@@ -66,6 +66,20 @@ protected:
         return std::find(names.begin(), names.end(), name) != names.end();
     }
 
+    // The subtitle file that the graph reads, empty without one.
+    std::wstring captionFile() {
+        platform::ComPtr<IBaseFilter> source;
+        control_.builder()->FindFilterByName(L"ASYNC Reader", source.out());
+        const auto file = source.query<IFileSourceFilter>(IID_IFileSourceFilter);
+        LPOLESTR path = nullptr;
+        if (!file || FAILED(file->GetCurFile(&path, nullptr))) {
+            return {};
+        }
+        const std::wstring copy = path;
+        CoTaskMemFree(path);
+        return copy;
+    }
+
     // Lets the window's messages flow for a while, as the player's loop does.
     static void pump(DWORD milliseconds) {
         const DWORD end = GetTickCount() + milliseconds;

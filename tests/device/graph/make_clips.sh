@@ -23,6 +23,17 @@ h264='-c:v libx264 -preset ultrafast -pix_fmt yuv420p'
 }
 printf '<SAMI><BODY><SYNC Start=500><P>first\n<SYNC Start=1500><P>second\n</BODY></SAMI>\n' >captions.smi
 printf '1\n00:00:01,000 --> 00:00:02,000\nother\n\n' >captions.srt
+# Subtitles of the type in the name and of all that are looked for after it.
+for first in smi srt sub ssa; do
+    cp sound.mp4 "from-$first.mp4"
+done
+cp captions.smi from-smi.smi
+cp captions.srt from-smi.srt
+printf '{25}{50}third\n' >from-smi.sub
+printf '[Events]\nDialogue: 0,0:00:01.00,0:00:02.00,D,,0,0,0,,fourth\n' >from-smi.ssa
+for pair in srt:srt srt:sub srt:ssa sub:sub sub:ssa ssa:ssa; do
+    cp "from-smi.${pair#*:}" "from-${pair%:*}.${pair#*:}"
+done
 head -c 4000 /dev/urandom >broken-captions.smi
 head -c 5000 sound.mp4 >cut.mp4
 : >empty.avi
