@@ -37,9 +37,10 @@ double positionFromTouch(const ProgressBar& bar, std::int32_t x, double duration
     return position > 0 ? position : 0;
 }
 
-Rect knobTrack(const ProgressBar& bar, std::int32_t fromX, std::int32_t toX) {
-    return {std::min(fromX, toX), bar.knobTop, std::max(fromX, toX) + bar.knobWidth,
-            bar.knobTop + bar.knobHeight};
+Rect knobTrack(const ProgressBar& bar, std::int32_t fromX, std::int32_t toX, Size knob) {
+    return {std::min(fromX, toX), bar.knobTop,
+            std::max(fromX, toX) + std::max(knob.width, kKnobSize.width),
+            bar.knobTop + std::max(knob.height, kKnobSize.height)};
 }
 
 std::int32_t volumeIconX(const VolumeBar& bar, std::int32_t level) {

@@ -9,10 +9,9 @@
 namespace ui {
 
 struct ProgressBar {
-    Rect area;                           // touch and repaint
-    std::int32_t fillTop, fillBottom;    // filled from area.left to knob x + 5
-    std::int32_t knobTop;                // the knob is drawn at (knob x, knobTop)
-    std::int32_t knobWidth, knobHeight;  // pixels
+    Rect area;                         // touch and repaint
+    std::int32_t fillTop, fillBottom;  // filled from area.left to knob x + 5
+    std::int32_t knobTop;              // the knob is drawn at (knob x, knobTop)
 };
 
 struct VolumeBar {
@@ -31,8 +30,12 @@ std::int32_t knobX(const ProgressBar& bar, double position, double duration, boo
 // Position in seconds, 0 to `duration`, that a touch at `x` asks for.
 double positionFromTouch(const ProgressBar& bar, std::int32_t x, double duration);
 
-// What has to be drawn when the knob moves between two places.
-Rect knobTrack(const ProgressBar& bar, std::int32_t fromX, std::int32_t toX);
+// The knob that the bars have room for; a skin may bring a larger one.
+inline constexpr Size kKnobSize = {10, 18};  // pixels
+
+// What has to be drawn when the knob, a bitmap of the size `knob`, moves between two places. One
+// that is smaller than the bar's room for it, or missing, counts as filling it.
+Rect knobTrack(const ProgressBar& bar, std::int32_t fromX, std::int32_t toX, Size knob);
 
 // Left edge of the volume icon for a level of 0 to 10.
 std::int32_t volumeIconX(const VolumeBar& bar, std::int32_t level);

@@ -78,4 +78,20 @@ void unloadSet(SkinSet set, ScreenState& screens) {
     }
 }
 
+bool isSetLoaded(SkinSet set, const ScreenState& screens) {
+    return std::ranges::any_of(screens.bitmaps[static_cast<std::size_t>(set)],
+                               [](const void* bitmap) { return bitmap != nullptr; });
+}
+
+Size bitmapSize(const ScreenState& screens, Bitmap bitmap) {
+    void* const handle =
+        screens
+            .bitmaps[static_cast<std::size_t>(bitmap.set)][static_cast<std::size_t>(bitmap.slot)];
+    BITMAP info{};
+    if (handle == nullptr || GetObjectW(handle, sizeof(info), &info) == 0) {
+        return {0, 0};
+    }
+    return {info.bmWidth, info.bmHeight};
+}
+
 }  // namespace ui

@@ -16,4 +16,10 @@ inline constexpr char16_t kSkinFolder[] = u"\\ResidentFlash\\Image\\Movie\\";
 void loadSet(SkinSet set, ScreenState& screens, HWND window, const char16_t* folder = kSkinFolder);
 void unloadSet(SkinSet set, ScreenState& screens);
 
+// Whether anything of the set is in memory.
+bool isSetLoaded(SkinSet set, const ScreenState& screens);
+
+// In pixels; 0 x 0 for a slot that is empty.
+Size bitmapSize(const ScreenState& screens, Bitmap bitmap);
+
 }  // namespace ui

@@ -22,7 +22,7 @@ inline constexpr Colour kTextColour = 0xE6F0F4;
 inline constexpr Colour kDimColour = 0xCBC3B9;
 
 struct BarFaces {
-    Bitmap progress, knob, volume, icon;
+    Bitmap progress, volume, icon;
 };
 void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
                    const PlayerView& view, const Rect& damaged);

@@ -11,8 +11,7 @@ constexpr Bitmap face(std::int32_t slot) {
     return {kSet, slot};
 }
 
-constexpr BarFaces kBarFaces = {face(kFullProgress), face(kFullKnob), face(kFullVolume),
-                                face(kFullVolumeIcon)};
+constexpr BarFaces kBarFaces = {face(kFullProgress), face(kFullVolume), face(kFullVolumeIcon)};
 constexpr TextFonts kFonts = {Font::Height25, Font::Height25, Font::Height18};
 
 constexpr Point cornerOf(const Rect& r) {

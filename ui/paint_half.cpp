@@ -8,8 +8,7 @@ constexpr Bitmap face(std::int32_t slot) {
     return {SkinSet::HalfWidth, slot};
 }
 
-constexpr BarFaces kBarFaces = {face(kHalfProgress), face(kHalfKnob), face(kHalfVolume),
-                                face(kHalfVolumeIcon)};
+constexpr BarFaces kBarFaces = {face(kHalfProgress), face(kHalfVolume), face(kHalfVolumeIcon)};
 constexpr TextFonts kFonts = {Font::Height24, Font::Height18, Font::Height16};
 
 void drawOnKey(Canvas& canvas, std::int32_t key, std::int32_t slot) {

@@ -27,7 +27,7 @@ void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& f
     constexpr std::int32_t kUnderKnob = 5;  // pixels
     const std::int32_t x = knobX(bar, view.displayedPosition, view.duration, view.playing);
     canvas.drawInto(faces.progress, {bar.area.left, bar.fillTop, x + kUnderKnob, bar.fillBottom});
-    canvas.draw(faces.knob, {x, bar.knobTop});
+    canvas.draw(layout.knob, {x, bar.knobTop});
 }
 
 void paintVolume(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,

@@ -48,14 +48,13 @@ constexpr auto kHalfKeys = std::to_array<Key>({
 });
 static_assert(kHalfKeys.size() == 13);
 
-constexpr std::int32_t kKnobWidth = 10, kKnobHeight = 18;
-
 }  // namespace
 
 constinit const PlayerLayout kFullLayout = {
     .keys = kFullKeys,
-    .progress = {kFullKeys[kFullProgressKey].area, 397, 403, 391, kKnobWidth, kKnobHeight},
+    .progress = {kFullKeys[kFullProgressKey].area, 397, 403, 391},
     .volume = {kFullKeys[kFullVolumeKey].area, 447, 457, 437},
+    .knob = {SkinSet::FullWidth, kFullKnob},
     .muteKey = kFullMuteKey,
     .volumeKey = kFullVolumeKey,
     .progressKey = kFullProgressKey,
@@ -68,8 +67,9 @@ constinit const PlayerLayout kFullLayout = {
 
 constinit const PlayerLayout kHalfLayout = {
     .keys = kHalfKeys,
-    .progress = {kHalfKeys[kHalfProgressKey].area, 337, 343, 331, kKnobWidth, kKnobHeight},
+    .progress = {kHalfKeys[kHalfProgressKey].area, 337, 343, 331},
     .volume = {kHalfKeys[kHalfVolumeKey].area, 382, 392, 372},
+    .knob = {SkinSet::HalfWidth, kHalfKnob},
     .muteKey = kHalfMuteKey,
     .volumeKey = kHalfVolumeKey,
     .progressKey = kHalfProgressKey,

@@ -7,6 +7,7 @@
 
 #include "ui/bars.h"
 #include "ui/key.h"
+#include "ui/skin_slots.h"
 
 namespace ui {
 
@@ -36,6 +37,7 @@ struct PlayerLayout {
     std::span<const Key> keys;
     ProgressBar progress;
     VolumeBar volume;
+    Bitmap knob;  // of the progress bar
     std::int32_t muteKey, volumeKey, progressKey;
     Rect video;     // where the picture is shown
     Rect fileName;  // texts

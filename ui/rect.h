@@ -17,6 +17,11 @@ struct Rect {
     friend constexpr bool operator==(const Rect&, const Rect&) = default;
 };
 
+struct Size {
+    std::int32_t width, height;
+    friend constexpr bool operator==(const Size&, const Size&) = default;
+};
+
 constexpr bool isEmpty(const Rect& r) {
     return r.left >= r.right || r.top >= r.bottom;
 }
@@ -31,6 +36,12 @@ constexpr Rect intersection(const Rect& a, const Rect& b) {
     const Rect both = {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
                        std::min(a.bottom, b.bottom)};
     return isEmpty(both) ? Rect{0, 0, 0, 0} : both;
+}
+
+// The smallest rectangle that holds both; neither may be empty.
+constexpr Rect bounds(const Rect& a, const Rect& b) {
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
 }
 
 constexpr bool meets(const Rect& a, const Rect& b) {

@@ -4,11 +4,12 @@
 #include "player/player.h"
 #include "shell/app_state.h"
 #include "shell/shell.h"
+#include "ui/bitmap_sets.h"
 #include "ui/effects.h"
+#include "ui/follow.h"
 #include "ui/paint.h"
 #include "ui/screens.h"
 #include "ui/state_view.h"
-#include "ui/time_text.h"
 
 namespace ui {
 namespace {
@@ -20,8 +21,7 @@ bool isPlaybackScreen() {
 // Draws the progress bar and the times anew where the picture of them changes.
 void showPosition(double position, double duration) {
     ScreenState& screens = appState.screens;
-    const double fromPosition = screens.displayedPosition;
-    const double fromDuration = screens.displayedDuration;
+    const ShownTime before = {screens.displayedPosition, screens.displayedDuration};
     screens.displayedPosition = position;
     screens.displayedDuration = duration;
     if (!isPlaybackScreen()) {
@@ -30,17 +30,8 @@ void showPosition(double position, double duration) {
     Effects effects;
     const PlayerLayout& layout = layoutOf(appState.screenMode);
     const bool playing = appState.persisted.playState != settings::kStopped;
-    const std::int32_t from = knobX(layout.progress, fromPosition, fromDuration, playing);
-    const std::int32_t to = knobX(layout.progress, position, duration, playing);
-    if (from != to) {
-        effects.invalidate(knobTrack(layout.progress, from, to));
-    }
-    if (wholeSeconds(fromPosition) != wholeSeconds(position)) {
-        effects.invalidate(layout.position);
-    }
-    if (wholeSeconds(fromDuration) != wholeSeconds(duration)) {
-        effects.invalidate(layout.duration);
-    }
+    followTime(layout, bitmapSize(screens, layout.knob), playing, before, {position, duration},
+               effects);
 }
 
 void followPosition() {
@@ -86,7 +77,7 @@ std::int32_t takePendingAction() {
 }
 
 // A gesture leads over the banner of the slide screen, which the full-width screen opens for it;
-// the half-width screen has no banner to wait for. In the file list "previous" is the way up.
+// the half-width screen has no banner to wait for.
 void followGesture() {
     if (appState.pendingKeyAction == kNoAction || appState.screens.touch.held != 0) {
         return;
@@ -97,18 +88,12 @@ void followGesture() {
             return effects.act(Action::HideBar, 0);
         case kHalfWidth:
             return carryOut(takePendingAction());
-        case kFileList:
-            if (takePendingAction() == kPreviousFile && hasParentFolder()) {
-                goToParent();
-            }
-            return;
         case kSlideBanner:
             if (appState.screens.bannerShown == 0) {
                 effects.showBanner();
             }
             return;
         default:
-            takePendingAction();
             return;
     }
 }
@@ -131,7 +116,14 @@ void startPendingFile() {
 
 }  // namespace
 
+bool followsTimers(int mode) {
+    return mode == kFullWidth || mode == kHalfWidth || mode == kSlideBanner;
+}
+
 void screenTimer(UINT_PTR id) {
+    if (!followsTimers(appState.screenMode)) {
+        return;
+    }
     switch (id) {
         case shell::kPositionTimer:
             return followPosition();
@@ -152,7 +144,9 @@ void slideBannerEnded() {
     }
     carryOut(takePendingAction());
     if (appState.screenMode == kSlideBanner) {
-        shell::setScreenMode(appState.previousScreenMode);
+        // The slide screen may have been come to from the list, or while hidden before that.
+        const std::int32_t before = appState.previousScreenMode;
+        shell::setScreenMode(before == kHalfWidth ? kHalfWidth : kFullWidth);
     }
 }
 

@@ -34,6 +34,10 @@ void loadScreen(int mode) {
     }
 }
 
+bool isScreenLoaded(int mode) {
+    return hasScreen(mode) && isSetLoaded(static_cast<SkinSet>(mode), appState.screens);
+}
+
 void unloadScreen(int mode) {
     if (hasScreen(mode)) {
         unloadSet(static_cast<SkinSet>(mode), appState.screens);
@@ -126,13 +130,15 @@ void mouseUp(int x, int y) {
 void enterScreen(int mode) {
     forgetTouch();
     appState.screens.displayedPosition = appState.persisted.position;
+    appState.screens.displayedDuration = appState.persisted.endTime;
     if (mode == kFullWidth) {
         appState.screens.barShown = 1;
     } else if (mode == kFileList) {
         enterFileList();
     }
-    if (mode != kSlideBanner) {
-        // What was chosen for the banner of a screen that is left is not carried out later.
+    if (mode != kSlideBanner || appState.previousScreenMode != kFullWidth) {
+        // Only the full-width screen opens the banner for what was chosen. What was chosen on
+        // another screen, or while none followed it, is not carried out later.
         appState.pendingKeyAction = kNoAction;
     }
 }

@@ -10,6 +10,7 @@ namespace ui {
 // Loads or unloads the bitmap set of a mode: 0 set A, 1 set B, 2 set C, 3 set D. A file that is
 // missing leaves its slot empty, and what is drawn from it is left out.
 void loadScreen(int mode);
+bool isScreenLoaded(int mode);
 void unloadScreen(int mode);
 
 // Draws the current screen into `target`, an 800 x 480 back buffer, with `source` to select its
@@ -21,8 +22,10 @@ void mouseDown(int x, int y);
 void mouseMove(int x, int y);
 void mouseUp(int x, int y);
 
-// Every timer of the main window, after the shell's own step.
+// Every timer of the main window, after the shell's own step. The file list and the hidden player
+// follow none: what waits for a timer waits until another screen is entered.
 void screenTimer(UINT_PTR id);
+bool followsTimers(int mode);
 
 // Called when setScreenMode enters a mode (after the window was placed, before the refresh) and
 // leaves the file list.

@@ -6,6 +6,7 @@
 
 #include "player/player.h"
 #include "shell/app_state.h"
+#include "ui/bitmap_sets.h"
 
 namespace ui {
 namespace {
@@ -34,6 +35,7 @@ PlayerView playerView() {
         .volume = persisted.volume,
         .camera = appState.connectMode == 1 ? Player::cameraOfCurrentFile() : -1,
         .pressedKey = screens.touch.pressedKey,
+        .knob = bitmapSize(screens, layoutOf(appState.screenMode).knob),
         .displayedPosition = screens.displayedPosition,
         .duration = persisted.endTime,
         .hour = now.wHour,

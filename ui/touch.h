@@ -41,7 +41,7 @@ void movePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState&
 void releasePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState& screens,
                    TouchHost& host, Point point);
 
-// The file list. A finger that starts on a row and moves to the right goes to the folder above:
+// The file list. A finger that starts on a row and leaves it to the right goes to the folder above:
 // `hasParent` tells whether there is one to show.
 void pressList(ScreenState& screens, TouchHost& host, Point point);
 void moveList(ScreenState& screens, TouchHost& host, Point point, std::int32_t pageCount,

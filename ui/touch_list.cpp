@@ -29,9 +29,10 @@ bool isAlive(const ScreenState& screens, std::int32_t key) {
     return key != kNoKey && keyAt(key).action != Action::None;
 }
 
+// Only right of the rows: a finger that is lifted within its row opens it.
 bool pointsUp(const Touch& touch, Point point) {
-    return isRowKey(touch.pressedKey) && point.x - touch.start.x >= kWayUp &&
-           std::abs(point.y - touch.start.y) <= kStraight;
+    return isRowKey(touch.pressedKey) && point.x >= keyAt(touch.pressedKey).area.right &&
+           point.x - touch.start.x >= kWayUp && std::abs(point.y - touch.start.y) <= kStraight;
 }
 
 }  // namespace
@@ -76,6 +77,8 @@ void releaseList(ScreenState& screens, TouchHost& host, Point point) {
     screens.touch = {};
     if (touch.goingUp != 0) {
         host.invalidate(kParentFaceArea);
+    }
+    if (touch.goingUp != 0 && pointsUp(touch, point)) {
         host.click();
         host.act(Action::GoToParent, 0);
     } else if (hitTest(kListKeys, point) == touch.pressedKey &&

@@ -17,8 +17,11 @@ void followFinger(const PlayerLayout& layout, const PlayerView& view, ScreenStat
     if (!view.playing || view.duration == 0) {
         return;
     }
-    screens.displayedPosition = positionFromTouch(layout.progress, x, view.duration);
-    host.invalidate(layout.progress.area);
+    const ProgressBar& bar = layout.progress;
+    const std::int32_t from = knobX(bar, screens.displayedPosition, view.duration, view.playing);
+    screens.displayedPosition = positionFromTouch(bar, x, view.duration);
+    const std::int32_t to = knobX(bar, screens.displayedPosition, view.duration, view.playing);
+    host.invalidate(bounds(bar.area, knobTrack(bar, from, to, view.knob)));
     host.invalidate(layout.position);
 }
 
@@ -95,9 +98,10 @@ void releasePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenSta
     host.releasePointer();
     // Forgotten before anything is carried out: an action may run a message loop of its own, in
     // which the next touch arrives.
-    const Touch touch = screens.touch;
+    Touch touch = screens.touch;
     screens.touch = {};
     if (barHidden(layout, screens)) {
+        touch.pressedKey = kNoKey;  // whatever lies under the finger was not to be seen
         screens.barShown = 1;
         host.invalidateAll();
     } else if (touch.pressedKey != kNoKey && hitTest(layout.keys, point) == touch.pressedKey) {

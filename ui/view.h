@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "ui/rect.h"
+
 namespace ui {
 
 struct PlayerView {
@@ -18,6 +20,7 @@ struct PlayerView {
     std::int32_t volume = 0;    // 0 to 10
     std::int32_t camera = -1;   // 0 front, 1 rear, -1 neither
     std::int32_t pressedKey = -1;
+    Size knob = {0, 0};            // of the progress bar's knob in the skin, 0 without one
     double displayedPosition = 0;  // seconds
     double duration = 0;           // seconds
     std::int32_t hour = 0, minute = 0;

@@ -83,6 +83,67 @@ TEST(Damage, EveryPixelOfAScreenIsDrawn) {
     }
 }
 
+// A skin with a knob of its own size: where it stood nothing of it stays.
+TEST(Damage, ALargeKnobLeavesNothingBehind) {
+    struct Case {
+        Screen screen;
+        const ui::PlayerLayout& layout;
+    };
+    const Case cases[] = {{Screen::Full, ui::kFullLayout}, {Screen::Half, ui::kHalfLayout}};
+    ui_test::Stage stage(SKIN_FOLDER);
+    Picture picture, expected, difference;
+    for (const Case& c : cases) {
+        const auto set = static_cast<std::size_t>(c.layout.knob.set);
+        const HBITMAP large =
+            CreateBitmap(30, 26, 1, 32, std::vector<char>(30 * 26 * 4, 90).data());
+        void*& slot = stage.screens.bitmaps[set][static_cast<std::size_t>(c.layout.knob.slot)];
+        DeleteObject(slot);
+        slot = large;
+        const ui::Size size = ui::bitmapSize(stage.screens, c.layout.knob);
+        EXPECT_EQ(size, (ui::Size{30, 26}));
+        Scene scene{.name = "", .screen = c.screen, .view = ui_test::playingView()};
+        const auto knobOf = [&](double position) {
+            return ui::knobX(c.layout.progress, position, scene.view.duration, true);
+        };
+        const ui::Rect whole = ui_test::wholeOf(c.screen);
+        const int width = ui_test::widthOf(c.screen);
+        std::string where;
+        for (const double position : {85.0, 20.0, 160.0}) {
+            const double before = scene.view.displayedPosition;
+            stage.paint(scene, picture.device(), whole);
+            scene.view.displayedPosition = position;
+            stage.paint(scene, expected.device(), whole);
+            EXPECT_GT(compare(picture, expected, width, difference, where), 0);
+            stage.paint(scene, picture.device(),
+                        ui::knobTrack(c.layout.progress, knobOf(before), knobOf(position), size));
+            stage.paint(scene, picture.device(), c.layout.position);
+            EXPECT_EQ(compare(picture, expected, width, difference, where), 0)
+                << "screen " << static_cast<int>(c.screen) << " at " << where;
+        }
+    }
+}
+
+// Without the pause face the play key shows the face of the bar under it, and nothing else changes.
+TEST(Drawing, AMissingPauseFaceIsMissedOnItsKeyAlone) {
+    const ui_test::Stage stage(SKIN_FOLDER);
+    Scene scene{.name = "", .screen = Screen::Full, .view = ui_test::playingView()};
+    scene.view.videoArea = true;
+    Picture complete, missing;
+    stage.paint(scene, complete.device(), ui_test::wholeOf(scene.screen));
+    scene.missing = "A40";
+    stage.paint(scene, missing.device(), ui_test::wholeOf(scene.screen));
+    const ui::Rect& key = ui::kFullLayout.keys[ui::kFullPlayKey].area;
+    int onTheKey = 0, elsewhere = 0;
+    for (int y = 0; y < 480; ++y) {
+        for (int x = 0; x < 800; ++x) {
+            const bool inside = x >= key.left && x < key.right && y >= key.top && y < key.bottom;
+            (inside ? onTheKey : elsewhere) += complete.at(x, y) != missing.at(x, y) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(onTheKey, 100);
+    EXPECT_EQ(elsewhere, 0);
+}
+
 TEST(Drawing, LeavesMagentaOutOfKeyedBitmaps) {
     const ui_test::Stage stage(SKIN_FOLDER);
     Scene scene{.name = "", .screen = Screen::Full, .view = ui_test::playingView()};

@@ -157,10 +157,12 @@ std::vector<Scene> spoiltScenes() {
     std::vector<Scene> scenes = {
         player("full_no_bitmaps_for_bars", Screen::Full, [](ui::PlayerView&) {}),
         player("half_no_background", Screen::Half, [](ui::PlayerView&) {}),
-        list("list_no_background", 3, [](Scene&) {})};
+        list("list_no_background", 3, [](Scene&) {}),
+        player("full_no_pause_face", Screen::Full, [](ui::PlayerView& v) { v.videoArea = true; })};
     scenes[0].missing = "A2 A3 A4 A40";
     scenes[1].missing = "B1";
     scenes[2].missing = "C0";
+    scenes[3].missing = "A40";
     return scenes;
 }
 

@@ -12,8 +12,9 @@ namespace ui_test {
 
 using Lines = std::vector<std::string>;
 
-// Lines such as "draw A41 632,425", "text 0 white 10,20,30,40 h25 8 name". Every bitmap is there
-// unless it is named in `missing`; each letter is 10 pixels wide.
+// Lines such as "draw A41 632,425" (set and slot, place), "fill F800F8 0,0,800,480" and
+// "text 25 E6F0F4 10,20,30,40 5 name" (the font's height, colour, area, place in it, text). Every
+// bitmap is there unless it is named in `missing`; each letter is 10 pixels wide.
 class RecordingCanvas : public ui::Canvas {
 public:
     Lines lines;

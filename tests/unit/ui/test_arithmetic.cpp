@@ -109,23 +109,13 @@ TEST(Progress, TouchGivesWholePerMilles) {
 }
 
 TEST(Progress, TheTrackOfTheKnobCoversBothPlaces) {
-    EXPECT_EQ(ui::knobTrack(ui::kFullLayout.progress, 300, 250), (ui::Rect{250, 391, 310, 409}));
-    EXPECT_EQ(ui::knobTrack(ui::kHalfLayout.progress, 8, 9), (ui::Rect{8, 331, 19, 349}));
-}
-
-TEST(Progress, ATickTouchesUnderFivePercentOfTheScreen) {
-    // The update region's box from the far left of the track to the position's text.
-    for (const ui::PlayerLayout* layout : {&ui::kFullLayout, &ui::kHalfLayout}) {
-        const ui::Rect knob =
-            ui::knobTrack(layout->progress, layout->progress.area.left,
-                          layout->progress.area.left + ui::progressTravel(layout->progress));
-        const ui::Rect& time = layout->position;
-        const std::int32_t width =
-            std::max(knob.right, time.right) - std::min(knob.left, time.left);
-        const std::int32_t height =
-            std::max(knob.bottom, time.bottom) - std::min(knob.top, time.top);
-        EXPECT_LT(width * height, 800 * 480 / 20);
-    }
+    const ui::ProgressBar& full = ui::kFullLayout.progress;
+    EXPECT_EQ(ui::knobTrack(full, 300, 250, ui::kKnobSize), (ui::Rect{250, 391, 310, 409}));
+    EXPECT_EQ(ui::knobTrack(ui::kHalfLayout.progress, 8, 9, ui::kKnobSize),
+              (ui::Rect{8, 331, 19, 349}));
+    EXPECT_EQ(ui::knobTrack(full, 300, 250, {24, 30}), (ui::Rect{250, 391, 324, 421}));
+    EXPECT_EQ(ui::knobTrack(full, 300, 250, {4, 30}), (ui::Rect{250, 391, 310, 421}));
+    EXPECT_EQ(ui::knobTrack(full, 300, 250, {0, 0}), (ui::Rect{250, 391, 310, 409}));
 }
 
 TEST(Volume, TheIconStopsBeforeTheEndOfTheTouchArea) {

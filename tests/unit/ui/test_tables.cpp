@@ -1,6 +1,7 @@
 // Every number of the screens' tables.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/text.h"
@@ -95,27 +96,31 @@ TEST(Keys, FileList) {
     expectKeys(ui::kListKeys, cases);
 }
 
+// What a search of the table must find, told without the player's own comparison.
+std::int32_t firstAround(std::span<const ui::Key> keys, ui::Point point) {
+    const auto found = std::ranges::find_if(keys, [&](const ui::Key& key) {
+        const ui::Rect& r = key.area;
+        return point.x >= r.left + 1 && point.x <= r.right - 1 && point.y >= r.top + 1 &&
+               point.y <= r.bottom - 1;
+    });
+    return found == keys.end() ? -1 : static_cast<std::int32_t>(found - keys.begin());
+}
+
 TEST(HitTest, LeavesAllFourEdgesOut) {
     for (const std::span<const ui::Key> keys :
          {ui::kFullLayout.keys, ui::kHalfLayout.keys, std::span<const ui::Key>(ui::kListKeys)}) {
         for (std::size_t i = 0; i < keys.size(); ++i) {
             const ui::Rect& r = keys[i].area;
-            const std::int32_t x = (r.left + r.right) / 2, y = (r.top + r.bottom) / 2;
             const auto key = static_cast<std::int32_t>(i);
-            for (const ui::Point edge : {ui::Point{r.left, y}, ui::Point{r.right, y},
-                                         ui::Point{x, r.top}, ui::Point{x, r.bottom}}) {
-                EXPECT_NE(ui::hitTest(keys, edge), key) << i;
-            }
-            if (isEmpty(r)) {
-                continue;
-            }
-            // Keys in front may cover a place, but never with this key's own number missing
-            // from the places just inside the corners of a key that comes first.
-            for (const ui::Point inside :
-                 {ui::Point{r.left + 1, r.top + 1}, ui::Point{r.right - 1, r.bottom - 1}}) {
-                const std::int32_t hit = ui::hitTest(keys, inside);
-                EXPECT_GE(hit, 0) << i;
-                EXPECT_LE(hit, key) << i;
+            for (const std::int32_t x :
+                 {r.left, r.left + 1, (r.left + r.right) / 2, r.right - 1, r.right}) {
+                for (const std::int32_t y :
+                     {r.top, r.top + 1, (r.top + r.bottom) / 2, r.bottom - 1, r.bottom}) {
+                    const std::int32_t hit = ui::hitTest(keys, {x, y});
+                    EXPECT_EQ(hit, firstAround(keys, {x, y})) << i << " at " << x << "," << y;
+                    const bool onEdge = x == r.left || x == r.right || y == r.top || y == r.bottom;
+                    EXPECT_TRUE(!onEdge || hit != key) << i << " at " << x << "," << y;
+                }
             }
         }
     }
@@ -131,14 +136,23 @@ TEST(HitTest, TakesTheFirstKeyInOrder) {
         {{70, 200}, 3},  {{672, 450}, 4},  {{712, 450}, 14}, {{750, 450}, 5},  {{700, 200}, 6},
         {{100, 450}, 7}, {{100, 475}, 14}, {{400, 450}, 11}, {{400, 432}, 14}, {{400, 426}, 12},
         {{300, 426}, 8}, {{700, 350}, 13}, {{400, 200}, 14}, {{-5, 200}, -1},  {{400, 480}, -1},
-        {{0, 0}, -1}};
+        {{0, 0}, -1},    {{100, 350}, 14}};
     for (const Case& c : kFull) {
         EXPECT_EQ(ui::hitTest(ui::kFullLayout.keys, c.point), c.key)
             << c.point.x << "," << c.point.y;
     }
+    constexpr Case kHalf[] = {
+        {{350, 30}, 1},   {{301, 30}, -1},  {{400, 30}, -1},  {{350, 60}, -1}, {{40, 450}, 2},
+        {{81, 450}, -1},  {{82, 450}, 3},   {{200, 450}, 4},  {{280, 450}, 6}, {{350, 450}, 5},
+        {{40, 390}, 8},   {{120, 420}, -1}, {{120, 390}, 7},  {{350, 390}, 9}, {{200, 390}, 10},
+        {{100, 340}, 11}, {{200, 200}, 12}, {{200, 320}, -1}, {{250, 30}, -1}};
+    for (const Case& c : kHalf) {
+        EXPECT_EQ(ui::hitTest(ui::kHalfLayout.keys, c.point), c.key)
+            << c.point.x << "," << c.point.y;
+    }
     constexpr Case kList[] = {{{600, 90}, 5},  {{590, 90}, 13},  {{640, 90}, 13},  {{645, 90}, 13},
                               {{300, 90}, 13}, {{300, 116}, -1}, {{300, 440}, 20}, {{300, 50}, 29},
-                              {{710, 300}, 4}, {{750, 30}, 1},   {{650, 100}, -1}};
+                              {{710, 300}, 4}, {{750, 30}, 1},   {{650, 100}, -1}, {{650, 30}, -1}};
     for (const Case& c : kList) {
         EXPECT_EQ(ui::hitTest(ui::kListKeys, c.point), c.key) << c.point.x << "," << c.point.y;
     }

@@ -108,7 +108,8 @@ TEST(TouchFullWidth, TheCameraKeyLivesInConnectModeAlone) {
 }
 
 TEST(TouchFullWidth, TheFirstTouchOnAHiddenBarOnlyShowsIt) {
-    for (const ui::Point point : {ui::Point{750, 450}, ui::Point{400, 380}, ui::Point{400, 450}}) {
+    for (const ui::Point point :
+         {ui::Point{750, 450}, ui::Point{400, 380}, ui::Point{400, 450}, ui::Point{100, 400}}) {
         PlayerScreen screen(ui::kFullLayout);
         screen.screens.barShown = 0;
         EXPECT_EQ(screen.press(point), (Lines{"capture", "update"}));
@@ -137,6 +138,14 @@ TEST(TouchFullWidth, TheProgressBarSeeksWhereTheFingerIsReleased) {
     EXPECT_EQ(screen.release({304, 20}),
               (Lines{"release", "act Seek", "start position", "stop bar", "start bar",
                      "invalidate 202,330,627,428", "update"}));
+}
+
+TEST(TouchFullWidth, ALargeKnobIsDrawnWholeUnderTheFinger) {
+    PlayerScreen screen(ui::kFullLayout);
+    screen.view.knob = {40, 50};
+    screen.press({409, 400});
+    EXPECT_EQ(screen.move({617, 400}),
+              (Lines{"invalidate 202,330,657,441", "invalidate 632,380,792,405"}));
 }
 
 TEST(TouchFullWidth, SeekingIsSilent) {
@@ -274,6 +283,7 @@ TEST(TouchList, EachKeysAction) {
     ListScreen screen;
     EXPECT_EQ(screen.deeds({300, 90}, {300, 140}), Lines{});
     EXPECT_EQ(screen.deeds({300, 140}, {615, 140}), Lines{});
+    EXPECT_EQ(screen.deeds({31, 140}, {589, 140}), (Lines{"click", "act OpenRow 1"}));
 }
 
 TEST(TouchList, PressesTheRowAndLetsItGo) {
@@ -298,19 +308,29 @@ TEST(TouchList, TheHeldTrackPages) {
     EXPECT_EQ(screen.host.lines, (Lines{"page 8", "page 5", "page 0"}));
 }
 
-TEST(TouchList, AFingerToTheRightGoesToTheFolderAbove) {
+TEST(TouchList, AFingerThatLeavesItsRowToTheRightGoesToTheFolderAbove) {
     ListScreen screen;
     ui::pressList(screen.screens, screen.host, {100, 90});
     screen.host.lines.clear();
-    ui::moveList(screen.screens, screen.host, {259, 90}, 1, true);
+    ui::moveList(screen.screens, screen.host, {649, 90}, 1, true);
     EXPECT_EQ(screen.host.lines, Lines{});
-    ui::moveList(screen.screens, screen.host, {260, 90}, 1, true);
+    ui::moveList(screen.screens, screen.host, {650, 90}, 1, true);
     EXPECT_EQ(screen.host.lines, (Lines{"invalidate 602,0,701,66", "invalidate 30,66,650,116"}));
     EXPECT_EQ(screen.screens.touch.goingUp, 1);
     screen.host.lines.clear();
-    ui::releaseList(screen.screens, screen.host, {260, 90});
+    ui::releaseList(screen.screens, screen.host, {650, 90});
     EXPECT_EQ(screen.host.lines, (Lines{"release", "invalidate 602,0,701,66", "click",
                                         "act GoToParent", "invalidate 30,66,650,116", "update"}));
+}
+
+TEST(TouchList, AFingerThatComesBackToItsRowOpensIt) {
+    ListScreen screen;
+    ui::pressList(screen.screens, screen.host, {100, 90});
+    ui::moveList(screen.screens, screen.host, {700, 90}, 1, true);
+    screen.host.lines.clear();
+    ui::releaseList(screen.screens, screen.host, {500, 90});
+    EXPECT_EQ(screen.host.lines, (Lines{"release", "invalidate 602,0,701,66", "click",
+                                        "act OpenRow 0", "invalidate 30,66,650,116", "update"}));
 }
 
 TEST(TouchList, TheWayUpNeedsAParentAStraightFingerAndARow) {
@@ -319,11 +339,10 @@ TEST(TouchList, TheWayUpNeedsAParentAStraightFingerAndARow) {
         bool hasParent;
         std::int32_t goingUp;
     };
-    constexpr Case kCases[] = {{{100, 440}, {300, 440}, true, 1},
-                               {{100, 90}, {300, 151}, true, 0},
-                               {{100, 90}, {300, 90}, false, 0},
-                               {{615, 90}, {790, 90}, true, 0},
-                               {{300, 90}, {100, 90}, true, 0}};
+    constexpr Case kCases[] = {{{100, 440}, {700, 440}, true, 1}, {{100, 90}, {700, 151}, true, 0},
+                               {{100, 90}, {700, 90}, false, 0},  {{615, 90}, {790, 90}, true, 0},
+                               {{300, 90}, {100, 90}, true, 0},   {{580, 90}, {700, 90}, true, 0},
+                               {{540, 90}, {700, 90}, true, 1},   {{100, 90}, {500, 90}, true, 0}};
     for (const Case& c : kCases) {
         ListScreen screen;
         ui::pressList(screen.screens, screen.host, c.from);

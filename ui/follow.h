@@ -1,0 +1,18 @@
+// The position display: what a tick of the position timer draws anew.
+#pragma once
+
+#include "ui/player_layout.h"
+#include "ui/touch.h"
+
+namespace ui {
+
+struct ShownTime {
+    double position, duration;  // seconds
+};
+
+// Invalidates the parts of a playback screen that show `to` otherwise than `from`. `knob` is the
+// size of the knob's bitmap.
+void followTime(const PlayerLayout& layout, Size knob, bool playing, const ShownTime& from,
+                const ShownTime& to, TouchHost& host);
+
+}  // namespace ui
