@@ -38,9 +38,9 @@ void addIdx1Entries(std::span<const std::uint8_t> block, AviIndex& index, std::u
     std::uint32_t count = 0;
     std::uint32_t bytes = 0;
     for (; entry != end; entry += kIdx1Entry) {
-        const std::uint32_t video = (le32(entry) & kVideoMask) == kVideoId ? 1 : 0;
-        count += video;
-        bytes += le32(entry + 12) & (0u - video);
+        const std::uint32_t mask = (le32(entry) & kVideoMask) == kVideoId ? 0xFFFFFFFF : 0;
+        count -= mask;
+        bytes += le32(entry + 12) & mask;
     }
     index.entryCount += count;
     index.videoBytes += bytes;

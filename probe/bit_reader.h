@@ -4,6 +4,7 @@
 // Bits beyond the end are 0; ok() tells whether any was asked for.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -43,6 +44,24 @@ public:
         position_ = end;
         const std::uint64_t wanted = (std::uint64_t{1} << count) - 1;
         return static_cast<std::uint32_t>((value >> ((0 - end) % 8)) & wanted);
+    }
+    // Passes the 0 bits before the next 1 and that bit too; returns how many 0 bits there were.
+    // Stops behind `most` of them or a few more.
+    unsigned zeros(unsigned most) {
+        unsigned count = 0;
+        while (position_ < bytes_.size() * 8 && count <= most) {
+            const auto shift = static_cast<unsigned>(position_ % 8);
+            const auto rest = static_cast<std::uint8_t>(bytes_[position_ / 8] << shift);
+            if (rest != 0) {
+                const auto run = static_cast<unsigned>(std::countl_zero(rest));
+                position_ += run + 1;
+                return count + run;
+            }
+            count += 8 - shift;
+            position_ += 8 - shift;
+        }
+        ok_ = ok_ && count > most;
+        return count;
     }
     void skip(std::size_t count) {
         const std::size_t left = bytes_.size() * 8 - position_;

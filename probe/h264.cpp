@@ -76,12 +76,10 @@ public:
 private:
     // ue(v), 9.1; a code of more than 32 leading zeros makes the set invalid.
     std::uint32_t golomb() {
-        unsigned zeros = 0;
-        while (bits_.ok() && !bits_.flag()) {
-            if (++zeros > 32) {
-                valid_ = false;
-                return 0;
-            }
+        const unsigned zeros = bits_.zeros(32);
+        if (zeros > 32) {
+            valid_ = false;
+            return 0;
         }
         const std::uint64_t base = (std::uint64_t{1} << zeros) - 1;
         return static_cast<std::uint32_t>(base + bits_.bits(zeros));

@@ -34,8 +34,9 @@ bool forEachBlock(ReadWindow& file, const Mp4Table& table, std::size_t entryByte
 // sum modulo 2^16 and the sum of its high bytes; the low ones' follows from both. That holds for
 // 256 rounds, because 256 times 255 is below 2^16.
 std::uint64_t sumBigEndian32(std::span<const std::uint8_t> bytes) {
-    constexpr std::size_t kLanes = 8, kStep = 2 * kLanes, kLongestRun = 256 * kStep;
-    using Lanes = std::uint16_t __attribute__((vector_size(kStep)));
+    constexpr std::size_t kLanes = 8, kRound = 2 * kLanes, kLongestRun = 256 * kRound;
+    constexpr std::size_t kStep = 2 * kRound;
+    using Lanes = std::uint16_t __attribute__((vector_size(kRound)));
     static_assert(std::endian::native == std::endian::little);
     std::uint64_t sum = 0;
     const std::uint8_t* at = bytes.data();
@@ -45,11 +46,15 @@ std::uint64_t sumBigEndian32(std::span<const std::uint8_t> bytes) {
         const auto left = static_cast<std::size_t>(lastStep - at);
         const std::uint8_t* const stop = at + std::min(kLongestRun, left);
         Lanes whole = {}, high = {};
-        for (; at != stop; at += kStep) {
+        const auto add = [&whole, &high](const std::uint8_t* from) {
             Lanes numbers;
-            std::memcpy(&numbers, at, kStep);
+            std::memcpy(&numbers, from, kRound);
             whole += numbers;
             high += numbers >> 8;
+        };
+        for (; at != stop; at += kStep) {
+            add(at);
+            add(at + kRound);
         }
         const Lanes low = whole - (high << 8);
         for (std::size_t lane = 0; lane < kLanes; ++lane) {
@@ -82,24 +87,25 @@ Result sumSampleSizes(Mp4Reader& reader, KindTables& tables) {
 // not in rising order.
 Result countSamplesInChunks(Mp4Reader& reader, const KindTables& tables, std::uint64_t& samples) {
     const std::uint64_t end = std::uint64_t{tables.chunkOffset.count} + 1;
-    std::uint64_t first = 0;    // of the run that is being counted; 0 before the first entry
-    std::uint64_t counted = 0;  // the same, at most `end`
+    std::uint64_t first = 0;  // of the run that is being counted; 0 before the first entry
     std::uint64_t perChunk = 0;
     std::uint64_t falling = 0;  // its top bit is set once an entry does not rise
     samples = 0;
     const auto count = [&](std::span<const std::uint8_t> block) {
         for (std::size_t at = 0; at < block.size(); at += 12) {
             const std::uint64_t entry = be64(&block[at]);
-            const std::uint64_t next = entry >> 32, until = std::min(next, end);
-            falling |= next - first - 1;
-            samples += (until - counted) * perChunk;
+            const std::uint64_t next = entry >> 32, chunks = next - first;
+            falling |= chunks - 1;
+            samples += chunks * perChunk;
+            if (next > end) [[unlikely]] {  // what lies behind the last chunk holds nothing
+                samples -= (next - std::max(first, end)) * perChunk;
+            }
             first = next;
-            counted = until;
             perChunk = entry & 0xFFFFFFFF;
         }
     };
     const bool read = forEachBlock(reader.file, tables.sampleToChunk, 12, count);
-    samples += (end - counted) * perChunk;
+    samples += first < end ? (end - first) * perChunk : 0;
     return read && (falling >> 63) == 0 ? kOk : kFail;
 }
 

@@ -35,19 +35,19 @@ std::size_t ReadWindow::withinFile(std::uint64_t offset, std::size_t length) con
 // The buffer for a window of `length` bytes, which is shortened when the large one cannot be had;
 // null when not even `wanted` bytes would fit then.
 std::uint8_t* ReadWindow::bufferFor(std::uint64_t offset, std::size_t wanted, std::size_t& length) {
-    if (length > kSmallest) {
+    if (length > small_.size()) {
         if (!large_) {
             large_.reset(new (std::nothrow) std::uint8_t[kLargest]);
         }
         if (large_) {
             return large_.get();
         }
-        if (wanted > kSmallest) {
+        if (wanted > small_.size()) {
             return nullptr;
         }
-        length = kSmallest;
+        length = small_.size();
     }
-    return offset == 0 ? head_.data() : small_.data();
+    return offset == 0 && length <= head_.size() ? head_.data() : small_.data();
 }
 
 bool ReadWindow::fill(std::uint64_t offset, std::size_t wanted) {

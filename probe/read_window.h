@@ -91,7 +91,8 @@ private:
     platform::ReadOnlyFile& file_;
     // The window while it is small, without an allocation; at the file's start one of its own,
     // which later windows leave alone.
-    std::array<std::uint8_t, kSmallest> head_, small_;
+    std::array<std::uint8_t, kSmallest> head_;
+    std::array<std::uint8_t, 2 * kSmallest> small_;
     std::unique_ptr<std::uint8_t[]> large_;
     const std::uint8_t* window_ = nullptr;
     std::uint64_t start_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "probe/avi.h"
 #include "probe/byte_reader.h"
@@ -52,16 +53,15 @@ Result ParseWave(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) 
 
 int RiffRecognise(MediaInfo& record, ReadWindow& file) {
     std::uint64_t size = 0;
-    std::array<std::uint8_t, kHeadBytes> head = {};
-    std::size_t read = 0;
+    std::span<const std::uint8_t> head;
     if (!file.size(size) || size < kHeadBytes) {
         return decline("it is smaller than 256 bytes");
     }
-    // In this family bytes that could not be read are 0.
-    if (!file.readUpTo(0, head, read)) {
+    if (!file.view(0, kHeadBytes, head)) {
         return decline("its first 256 bytes cannot be read");
     }
-    if (be32(&head[0]) != fourCc("RIFF")) {
+    // In this family bytes that could not be read are 0, which no letter is.
+    if (head.size() < kFirstChunk || be32(&head[0]) != fourCc("RIFF")) {
         return decline("it does not begin with RIFF");
     }
     const std::uint32_t form = be32(&head[8]);

@@ -72,6 +72,22 @@ TEST(BitReader, ReadsFieldsOfEveryWidthAtEveryPlace) {
     }
 }
 
+TEST(BitReader, CountsZerosUpToTheNextOne) {
+    const auto bytes = std::to_array<std::uint8_t>({0x80, 0x01, 0x00, 0x00, 0x10, 0x00});
+    probe::BitReader reader(bytes);
+    EXPECT_EQ(reader.zeros(32), 0u);
+    EXPECT_EQ(reader.zeros(32), 14u);
+    EXPECT_EQ(reader.bitPosition(), 16u);
+    probe::BitReader impatient = reader;
+    EXPECT_GT(impatient.zeros(8), 8u);
+    EXPECT_TRUE(impatient.ok());
+    EXPECT_EQ(reader.zeros(32), 19u);
+    EXPECT_EQ(reader.bitPosition(), 36u);
+    EXPECT_TRUE(reader.ok());
+    EXPECT_EQ(reader.zeros(32), 12u) << "and no one behind them";
+    EXPECT_FALSE(reader.ok());
+}
+
 TEST(FourCc, PutsTheFirstLetterHighest) {
     EXPECT_EQ(probe::fourCc("ftyp"), 0x66747970u);
     EXPECT_EQ(probe::fourCc("RIFF"), 0x52494646u);
