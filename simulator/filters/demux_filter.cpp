@@ -79,17 +79,25 @@ ComPtr<IPin> DemuxFilter::innerInput() {
     return nullptr;
 }
 
-void DemuxFilter::findStreams() {
+std::vector<ComPtr<IPin>> DemuxFilter::innerOutputs() {
+    std::vector<ComPtr<IPin>> outputs;
     ComPtr<IEnumPins> all;
     if (!inner_ || FAILED(inner_->EnumPins(&all))) {
-        return;
+        return outputs;
     }
     ComPtr<IPin> pin;
     while (all->Next(1, pin.ReleaseAndGetAddressOf(), nullptr) == S_OK) {
         PIN_DIRECTION direction;
         if (SUCCEEDED(pin.Get()->QueryDirection(&direction)) && direction == PINDIR_OUTPUT) {
-            streams_.push_back(std::make_unique<StreamPin>(this, this, pin.Get()));
+            outputs.push_back(pin);
         }
+    }
+    return outputs;
+}
+
+void DemuxFilter::findStreams() {
+    for (const ComPtr<IPin>& pin : innerOutputs()) {
+        streams_.push_back(std::make_unique<StreamPin>(this, this, pin.Get()));
     }
 }
 
@@ -210,6 +218,7 @@ TypeList DemuxFilter::UndecodedVideo::offeredTypes() {
 HRESULT DemuxFilter::Stop() {
     length_.stop();
     watching_ = false;
+    setOffset(0, 0);
     for (const auto& stream : streams_) {
         stream->stop();
     }
@@ -245,6 +254,7 @@ HRESULT DemuxFilter::Run(REFERENCE_TIME start) {
     if (!watching_) {
         watching_ = true;
         length_.start(graph_, reader_.path(), durationSeconds());
+        openedBytes_ = length_.bytes();
     }
     start_ = start;
     return inner_->Run(start);
@@ -260,6 +270,7 @@ HRESULT DemuxFilter::seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG
         }
     }
     inner_->Stop();
+    setOffset(0, 0);
     HRESULT result = S_OK;
     for (const auto& stream : streams_) {
         IMediaSeeking* seeking = stream->innerSeeking();

@@ -7,6 +7,7 @@
 // everything but the reads and the samples happens on the application's thread.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -25,7 +26,8 @@ class DemuxFilter final : public BaseFilter,
                           public vendor::AudioStreamSelection,
                           public vendor::FilterStatus,
                           public vendor::OwnerWindow,
-                          public SeekTarget {
+                          public SeekTarget,
+                          public LengthListener {
 public:
     DemuxFilter();
 
@@ -65,6 +67,8 @@ public:
 
     HRESULT seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                         DWORD stopFlags) override;
+    bool mayGoOn() const override;
+    void watched() override;
 
 protected:
     void* findInterface(REFIID iid) override;
@@ -106,7 +110,13 @@ private:
     HRESULT openInSplitter(const AM_MEDIA_TYPE& type);
     void closeFile();
     ComPtr<IPin> innerInput();
+    std::vector<ComPtr<IPin>> innerOutputs();
     void findStreams();
+    // The splitter opens the file anew, as far as it goes by now, and goes on where it had ended.
+    void playOn();
+    HRESULT openAgain();
+    // Between the splitter's times and the graph's; what comes before `first` is left out. 100 ns.
+    void setOffset(LONGLONG offset, LONGLONG first);
     double durationSeconds();
     std::vector<StreamPin*> streamsOf(const GUID& majorType);
 
@@ -116,7 +126,9 @@ private:
     UndecodedVideo undecoded_{this};
     ReaderPin reader_{this};
     std::vector<std::unique_ptr<StreamPin>> streams_, retired_;
-    LengthWatch length_;
+    LengthWatch length_{this};
+    std::atomic<LONGLONG> openedBytes_ = 0;  // the file's size when the splitter opened it
+    LONGLONG offset_ = 0;                    // between the splitter's times and the graph's, 100 ns
     bool watching_ = false;
     bool open_ = false;
     bool chipLacksCodec_ = false;

@@ -1,5 +1,7 @@
 #include "simulator/filters/length_watch.h"
 
+#include <cmath>
+
 #include "simulator/filters/faults.h"
 
 namespace filters {
@@ -8,8 +10,9 @@ namespace {
 
 constexpr LONG kLiveLengthEvent = 33024;
 constexpr LONG kNewLengthEvent = 33773;
-constexpr UINT kTickMilliseconds = 1000;
-constexpr int kForcedTick = 2;  // when the fault's length is announced
+constexpr UINT kTickMilliseconds = 100;
+constexpr int kLookTicks = 10;   // between two looks at the file
+constexpr int kForcedTick = 20;  // when the fault's length is announced
 // A file untouched for this long counts as finished (100 ns units).
 constexpr LONGLONG kStillWritten = 5 * 10'000'000LL;
 
@@ -45,7 +48,8 @@ void LengthWatch::start(IFilterGraph* graph, const std::wstring& path, double du
     graph_ = graph;
     path_ = path;
     durationSeconds_ = durationSeconds;
-    firstBytes_ = lastBytes_ = facts.bytes;
+    firstBytes_ = facts.bytes;
+    lastBytes_ = facts.bytes;
     ticks_ = 0;
     live_ = false;
     if (forcedSeconds_) {
@@ -57,6 +61,8 @@ void LengthWatch::start(IFilterGraph* graph, const std::wstring& path, double du
 
 void LengthWatch::stop() {
     AppWindow::instance().stopTicks(this);
+    live_ = false;
+    lastBytes_ = 0;
     graph_ = nullptr;
 }
 
@@ -69,16 +75,33 @@ void LengthWatch::announce(double seconds) {
 }
 
 void LengthWatch::tick() {
-    FileFacts facts;
     if (++ticks_ == kForcedTick && forcedSeconds_) {
         announce(forcedSeconds_);
     }
-    if (forcedSeconds_ || !readFacts(path_, &facts) || facts.bytes <= lastBytes_ || !firstBytes_) {
+    if (forcedSeconds_ || !firstBytes_) {
         return;
     }
-    lastBytes_ = facts.bytes;
-    announce(durationSeconds_ * static_cast<double>(facts.bytes) /
-             static_cast<double>(firstBytes_));
+    if (ticks_ % kLookTicks == 0) {
+        look();
+    }
+    if (live_) {
+        listener_->watched();
+    }
+}
+
+void LengthWatch::look() {
+    FileFacts facts;
+    if (readFacts(path_, &facts) && facts.bytes > lastBytes_) {
+        lastBytes_ = facts.bytes;
+        announce(durationSeconds_ * static_cast<double>(facts.bytes) /
+                 static_cast<double>(firstBytes_));
+    }
+}
+
+void LengthWatch::measured(double seconds, LONGLONG bytes) {
+    durationSeconds_ = seconds;
+    firstBytes_ = bytes;
+    announce(std::ceil(seconds));
 }
 
 }  // namespace filters

@@ -6,32 +6,53 @@
 
 #include <dshow.h>
 
+#include <atomic>
 #include <string>
 
 #include "simulator/filters/app_window.h"
 
 namespace filters {
 
+class LengthListener {
+public:
+    // Called ten times a second once the file was seen to grow, even when it does no more.
+    virtual void watched() = 0;
+
+protected:
+    ~LengthListener() = default;
+};
+
 class LengthWatch final : public TickListener {
 public:
+    explicit LengthWatch(LengthListener* listener) : listener_(listener) {}
+
     // Begins to watch `path` when it was written to within the last seconds, or when the fault
     // LiveLength says so. `durationSeconds` is what the file's headers say now.
     void start(IFilterGraph* graph, const std::wstring& path, double durationSeconds);
     void stop();
+    // Whether the file was seen to grow. Any thread.
+    bool live() const { return live_; }
+    // Its size as seen last; 0 when it is not watched. Any thread.
+    LONGLONG bytes() const { return lastBytes_; }
+
+    // What the file, at that size, was found to last; announced at once.
+    void measured(double seconds, LONGLONG bytes);
 
     void tick() override;
 
 private:
     void announce(double seconds);
+    void look();
 
+    LengthListener* const listener_;
     IFilterGraph* graph_ = nullptr;
     std::wstring path_;
     double durationSeconds_ = 0;
     LONGLONG firstBytes_ = 0;  // size that durationSeconds_ belongs to
-    LONGLONG lastBytes_ = 0;
+    std::atomic<LONGLONG> lastBytes_ = 0;
     DWORD forcedSeconds_ = 0;
     int ticks_ = 0;
-    bool live_ = false;
+    std::atomic<bool> live_ = false;  // the first event was sent
 };
 
 }  // namespace filters

@@ -128,8 +128,8 @@ HRESULT ReaderPin::readThroughWindow(LONGLONG offset, LONG bytes, BYTE* out) {
     if (skipped < 0 || skipped + bytes > windowBytes_) {
         LONGLONG total = 0;
         LONGLONG available = 0;
-        if (bytes >= kWindowBytes || FAILED(file_.Get()->Length(&total, &available)) ||
-            offset < 0 || offset + bytes > total) {
+        if (bytes >= kWindowBytes || FAILED(Length(&total, &available)) || offset < 0 ||
+            offset + bytes > total) {
             return file_.Get()->SyncRead(offset, bytes, out);
         }
         const auto wanted = static_cast<LONG>(std::min<LONGLONG>(kWindowBytes, total - offset));
@@ -165,8 +165,18 @@ HRESULT ReaderPin::WaitForNext(DWORD milliseconds, IMediaSample** sample, DWORD_
     return file_.Get()->WaitForNext(milliseconds, sample, user);
 }
 
+// Wine's file source keeps the size that the file had when it was opened; one that is being
+// recorded is longer by now.
 HRESULT ReaderPin::Length(LONGLONG* total, LONGLONG* available) {
-    return file_.Get()->Length(total, available);
+    const HRESULT result = file_.Get()->Length(total, available);
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (SUCCEEDED(result) && !path_.empty() &&
+        GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &data)) {
+        const auto bytes = static_cast<LONGLONG>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
+        *total = std::max(*total, bytes);
+        *available = std::max(*available, bytes);
+    }
+    return result;
 }
 
 HRESULT ReaderPin::BeginFlush() {

@@ -18,7 +18,10 @@ constexpr long kConvertedBuffers = 2;
 }  // namespace
 
 StreamPin::StreamPin(IBaseFilter* owner, SeekTarget* target, IPin* inner)
-    : BasePin(owner, PINDIR_OUTPUT, L"Stream"), inner_(inner), relay_(owner, this) {
+    : BasePin(owner, PINDIR_OUTPUT, L"Stream"),
+      target_(target),
+      inner_(inner),
+      relay_(owner, this) {
     seeking_.bind(target, this, inner);
     ComPtr<IEnumMediaTypes> types;
     AM_MEDIA_TYPE* type = nullptr;
@@ -52,6 +55,37 @@ HRESULT StreamPin::Disconnect() {
     relay_.Disconnect();
     receiver_.Reset();
     return S_OK;
+}
+
+void StreamPin::setOffset(LONGLONG offset, LONGLONG first) {
+    offset_ = offset;
+    first_ = first;
+    endKept_ = false;
+}
+
+void StreamPin::leave() {
+    AM_MEDIA_TYPE type{};
+    innerType_.clear();
+    if (SUCCEEDED(relay_.ConnectionMediaType(&type))) {
+        innerType_.assign(type);
+        CoTaskMemFree(type.pbFormat);
+    }
+    changing_ = true;
+    inner_->Disconnect();
+    relay_.Disconnect();
+    changing_ = false;
+}
+
+HRESULT StreamPin::rejoin(IPin* inner) {
+    inner_ = inner;
+    seeking_.bind(target_, this, inner);
+    if (!receiver_) {
+        return S_OK;
+    }
+    changing_ = true;
+    const HRESULT result = inner_->Connect(&relay_, &innerType_.get());
+    changing_ = false;
+    return result;
 }
 
 HRESULT StreamPin::ConnectedTo(IPin** peer) {
@@ -130,7 +164,7 @@ HRESULT StreamPin::Relay::connected(IPin*, const AM_MEDIA_TYPE& type) {
     IPin* receiver = stream_->receiver_.Get();
     chooseReceivedType(type);
     HRESULT result = receiver->QueryInterface(IID_PPV_ARGS(&memory_));
-    if (SUCCEEDED(result)) {
+    if (SUCCEEDED(result) && !stream_->changing_) {
         result = receiver->ReceiveConnection(stream_, &receivedType_.get());
     }
     if (FAILED(result)) {
@@ -141,7 +175,7 @@ HRESULT StreamPin::Relay::connected(IPin*, const AM_MEDIA_TYPE& type) {
 
 void StreamPin::Relay::disconnected() {
     // The splitter lets go when it cannot use a connection; then the receiver must let go too.
-    if (stream_->receiver_) {
+    if (stream_->receiver_ && !stream_->changing_) {
         stream_->receiver_.Get()->Disconnect();
     }
     memory_.Reset();
@@ -162,6 +196,10 @@ void StreamPin::Relay::stop() {
 }
 
 HRESULT StreamPin::Relay::EndOfStream() {
+    if (stream_->target_->mayGoOn()) {
+        stream_->endKept_ = true;
+        return S_OK;
+    }
     return stream_->receiver_ ? stream_->receiver_.Get()->EndOfStream() : S_OK;
 }
 
@@ -223,6 +261,18 @@ HRESULT StreamPin::Relay::Receive(IMediaSample* sample) {
     }
     if (!memory_) {
         return VFW_E_NOT_CONNECTED;
+    }
+    REFERENCE_TIME begin = 0;
+    REFERENCE_TIME end = 0;
+    const LONGLONG offset = stream_->offset_;
+    const LONGLONG first = stream_->first_;
+    if ((offset || first) && sample->GetTime(&begin, &end) == S_OK) {
+        begin += offset;
+        end += offset;
+        if (begin < first) {
+            return S_OK;
+        }
+        sample->SetTime(&begin, &end);
     }
     return converter_.isOpen() ? receiveConverted(sample) : memory_.Get()->Receive(sample);
 }

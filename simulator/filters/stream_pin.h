@@ -27,6 +27,18 @@ public:
     // See StreamSeeking::inner.
     IMediaSeeking* innerSeeking() const { return seeking_.inner(); }
     IPin* receiver() const { return receiver_.Get(); }
+
+    // Whether the stream has ended and has kept that to itself.
+    bool endKept() const { return endKept_; }
+    // Lets go of the splitter's pin, which is about to go away, and takes up another of the same
+    // kind; the receiver notices nothing.
+    void leave();
+    HRESULT rejoin(IPin* inner);
+    // Without another pin to take up: only what ends the stream works from now on.
+    void stayAlone() { inner_ = &relay_; }
+    // For samples from now on: what is added to their times, and the time before which they are
+    // left out (while an offset is set), 100 ns.
+    void setOffset(LONGLONG offset, LONGLONG first);
     // Samples will come; no samples will come, and none that waits for a buffer goes on waiting.
     void start() { relay_.start(); }
     void stop() { relay_.stop(); }
@@ -94,7 +106,13 @@ private:
     };
 
     ComPtr<IPin> receiver_;
-    IPin* const inner_;  // not counted: its references are this filter's
+    SeekTarget* const target_;
+    IPin* inner_;            // not counted: its references are this filter's
+    MediaType innerType_;    // of the connection while there is none
+    bool changing_ = false;  // the splitter's pin, not the receiver
+    std::atomic<bool> endKept_ = false;
+    std::atomic<LONGLONG> offset_ = 0;
+    std::atomic<LONGLONG> first_ = 0;
     GUID majorType_ = GUID_NULL;
     std::atomic<bool> silent_ = false;
     Relay relay_;

@@ -15,6 +15,8 @@ public:
     // Moves a file that plays, or that is paused; arguments and result as IMediaSeeking's.
     virtual HRESULT seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                                 DWORD stopFlags) = 0;
+    // Whether more may come behind the end of the streams. Called on the splitter's thread.
+    virtual bool mayGoOn() const = 0;
 
 protected:
     ~SeekTarget() = default;

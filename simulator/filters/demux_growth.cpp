@@ -1,0 +1,112 @@
+// The demultiplexer and a recording that grows while it plays. The splitter knows of what was there
+// when it opened the file; its streams keep their end to themselves, and when all have come to it
+// the file is opened once more and played on from there. The receivers are not told. The end stays
+// untold when the recording is over, too: the graph's position would go back to where the file had
+// ended when it was opened first, and the player, which waits for the announced length, would wait
+// for ever.
+#include <algorithm>
+
+#include "simulator/filters/demux_filter.h"
+#include "simulator/tape/tape.h"
+
+namespace filters {
+
+namespace {
+
+// How far before the place to go on at the splitter begins, 100 ns: a picture can be decoded from
+// the last key picture on only, and the splitter cannot tell which those are in a file without
+// index.
+constexpr LONGLONG kLeadIn = 2 * 10'000'000LL;
+
+}  // namespace
+
+bool DemuxFilter::mayGoOn() const {
+    return length_.live();
+}
+
+void DemuxFilter::setOffset(LONGLONG offset, LONGLONG first) {
+    offset_ = offset;
+    for (const auto& stream : streams_) {
+        stream->setOffset(offset, first);
+    }
+}
+
+void DemuxFilter::watched() {
+    bool ended = false;
+    for (const auto& stream : streams_) {
+        if (stream->receiver() && !stream->endKept()) {
+            return;
+        }
+        ended = ended || stream->receiver();
+    }
+    if (ended && length_.bytes() > openedBytes_) {
+        playOn();
+    }
+}
+
+HRESULT DemuxFilter::openAgain() {
+    AM_MEDIA_TYPE type{};
+    const ComPtr<IPin> input = innerInput();
+    HRESULT result = input_.ConnectionMediaType(&type);
+    if (FAILED(result) || !input) {
+        return E_UNEXPECTED;
+    }
+    input.Get()->Disconnect();
+    openedBytes_ = length_.bytes();
+    result = openInSplitter(type);
+    CoTaskMemFree(type.pbFormat);
+    const auto outputs = innerOutputs();
+    if (SUCCEEDED(result) && outputs.size() != streams_.size()) {
+        result = VFW_E_INVALID_FILE_FORMAT;
+    }
+    for (std::size_t i = 0; i < streams_.size() && SUCCEEDED(result); ++i) {
+        result = streams_[i]->rejoin(outputs[i].Get());
+    }
+    return result;
+}
+
+void DemuxFilter::playOn() {
+    FILTER_STATE state = State_Stopped;
+    inner_->GetState(0, &state);
+    LONGLONG start = 0;  // what the splitter's time 0 stands for
+    LONGLONG end = 0;
+    IMediaSeeking* const before = streams_.front()->innerSeeking();
+    if (!before || FAILED(before->GetCurrentPosition(&start)) ||
+        FAILED(before->GetDuration(&end))) {
+        return;
+    }
+    inner_->Stop();
+    for (const auto& stream : streams_) {
+        stream->stop();
+        stream->leave();
+    }
+    const HRESULT result = openAgain();
+    tape::Line("filter")
+        .text("filter", vendor::kDemuxName)
+        .text("what", L"played on")
+        .number("fromMilliseconds", end / 10000)
+        .number("result", result);
+    if (FAILED(result)) {
+        for (const auto& stream : streams_) {
+            stream->stayAlone();
+        }
+        return;
+    }
+    const LONGLONG from = std::max<LONGLONG>(end - kLeadIn, 0);
+    setOffset(offset_ + from - start, std::max<LONGLONG>(offset_ + end - start, 0));
+    for (const auto& stream : streams_) {
+        LONGLONG place = from;
+        if (stream->innerSeeking()) {
+            stream->innerSeeking()->SetPositions(&place, AM_SEEKING_AbsolutePositioning, nullptr,
+                                                 AM_SEEKING_NoPositioning);
+        }
+        stream->start();
+    }
+    length_.measured(durationSeconds(), openedBytes_);
+    inner_->Pause();
+    if (state == State_Running) {
+        inner_->Run(start_);
+    }
+}
+
+}  // namespace filters
