@@ -82,8 +82,11 @@ void switchCamera() {
     catalogue::copyPath(persisted.file, sibling);
     if (stateBefore != settings::kStopped) {
         persisted.position = position;
+        const std::uint32_t request = appState.playRequests + 1;
         OnPlay();
-        if (stateBefore == settings::kPaused) {
+        // Not after a refusal, nor what was started while its box was open.
+        if (stateBefore == settings::kPaused && persisted.playState == settings::kPlaying &&
+            request == appState.playRequests) {
             OnPlay();
         }
     }

@@ -93,8 +93,12 @@ LRESULT onEndPoint(HWND, UINT, WPARAM, LPARAM) {
     }
     if (stateBefore != settings::kStopped) {
         appState.persisted.position = position;
+        const std::uint32_t request = appState.playRequests + 1;
         Player::OnPlay();
-        if (stateBefore == settings::kPaused) {
+        // Not after a refusal, nor what was started while its box was open.
+        if (stateBefore == settings::kPaused &&
+            appState.persisted.playState == settings::kPlaying &&
+            request == appState.playRequests) {
             Player::OnPlay();
         }
     }
