@@ -43,10 +43,15 @@ void createFonts() {
     }
 }
 
-// Reads what the second paint would need too late: everything but the set that is showing.
+// Reads what the second paint would need too late: everything but the set that the start has read.
 void loadRestOfSkin() {
     appState.loadRestOfSkin = 0;
-    ui::loadScreen(appState.screenMode == kFullWidth ? kHalfWidth : kFullWidth);
+    // By what is missing: the mode may have changed between the start and the first paint.
+    for (const int mode : {kFullWidth, kHalfWidth}) {
+        if (!ui::isScreenLoaded(mode)) {
+            ui::loadScreen(mode);
+        }
+    }
     ui::loadScreen(kFileList);
     ui::loadScreen(kSlideBanner);
     appState.imageLoaded = 1;

@@ -41,6 +41,10 @@ void freeKeys(HWND window) {
 }
 
 void reportExitReady(HWND window) {
+    // A stored file that no screen is there to start is nothing to wait for.
+    if (appState.resumePending != 0 && !ui::followsTimers(appState.screenMode)) {
+        appState.playLoaded = 1;
+    }
     platform::print("[%s : %d] bImgLoad[%d] bPlayLoad[%d] 1=1 kill \n", "OnTimer",
                     static_cast<int>(kExitReadyTimer), appState.imageLoaded, appState.playLoaded);
     if (appState.imageLoaded == 1 && appState.playLoaded == 1) {
