@@ -14,7 +14,8 @@ class ReadOnlyFile {
 public:
     virtual ~ReadOnlyFile() = default;
 
-    // Size in bytes at the time of the call. Returns false when it cannot be told.
+    // Size in bytes: natively when the file was opened, on Windows at the time of the call. Returns
+    // false when it cannot be told.
     [[nodiscard]] virtual bool size(std::uint64_t& bytes) = 0;
 
     // Reads up to buffer.size() bytes from the absolute offset. Returns false when the seek or

@@ -14,18 +14,15 @@ namespace {
 
 class PosixFile final : public ReadOnlyFile {
 public:
-    explicit PosixFile(int descriptor) : descriptor_(descriptor) {}
+    PosixFile(int descriptor, const struct stat& status)
+        : descriptor_(descriptor), bytes_(status.st_size) {}
     ~PosixFile() override { close(descriptor_); }
     PosixFile(const PosixFile&) = delete;
     PosixFile& operator=(const PosixFile&) = delete;
 
     bool size(std::uint64_t& bytes) override {
-        struct stat status {};
-        if (fstat(descriptor_, &status) != 0 || status.st_size < 0) {
-            return false;
-        }
-        bytes = static_cast<std::uint64_t>(status.st_size);
-        return true;
+        bytes = static_cast<std::uint64_t>(bytes_);
+        return bytes_ >= 0;
     }
 
     bool readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) override {
@@ -49,6 +46,7 @@ public:
 
 private:
     int descriptor_;
+    off_t bytes_;
 };
 
 std::uint32_t windowsError(int number) {
@@ -78,12 +76,13 @@ std::unique_ptr<ReadOnlyFile> openFile(const char16_t* path, std::uint32_t& erro
         return nullptr;
     }
     struct stat status {};
+    status.st_size = -1;
     if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
         close(descriptor);
         error = windowsError(EISDIR);  // CreateFileW refuses a folder the same way
         return nullptr;
     }
-    std::unique_ptr<ReadOnlyFile> file(new (std::nothrow) PosixFile(descriptor));
+    std::unique_ptr<ReadOnlyFile> file(new (std::nothrow) PosixFile(descriptor, status));
     if (!file) {
         close(descriptor);
         error = windowsError(ENOMEM);

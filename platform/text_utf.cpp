@@ -82,9 +82,13 @@ std::size_t encodeUtf16(char32_t value, std::array<char16_t, 2>& units) {
 }  // namespace
 
 std::string toUtf8(std::u16string_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    std::string out(text.size(), '\0');
+    std::size_t ascii = 0;  // most names are nothing else
+    for (; ascii < text.size() && text[ascii] < 0x80; ++ascii) {
+        out[ascii] = static_cast<char>(text[ascii]);
+    }
+    out.resize(ascii);
+    for (std::size_t i = ascii; i < text.size(); ++i) {
         const char16_t unit = text[i];
         if (unit < 0xD800 || unit > 0xDFFF) {
             appendUtf8(out, unit);
