@@ -2,6 +2,8 @@
 // prepares the unit's files.
 #include "simulator/command/expect.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 
@@ -138,6 +140,12 @@ bool putCommand(Stage& stage, const Words& words, How how, std::string& why) {
     error.clear();
     // A copy: under Wine a file that has a second name, and is open by that, cannot be deleted yet.
     fs::copy_file(from, to, error);
+    // What was put first is the older one, however fast they follow each other.
+    static fs::file_time_type last;
+    last = std::max(fs::file_time_type::clock::now(), last + std::chrono::milliseconds(1));
+    if (!error) {
+        fs::last_write_time(to, last, error);
+    }
     why = error.message();
     return !error;
 }
