@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <set>
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -73,21 +73,41 @@ TEST(Recordings, AreToldByTheirLastThreeCharacters) {
     }
 }
 
+template <std::size_t count>
+std::vector<std::u16string> entriesOf(const std::array<const char16_t*, count>& table) {
+    return {table.begin(), table.end()};
+}
+
 TEST(Recordings, TablesAreAsTheUnitHasThem) {
-    using catalogue::VideoExtensions;
-    const std::set<std::u16string_view> distinct(VideoExtensions.begin(), VideoExtensions.end());
-    EXPECT_EQ(distinct.size(), 26u);
-    for (std::size_t i = 0; i < 13; ++i) {  // the second half repeats the first in upper case
-        std::u16string upper(VideoExtensions[i]);
-        for (char16_t& letter : upper) {
-            letter = letter >= u'a' && letter <= u'z' ? static_cast<char16_t>(letter - 32) : letter;
-        }
-        EXPECT_EQ(upper, VideoExtensions[i + 13]);
+    using Texts = std::vector<std::u16string>;
+    EXPECT_EQ(entriesOf(catalogue::VideoExtensions),
+              (Texts{u"avi", u"mpg", u"peg", u"asf", u"mkv", u"ogm", u"mp4", u"wmv", u"3gp",
+                     u"k3g", u"rm",  u"mvb", u"mov", u"AVI", u"MPG", u"PEG", u"ASF", u"MKV",
+                     u"OGM", u"MP4", u"WMV", u"3GP", u"K3G", u"RM",  u"MVB", u"MOV"}));
+    EXPECT_EQ(entriesOf(catalogue::AudioExtensions),
+              (Texts{u"mp3", u"wav", u"wma", u"mid", u"ogg", u"m4a", u"acc", u"awb", u"MP3", u"WAV",
+                     u"WMA", u"MID", u"OGG", u"M4A", u"ACC", u"AWB"}));
+    EXPECT_EQ(entriesOf(catalogue::ImageExtensions),
+              (Texts{u"bmp", u"jpg", u"peg", u"gif", u"png", u"ico", u"BMP", u"JPG", u"PEG", u"GIF",
+                     u"PNG", u"ICO"}));
+    EXPECT_EQ(entriesOf(catalogue::StorageVolumeNames),
+              (Texts{u"SDMMCDisk", u"SDMMCDisk2", u"USB", u"USB2", u"USB3", u"USB4"}));
+    EXPECT_EQ(catalogue::kFirstUsbVolume, 2);
+    for (std::int32_t slot = 0; slot < 6; ++slot) {
+        EXPECT_EQ(catalogue::volumeName(slot),
+                  catalogue::StorageVolumeNames[static_cast<std::size_t>(slot)]);
     }
-    EXPECT_EQ(std::u16string_view(catalogue::volumeName(0)), u"SDMMCDisk");
-    EXPECT_EQ(std::u16string_view(catalogue::volumeName(5)), u"USB4");
     EXPECT_EQ(catalogue::volumeName(6), nullptr);
     EXPECT_EQ(catalogue::volumeName(-1), nullptr);
+}
+
+// Every entry of three letters admits names; those of two never match.
+TEST(Recordings, AreTakenByEveryEntryOfThreeLetters) {
+    for (const char16_t* extension : catalogue::VideoExtensions) {
+        const std::u16string name = std::u16string(u"clip.") + extension;
+        const bool canMatch = std::u16string_view(extension).size() == 3;
+        EXPECT_EQ(catalogue::isRecording(name.c_str()), canMatch) << platform::toUtf8(name);
+    }
 }
 
 TEST(Listing, RootHoldsVolumesInTheOrderFound) {
