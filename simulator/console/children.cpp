@@ -138,10 +138,20 @@ bool create(const Program& program, HANDLE output, PROCESS_INFORMATION& process)
         start.hStdOutput = output;
         start.hStdError = output;
     }
-    std::wstring commandLine = program.commandLine;
-    return CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, output != nullptr,
-                          CREATE_SUSPENDED, nullptr, program.folder.c_str(), &start,
-                          &process) != FALSE;
+    // Once in a great while Wine fails to fork on a loaded machine, and can when it is asked again.
+    constexpr int kAttempts = 3;
+    constexpr DWORD kPauseMilliseconds = 200;
+    for (int attempt = 1;; ++attempt) {
+        std::wstring commandLine = program.commandLine;
+        if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, output != nullptr,
+                           CREATE_SUSPENDED, nullptr, program.folder.c_str(), &start, &process)) {
+            return true;
+        }
+        if (GetLastError() != ERROR_INTERNAL_ERROR || attempt == kAttempts) {
+            return false;
+        }
+        Sleep(kPauseMilliseconds);
+    }
 }
 
 }  // namespace
