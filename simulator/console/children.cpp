@@ -138,7 +138,8 @@ bool create(const Program& program, HANDLE output, PROCESS_INFORMATION& process)
         start.hStdOutput = output;
         start.hStdError = output;
     }
-    // Once in a great while Wine fails to fork on a loaded machine, and can when it is asked again.
+    // Seen once in some forty starts on a loaded machine: Wine answers with an internal error, and
+    // the next start goes well.
     constexpr int kAttempts = 3;
     constexpr DWORD kPauseMilliseconds = 200;
     for (int attempt = 1;; ++attempt) {
