@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 
 #include "platform/text.h"
 #include "simulator/command/display.h"
@@ -17,6 +18,7 @@ namespace headunit {
 namespace {
 
 constexpr int kHubPatience = 60000;  // milliseconds; the first start of a prefix is slow
+constexpr int kHubAttempts = 2;
 constexpr int kPeerPatience = 15000;
 constexpr int kFramePatience = 60000;
 constexpr char kCard[] = "SDMMCDisk";
@@ -56,6 +58,28 @@ bool startDisplay(const Unit& unit, const BootOptions& options, std::string& why
     return true;
 }
 
+std::string lastLineOf(const std::string& path) {
+    std::ifstream file(path);
+    std::string line;
+    std::string last;
+    while (std::getline(file, line)) {
+        last = line.empty() ? last : line;
+    }
+    return last;
+}
+
+// Until the unit answers; false when its process has ended or patience has.
+bool awaitHub(const Unit& unit, pid_t hub) {
+    const long long end = process::nowMilliseconds() + kHubPatience;
+    while (!isRunning(unit)) {
+        if (process::nowMilliseconds() > end || !process::isAlive(hub)) {
+            return false;
+        }
+        process::sleepMilliseconds(10);
+    }
+    return true;
+}
+
 bool startHub(const Unit& unit, const BootOptions& options, std::string& why) {
     const std::string desktop = "/desktop=" + unit.desktopName() + "," +
                                 std::to_string(screenWidth(options)) + "x" +
@@ -66,25 +90,27 @@ bool startHub(const Unit& unit, const BootOptions& options, std::string& why) {
     environment.push_back("HEADUNIT_COMMAND=" + fs::read_symlink("/proc/self/exe", error).string());
     environment.push_back("HEADUNIT_DEVICE=" + unit.device.string());
     writeRunFile(unit, "panel", options.panel ? "open" : "");
-    const pid_t hub =
-        process::startDetached({wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe",
-                                options.panel ? "--panel" : "--no-panel"},
-                               {.environment = environment,
-                                .folder = unit.device.string(),
-                                .logFile = (unit.run() / "wine.log").string()});
-    if (hub < 0) {
-        why = "Wine is missing; install it with: apt-get install wine wine64";
-        return false;
-    }
-    const long long end = process::nowMilliseconds() + kHubPatience;
-    while (!isRunning(unit)) {
-        if (process::nowMilliseconds() > end || !process::isAlive(hub)) {
-            why = "the unit did not start inside Wine; see " + (unit.run() / "wine.log").string();
+    const std::string log = (unit.run() / "wine.log").string();
+    for (int attempt = 1;; ++attempt) {
+        const pid_t hub = process::startDetached(
+            {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe",
+             options.panel ? "--panel" : "--no-panel"},
+            {.environment = environment, .folder = unit.device.string(), .logFile = log});
+        if (hub < 0) {
+            why = "Wine is missing; install it with: apt-get install wine wine64";
             return false;
         }
-        process::sleepMilliseconds(10);
+        if (awaitHub(unit, hub)) {
+            return true;
+        }
+        // Seen once in some thousand boots: Wine's desktop ends as soon as it has begun.
+        if (process::isAlive(hub) || attempt == kHubAttempts) {
+            const std::string last = lastLineOf(log);
+            why = "the unit did not start inside Wine; see " + log +
+                  (last.empty() ? std::string() : ", which ends with: " + last);
+            return false;
+        }
     }
-    return true;
 }
 
 bool startPeers(const Unit& unit, const BootOptions& options, std::string& why) {
