@@ -65,6 +65,21 @@ std::int32_t cameraOfCurrentFile() {
     return catalogue::cameraOf(appState.persisted.file);
 }
 
+void playAgain(std::int32_t stateBefore, double position) {
+    settings::PersistedState& persisted = appState.persisted;
+    if (stateBefore == settings::kStopped) {
+        return;
+    }
+    persisted.position = position;
+    const std::uint32_t request = appState.playRequests + 1;
+    OnPlay();
+    // Not after a refusal, nor what was started while its box was open.
+    if (stateBefore == settings::kPaused && persisted.playState == settings::kPlaying &&
+        request == appState.playRequests) {
+        OnPlay();
+    }
+}
+
 void switchCamera() {
     settings::PersistedState& persisted = appState.persisted;
     catalogue::PathBuffer sibling;
@@ -80,16 +95,7 @@ void switchCamera() {
     stopPlayback();
     persisted.fileIndex = index;
     catalogue::copyPath(persisted.file, sibling);
-    if (stateBefore != settings::kStopped) {
-        persisted.position = position;
-        const std::uint32_t request = appState.playRequests + 1;
-        OnPlay();
-        // Not after a refusal, nor what was started while its box was open.
-        if (stateBefore == settings::kPaused && persisted.playState == settings::kPlaying &&
-            request == appState.playRequests) {
-            OnPlay();
-        }
-    }
+    playAgain(stateBefore, position);
     ui::refreshScreen();
 }
 

@@ -40,6 +40,10 @@ void setVolumeLevel(std::int32_t level);
 // Toggles mute and broadcasts it.
 void toggleMute();
 
+// After a stop: opens the chosen file at `position` (seconds) as it was in `stateBefore` - played,
+// paused again, or left stopped. A file that is refused stays stopped.
+void playAgain(std::int32_t stateBefore, double position);
+
 // The recording of the other camera that belongs to the same moment, at the same position;
 // nothing when there is none.
 void switchCamera();

@@ -91,17 +91,7 @@ LRESULT onEndPoint(HWND, UINT, WPARAM, LPARAM) {
     if (appState.screenMode == kSlideBanner) {
         setScreenMode(appState.previousScreenMode);
     }
-    if (stateBefore != settings::kStopped) {
-        appState.persisted.position = position;
-        const std::uint32_t request = appState.playRequests + 1;
-        Player::OnPlay();
-        // Not after a refusal, nor what was started while its box was open.
-        if (stateBefore == settings::kPaused &&
-            appState.persisted.playState == settings::kPlaying &&
-            request == appState.playRequests) {
-            Player::OnPlay();
-        }
-    }
+    Player::playAgain(stateBefore, position);
     return 0;
 }
 
