@@ -15,6 +15,23 @@ HRESULT makeAllocator(IMemAllocator** allocator) {
 constexpr DWORD kMixerRate = 48000;
 constexpr long kConvertedBuffers = 2;
 
+// What the receiver gets of the splitter's type. Leaves the converter open for sound that is
+// brought to the mixer's rate, and closed for everything else.
+MediaType convertedType(const AM_MEDIA_TYPE& type, RateConverter& converter) {
+    converter.close();
+    MediaType converted(type);
+    if (type.majortype != MEDIATYPE_Audio || type.formattype != FORMAT_WaveFormatEx ||
+        type.cbFormat < sizeof(WAVEFORMATEX)) {
+        return converted;
+    }
+    auto* format = reinterpret_cast<WAVEFORMATEX*>(converted.edit().pbFormat);
+    if (converter.open(*format, type.cbFormat, kMixerRate)) {
+        format->nSamplesPerSec = kMixerRate;
+        format->nAvgBytesPerSec = kMixerRate * format->nBlockAlign;
+    }
+    return converted;
+}
+
 }  // namespace
 
 StreamPin::StreamPin(IBaseFilter* owner, SeekTarget* target, IPin* inner)
@@ -142,27 +159,13 @@ void* StreamPin::Relay::findInterface(REFIID iid) {
 
 HRESULT StreamPin::Relay::checkType(const AM_MEDIA_TYPE& type) {
     IPin* receiver = stream_->receiver_.Get();
-    chooseReceivedType(type);
-    return receiver ? receiver->QueryAccept(&receivedType_.get()) : S_FALSE;
-}
-
-void StreamPin::Relay::chooseReceivedType(const AM_MEDIA_TYPE& type) {
-    converter_.close();
-    receivedType_.assign(type);
-    if (type.majortype != MEDIATYPE_Audio || type.formattype != FORMAT_WaveFormatEx ||
-        type.cbFormat < sizeof(WAVEFORMATEX)) {
-        return;
-    }
-    auto* format = reinterpret_cast<WAVEFORMATEX*>(receivedType_.edit().pbFormat);
-    if (converter_.open(*format, type.cbFormat, kMixerRate)) {
-        format->nSamplesPerSec = kMixerRate;
-        format->nAvgBytesPerSec = kMixerRate * format->nBlockAlign;
-    }
+    RateConverter trial;
+    return receiver ? receiver->QueryAccept(&convertedType(type, trial).get()) : S_FALSE;
 }
 
 HRESULT StreamPin::Relay::connected(IPin*, const AM_MEDIA_TYPE& type) {
     IPin* receiver = stream_->receiver_.Get();
-    chooseReceivedType(type);
+    receivedType_ = convertedType(type, converter_);
     HRESULT result = receiver->QueryInterface(IID_PPV_ARGS(&memory_));
     if (SUCCEEDED(result) && !stream_->changing_) {
         result = receiver->ReceiveConnection(stream_, &receivedType_.get());

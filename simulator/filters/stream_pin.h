@@ -94,8 +94,6 @@ private:
         void disconnected() override;
 
     private:
-        // Opens or closes the converter for sound of this type.
-        void chooseReceivedType(const AM_MEDIA_TYPE& type);
         HRESULT receiveConverted(IMediaSample* sample);
 
         StreamPin* const stream_;
