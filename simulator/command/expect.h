@@ -11,6 +11,9 @@
 
 namespace headunit {
 
+// How what was done last reaches the player; a card goes at once and is announced by a message.
+enum class Way { Message, Pointer, Card, Other };
+
 // One run of a scenario.
 struct Stage {
     Unit unit;
@@ -18,6 +21,7 @@ struct Stage {
     std::uint64_t mark = 0;        // place on the tape before the last thing that was done
     std::set<std::uint64_t> used;  // lines of the tape that have met an expectation already
     bool updateGolden = false;
+    Way last = Way::Other;
 };
 
 // Carries out `words` ("expect ...", "wait ...", "put ..." and so on). False with the reason.

@@ -16,6 +16,33 @@ bool acts(const std::string& name) {
            name != "fails";
 }
 
+constexpr char kSettlePatience[] = "2000";  // milliseconds; a player may wait for a late peer
+
+// How a command reaches the player. Of the same way the first comes first.
+Way wayOf(const std::vector<std::string>& words) {
+    const std::string& name = words[0];
+    if (name == "send") {
+        return words.size() > 1 && words[1] == "--sync" ? Way::Other : Way::Message;
+    }
+    if (name == "key" || name == "gesture" || name == "mute" || name == "close") {
+        return Way::Message;
+    }
+    if (name == "card") {
+        return Way::Card;
+    }
+    return name == "touch" || name == "hold" || name == "release" ? Way::Pointer : Way::Other;
+}
+
+// A touch would overtake a message that is still in the player's queue, and a sent message or a
+// fault both of them: nobody at the car is that fast.
+void settle(Stage& stage, Way next) {
+    std::string answer;
+    if (stage.last != next && stage.last != Way::Other) {
+        ask(stage.unit, {"settle", kSettlePatience}, answer);
+    }
+    stage.last = next;
+}
+
 // A boot within a scenario never uses the user's desktop, and ends the unit that runs.
 bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
     const Verb* verb = findVerb(words[0]);
@@ -43,6 +70,7 @@ bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
 bool runStep(Stage& stage, const Step& step, std::string& why) {
     std::vector<std::string> words = step.words;
     if (acts(words[0])) {
+        settle(stage, wayOf(words));
         stage.mark = words[0] == "boot" ? 0 : tapeEnd(stage.unit);
         stage.used.clear();
     }

@@ -9,6 +9,7 @@
 #include "simulator/processes/peer.h"
 #include "simulator/tape/faults.h"
 #include "simulator/tape/registered.h"
+#include "simulator/tape/settled.h"
 #include "simulator/tape/tape.h"
 
 namespace hub {
@@ -258,6 +259,27 @@ std::string await(const Words& words) {
     return "ok";
 }
 
+// settle MILLISECONDS: until the player has taken what is on its way to it (see settled.h), or
+// that long when it is busy. Nothing to wait for without a player.
+std::string settle(const Words& words) {
+    static LONG questions = 0;
+    long long patience = 0;
+    if (!parseNumber(words[1], patience)) {
+        return failed("the time must be a number of milliseconds");
+    }
+    const HWND window = FindWindowExW(HWND_MESSAGE, nullptr, tape::kSettledClass, nullptr);
+    const auto number = static_cast<WPARAM>(InterlockedIncrement(&questions));
+    const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, tape::settledEvent(number).c_str());
+    if (event == nullptr) {
+        return failed("Windows has no event to wait for");
+    }
+    if (window != nullptr && PostMessageW(window, tape::kSettledQuestion, number, 0)) {
+        WaitForSingleObject(event, static_cast<DWORD>(patience));
+    }
+    CloseHandle(event);
+    return "ok";
+}
+
 // cut: every process of the unit ends at once, as when its power is cut; this one goes on.
 std::string cut(const Words&) {
     cutPower();
@@ -313,6 +335,7 @@ constexpr Command kCommands[] = {
     {"state", 1, &state},     {"shutdown", 1, &askExit}, {"kill", 2, &killProgram},
     {"running", 2, &running}, {"await", 3, &await},      {"quit", 1, &quit},
     {"cut", 1, &cut},         {"power", 1, &power},      {"close", 1, &closePlayer},
+    {"settle", 2, &settle},
 };
 
 }  // namespace

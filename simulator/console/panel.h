@@ -39,8 +39,8 @@ std::wstring textOf(HWND panel, int control);
 // Starts `headunit` with these words for this unit; returns at once. What it does is on the tape.
 void runHeadunit(const std::vector<std::wstring>& words);
 void fillSlots(HWND panel);
-// Puts the folder that the chosen slot shows into its field; only when it has changed unless
-// `always`.
+// Puts the folder that the chosen slot shows into its field; unless `always`, only when it has
+// changed and the user has not typed another.
 void showSlot(HWND panel, bool always);
 void insertCard(HWND panel, int);
 void removeCard(HWND panel, int);

@@ -14,8 +14,13 @@ const wchar_t* const kSlots[] = {L"SDMMCDisk", L"SDMMCDisk2", L"USB", L"USB2", L
 // Wine's name for the PC's own paths; they follow with backslashes.
 constexpr wchar_t kUnixPrefix[] = L"\\\\?\\unix";
 
-// The text that the field was given last; what the user types stands until the slot changes.
+// The folder that the field was last set to. What the user types instead stands until it is
+// inserted, the card is removed or another slot is chosen.
 std::wstring shown;
+
+bool isTyped(HWND panel) {
+    return SendDlgItemMessageW(panel, kFolderText, EM_GETMODIFY, 0, 0) != 0;
+}
 
 std::wstring chosenSlot(HWND panel) {
     const LRESULT choice = SendDlgItemMessageW(panel, kVolumeChoice, CB_GETCURSEL, 0, 0);
@@ -114,7 +119,7 @@ void fillSlots(HWND panel) {
 
 void showSlot(HWND panel, bool always) {
     const std::wstring folder = folderOf(chosenSlot(panel));
-    if (always || folder != shown) {
+    if (always || (folder != shown && !isTyped(panel))) {
         shown = folder;
         SetDlgItemTextW(panel, kFolderText, folder.c_str());
     }
@@ -128,6 +133,7 @@ void insertCard(HWND panel, int) {
         MessageBoxW(panel, (L"There is no folder " + text).c_str(), L"Insert", MB_OK);
         return;
     }
+    SendDlgItemMessageW(panel, kFolderText, EM_SETMODIFY, FALSE, 0);
     const bool isIn = isFolder(L"H:\\" + slot);
     if (isIn && text == folderOf(slot)) {
         runHeadunit({L"card", L"insert", slot});  // announced once more
@@ -137,6 +143,7 @@ void insertCard(HWND panel, int) {
 }
 
 void removeCard(HWND panel, int) {
+    showSlot(panel, true);
     runHeadunit({L"card", L"remove", chosenSlot(panel)});
 }
 

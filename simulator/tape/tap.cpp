@@ -5,8 +5,9 @@
 //   - registered messages that the player (or a second start of it) posts to the player's window;
 //   - files that the player writes and deletes.
 // Two faults of the unit are made here too: the power cut after a number of messages, and the order
-// in which folders list their entries. The player's standard output is made unbuffered, as the
-// unit's debug port is.
+// in which folders list their entries. A window of the unit's own beside the player's tells when
+// the player has taken what was on its way to it (settled.h). The player's standard output is made
+// unbuffered, as the unit's debug port is.
 #include <windows.h>
 
 #include <cstdio>
@@ -24,6 +25,7 @@ const Tap kTaps[] = {
     {"OutputDebugStringW", reinterpret_cast<void*>(&tap::debugString)},
     {"PostMessageW", reinterpret_cast<void*>(&tap::postMessage)},
     {"SendMessageW", reinterpret_cast<void*>(&tap::sendMessage)},
+    {"CreateWindowExW", reinterpret_cast<void*>(&tap::createWindow)},
     {"CreateFileW", reinterpret_cast<void*>(&tap::createFile)},
     {"DeleteFileW", reinterpret_cast<void*>(&tap::deleteFile)},
     {"_wfopen", reinterpret_cast<void*>(&tap::openFile)},

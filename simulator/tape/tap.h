@@ -13,6 +13,11 @@ void WINAPI debugString(const wchar_t* text);
 BOOL WINAPI postMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI sendMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
+// tap_windows.cpp
+HWND WINAPI createWindow(DWORD extended, const wchar_t* className, const wchar_t* title,
+                         DWORD style, int left, int top, int width, int height, HWND parent,
+                         HMENU menu, HINSTANCE program, void* parameter);
+
 // tap_files.cpp
 HANDLE WINAPI createFile(const wchar_t* path, DWORD access, DWORD share,
                          SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
