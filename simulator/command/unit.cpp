@@ -119,6 +119,10 @@ Quiet::~Quiet() {
     --quietDepth;
 }
 
+bool isQuiet() {
+    return quietDepth > 0;
+}
+
 CheckOnly::CheckOnly() {
     ++checkDepth;
 }

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 int fail(const std::string& text);
 // What the last failure said.
 const std::string& lastError();
-// While one of these lives, failures are kept and not printed.
+// While one of these lives, failures and answers are kept and not printed.
 class Quiet {
 public:
     Quiet();
@@ -27,6 +27,7 @@ public:
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;
 };
+bool isQuiet();
 // While one of these lives, verbs look at their words and do nothing more.
 class CheckOnly {
 public:

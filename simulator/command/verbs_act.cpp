@@ -70,7 +70,7 @@ int sendVerb(const Unit& unit, const Words& given) {
     std::string answer;
     const bool good =
         ask(unit, {"message", sync ? "send" : "post", words[0], words[1], words[2], title}, answer);
-    if (good && sync && !isCheckOnly()) {
+    if (good && sync && !isQuiet()) {
         std::puts(answer.c_str());
     }
     return answered(good, answer);
