@@ -227,6 +227,32 @@ void setPath(char16_t (&to)[platform::kPathCapacity], const std::string& path) {
     std::copy_n(text.begin(), length, to);
 }
 
+// A link on the unit's own card. Nothing but a link is replaced: the card may be a folder of the
+// PC, and what is on it is the user's.
+bool linkOntoCard(const Unit& unit, const fs::path& host, const fs::path& link, std::string& why) {
+    std::error_code error;
+    if (fs::equivalent(link, host, error)) {
+        return true;
+    }
+    const fs::path card = unit.device / kCard;
+    if (fs::is_symlink(fs::symlink_status(card, error))) {
+        why = std::string("a folder of the PC is in ") + kCard + "; first: headunit card change " +
+              kCard + " --own";
+        return false;
+    }
+    fs::create_directories(card, error);
+    const fs::file_status there = fs::symlink_status(link, error);
+    if (fs::exists(there) && !fs::is_symlink(there)) {
+        why = "the card has another " + host.filename().string() + "; take that one away first";
+        return false;
+    }
+    fs::remove(link, error);
+    error.clear();
+    fs::create_symlink(host, link, error);
+    why = error ? "cannot put " + host.string() + " on the card: " + error.message() : "";
+    return !error;
+}
+
 // Where the file or folder stands on the unit; what lies outside is linked onto the card first.
 bool putOnUnit(const Unit& unit, const fs::path& path, std::string& onUnit, std::string& why) {
     std::error_code error;
@@ -243,17 +269,9 @@ bool putOnUnit(const Unit& unit, const fs::path& path, std::string& onUnit, std:
     if (!onUnit.empty()) {
         return true;
     }
-    const fs::path card = unit.device / kCard;
-    fs::create_directories(card, error);
-    const fs::path link = card / host.filename();
-    if (!fs::equivalent(link, host, error)) {
-        fs::remove(link, error);
-        error.clear();
-        fs::create_symlink(host, link, error);
-    }
+    const fs::path link = unit.device / kCard / host.filename();
     onUnit = unitPath(unit, link);
-    why = error ? "cannot put " + host.string() + " on the card: " + error.message() : "";
-    return !error;
+    return linkOntoCard(unit, host, link, why);
 }
 
 }  // namespace

@@ -83,6 +83,9 @@ fi
 # only when it is closed.
 (cd "$samples" && find . -type f ! -name '.*') | while read -r file; do
     [ -e "$2/$file" ] && continue
+    # A slot that shows a folder of the PC: that is the user's.
+    volume=${file#./}
+    [ -L "$2/${volume%%/*}" ] && continue
     mkdir -p "$2/$(dirname "$file")"
     cp -p --reflink=auto "$samples/$file" "$2/$file"
 done
