@@ -56,13 +56,10 @@ int isSoundBitmap(std::span<const std::uint8_t, kBitmapHeadBytes> head, std::uin
     const std::int64_t colours = colourBytes(bits, le32(head, 30), le32(head, 46));
     if (head[0] != 'B' || head[1] != 'M' || (planesAndBits & 0xFFFF) != 1 || !isDepth(bits) ||
         headers < static_cast<std::int64_t>(kBitmapHeadBytes) || colours < 0 || width < 1 ||
-        width > kLargest || height < 1 || height > kLargest || rows < headers) {
+        width > kLargest || height < 1 || height > kLargest || rows < headers + colours) {
         return 0;
     }
-    return soundBitmapBytes(head) <= fileBytes &&
-                   static_cast<std::uint64_t>(headers + colours) <= fileBytes
-               ? 1
-               : 0;
+    return soundBitmapBytes(head) <= fileBytes ? 1 : 0;
 }
 
 std::size_t soundBitmapBytes(std::span<const std::uint8_t, kBitmapHeadBytes> head) {

@@ -83,6 +83,9 @@ TEST(BitmapFile, OtherDepths) {
     EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 47), 0);
     put32(grey, 10, 54);  // rows where the palette should be
     EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1023), 0);
+    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 48), 0);
+    put32(grey, 10, 54 + 1023);  // the last colour would lie in the first row
+    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 48), 0);
     Head masked = sound();
     put16(masked, 28, 32);
     put32(masked, 30, 3);
