@@ -17,8 +17,12 @@ public:
 
     [[nodiscard]] bool ok() const { return file_ != nullptr; }
 
-    // The next character; false at the end of the file or on a read error.
+    // The next character; false at the end of the file or on a read error. Only of a file that is
+    // ok().
     [[nodiscard]] bool next(char16_t& character);
+
+    // True once a read error, and not the file's end, has ended it. Only of a file that is ok().
+    [[nodiscard]] bool failed() const { return std::ferror(file_) != 0; }
 
 private:
     std::FILE* file_;

@@ -27,7 +27,10 @@ bool writeTextFile(const char16_t* path, std::u16string_view text) {
     }
     bool written = true;
     for (const char16_t character : text) {
-        written = std::fputwc(static_cast<wchar_t>(character), file) != WEOF && written;
+        if (std::fputwc(static_cast<wchar_t>(character), file) == WEOF) {
+            written = false;
+            break;
+        }
     }
     return std::fclose(file) == 0 && written;
 }

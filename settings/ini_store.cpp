@@ -217,6 +217,9 @@ int writeIniString(const char16_t* section, const char16_t* key, const char16_t*
         while (file.ok() && file.next(character)) {
             text += character;
         }
+        if (file.ok() && file.failed()) {
+            return 0;  // what could not be read would be lost
+        }
     }
     return platform::writeTextFile(path,
                                    withValue(std::move(text), cut(section), cut(key), cut(value)))

@@ -18,7 +18,7 @@ namespace settings {
 
 // Replaces the value of the key, or adds the key at the end of its section, or adds both at the
 // end of the file; everything else stays as it was. Returns 1, or 0 when the file could not be
-// written.
+// read to its end, which leaves it alone, or could not be written.
 int writeIniString(const char16_t* section, const char16_t* key, const char16_t* value,
                    const char16_t* path);
 int writeIniInt(const char16_t* section, const char16_t* key, std::int32_t value,
