@@ -78,6 +78,11 @@ void DeleteBrowseFile(std::int32_t index) {
     if (!platform::deleteFile(path)) {
         return;
     }
+    if (isSelected && appState.resumePending != 0) {
+        appState.resumePending = 0;
+        appState.playLoaded = 1;
+        appState.persisted.position = 0;  // it belongs to the file that is gone
+    }
     std::int32_t page = appState.browsePage;
     if (samePlayFolder) {
         catalogue::ListPlayFolder(appState, browseFolder);

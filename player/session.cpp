@@ -84,6 +84,9 @@ void initialisePlayback() {
     platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kGraphCacheKey);
     ui::refreshScreen();
     checkStoredFile();
+    if (appState.exiting != 0) {
+        return;  // the notice's loop let the exit in, and all has been handed back
+    }
     shell::setVideoHidden(0);
     OrviExecMutimedia(1, 1);
 }

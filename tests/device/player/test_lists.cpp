@@ -1,6 +1,8 @@
 // Stepping through the play list, seeking, and what a deleted recording leaves on the screen.
 #include "catalogue/catalogue.h"
+#include "platform/wide.h"
 #include "player/player.h"
+#include "settings/persisted_state.h"
 #include "tests/device/player/unit.h"
 
 namespace {
@@ -81,6 +83,28 @@ TEST_F(Lists, SeekThatEndsAtZeroGoesToTheNextFile) {
     EXPECT_EQ(appState.persisted.position, 0);
     handleMessages();
     EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
+}
+
+TEST_F(Lists, DeletedFileThatWasToBeResumedIsForgotten) {
+    put(L"01.avi");
+    put(L"02.avi");
+    settings::PersistedState remembered;
+    remembered.playState = settings::kPlaying;
+    remembered.position = 12;
+    remembered.endTime = 40;
+    catalogue::copyPath(remembered.folder, platform::utf16((L"\\" + folder_).c_str()));
+    settings::writePersistedState(remembered);
+    Player::initialisePlayback();
+    ASSERT_EQ(appState.resumePending, 1);
+    browseSameFolder(0);
+    boxes_.answer = IDYES;
+    Player::DeleteBrowseFile(0);
+    EXPECT_EQ(appState.resumePending, 0);
+    EXPECT_EQ(appState.playLoaded, 1);
+    EXPECT_EQ(appState.persisted.position, 0);
+    handleMessages();
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+    EXPECT_EQ(appState.playFileCount, 1);
 }
 
 struct Deletion {
