@@ -61,11 +61,12 @@ bool parseExpectation(const Words& given, Expectation& expectation, const Subjec
     return true;
 }
 
-// What happens must stay away for the whole time; what is (a file, a window) must be gone in the
-// end.
+// What happens (a line on the tape, a motion) must stay away for the whole time; what is (a file, a
+// window, a value) must be gone in the end.
 bool runNegated(Stage& stage, const Expectation& expectation, const Subject& subject,
                 std::string& why) {
-    const bool isEvent = findTapeSubject(subject.name) != nullptr;
+    const bool isEvent =
+        findTapeSubject(subject.name) != nullptr || std::string_view(subject.name) == "moving";
     const long long end = process::nowMilliseconds() + expectation.patience;
     for (;;) {
         const bool met = subject.attempt(stage, expectation, why);

@@ -1,4 +1,5 @@
 // Expectations about the unit's files and stored values.
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -6,6 +7,7 @@
 
 #include "simulator/command/expect.h"
 #include "simulator/command/verbs.h"
+#include "simulator/tape/messages.h"
 
 namespace headunit {
 namespace {
@@ -44,9 +46,18 @@ bool valueMatches(const std::string& wanted, const std::string& seen) {
     return seenEnd != seen.c_str() && std::fabs(value - number) <= distance;
 }
 
+bool isStateName(const std::string& name) {
+    constexpr std::string_view kNames[] = {"connectPath", "playState", "volume",
+                                           "fileIndex",   "position",  "endTime",
+                                           "folder",      "file",      "reserved"};
+    return name.find('.') != std::string::npos ||
+           std::ranges::find(kNames, std::string_view(name)) != std::end(kNames);
+}
+
 bool stateCheck(const std::vector<std::string>& words) {
     for (std::size_t i = 1; i < words.size(); ++i) {
-        if (words[i].find('=') == std::string::npos) {
+        const auto equals = words[i].find('=');
+        if (equals == std::string::npos || !isStateName(words[i].substr(0, equals))) {
             return false;
         }
     }
@@ -111,7 +122,8 @@ bool running(Stage& stage, const Expectation& expectation, std::string& why) {
 }
 
 bool resultCheck(const std::vector<std::string>& words) {
-    return isNumber(words[1]) && isNumber(words[3]) && isNumber(words[4]);
+    return tape::findMessage(words[2]) != nullptr && isNumber(words[1]) && isNumber(words[3]) &&
+           isNumber(words[4]);
 }
 
 // result VALUE NAME WPARAM LPARAM: the player's answer to a message sent to it

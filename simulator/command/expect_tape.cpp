@@ -3,6 +3,7 @@
 
 #include "simulator/command/expect.h"
 #include "simulator/command/verbs.h"
+#include "simulator/tape/messages.h"
 
 namespace headunit {
 namespace {
@@ -49,10 +50,11 @@ std::string optionOf(const std::vector<std::string>& words, std::size_t from, co
 }
 
 bool messageCheck(const std::vector<std::string>& words) {
-    return isNumber(words[2]) && isNumber(words[3]) && words.size() % 2 == 0;
+    return (words[1] == "*" || tape::findMessage(words[1]) != nullptr) && isNumber(words[2]) &&
+           isNumber(words[3]) && words.size() % 2 == 0;
 }
 
-// message NAME WPARAM LPARAM [from WHO] [to WHO] [by post|send|broadcast]
+// message NAME|* WPARAM LPARAM [from WHO] [to WHO] [by post|send|broadcast]
 bool message(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
     const std::string from = optionOf(words, 4, "from");
@@ -61,7 +63,8 @@ bool message(Stage& stage, const Expectation& expectation, std::string& why) {
     return findLine(
         stage, expectation,
         [&](const json::Value& line) {
-            return line.textOf("message") == words[1] &&
+            return line.find("message") != nullptr &&
+                   (words[1] == "*" || line.textOf("message") == words[1]) &&
                    line.textOf("from") == (from.empty() ? "Video" : from) &&
                    (to.empty() || line.textOf("to") == to) &&
                    (by.empty() || line.textOf("kind") == by) &&
@@ -122,6 +125,10 @@ bool box(Stage& stage, const Expectation& expectation, std::string& why) {
                    (title.empty() || line.textOf("title") == title);
         },
         why);
+}
+
+bool answerCheck(const std::vector<std::string>& words) {
+    return words[1] == "ok" || words[1] == "yes" || words[1] == "no";
 }
 
 // answer ok|yes|no
@@ -238,7 +245,7 @@ constexpr Subject kSubjects[] = {
     {"message", 4, 10, &message, 2000, &messageCheck},
     {"copydata", 2, 34, &copyData, 2000, &copyDataCheck},
     {"box", 1, 8, &box, 3000, &boxCheck},
-    {"answer", 2, 2, &answer, 2000, nullptr},
+    {"answer", 2, 2, &answer, 2000, &answerCheck},
     {"print", 2, 2, &printed, 2000, nullptr},
     {"debug", 2, 2, &printed, 2000, nullptr},
     {"sound", 1, 2, &sound, 1000, &numberCheck},

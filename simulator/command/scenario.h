@@ -31,6 +31,9 @@ bool splitWords(const std::string& line, std::vector<std::string>& words);
 // is "FILE:LINE: reason".
 std::optional<std::vector<Section>> readScenario(const fs::path& file, std::string& why);
 
+// "folder/name.scn": how a report names a scenario; files of the same name lie in several folders.
+std::string scenarioLabel(const fs::path& file);
+
 struct ScenarioOptions {
     bool updateGolden = false;
     bool keep = false;  // leave the unit's folder and tape

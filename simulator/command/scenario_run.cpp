@@ -43,8 +43,9 @@ void settle(Stage& stage, Way next) {
     stage.last = next;
 }
 
-// A boot within a scenario never uses the user's desktop, and ends the unit that runs.
-bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
+// The verb's exit status. A boot within a scenario never uses the user's desktop, and ends the unit
+// that runs.
+int runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
     const Verb* verb = findVerb(words[0]);
     const bool isBoot = words[0] == "boot";
     words.erase(words.begin());
@@ -60,11 +61,9 @@ bool runVerb(Stage& stage, std::vector<std::string> words, std::string& why) {
         words[1] = hostPath(stage.unit, words[1]).string();
     }
     const Quiet quiet;
-    if (perform(*verb, stage.unit, words) == 0) {
-        return true;
-    }
-    why = lastError();
-    return false;
+    const int status = perform(*verb, stage.unit, words);
+    why = status == 0 ? "" : lastError();
+    return status;
 }
 
 bool runStep(Stage& stage, const Step& step, std::string& why) {
@@ -79,21 +78,19 @@ bool runStep(Stage& stage, const Step& step, std::string& why) {
     }
     if (words[0] == "fails") {
         words.erase(words.begin());
-        if (!runVerb(stage, words, why)) {
-            return true;
-        }
-        why = "it did not fail";
-        return false;
+        const int status = runVerb(stage, words, why);
+        why = status == 0 ? "it did not fail" : why;
+        return status == 1;
     }
     if (const StageCommand command = findStageCommand(words[0])) {
         return command(stage, words, How::Run, why);
     }
-    return runVerb(stage, words, why);
+    return runVerb(stage, words, why) == 0;
 }
 
 SectionResult runSection(Stage& stage, const Section& section) {
     SectionResult result{section.name, true, "", "", 0};
-    const std::string file = stage.scenario.filename().string();
+    const std::string file = scenarioLabel(stage.scenario);
     const long long start = process::nowMilliseconds();
     for (const Step& step : section.steps) {
         std::string why;
@@ -114,7 +111,7 @@ SectionResult runSection(Stage& stage, const Section& section) {
 void keepEvidence(const Stage& stage, SectionResult& result) {
     std::string why;
     std::error_code error;
-    std::string name = stage.scenario.stem().string() + "-" + result.name;
+    std::string name = scenarioLabel(stage.scenario) + "-" + result.name;
     for (char& c : name) {
         c = c == ' ' || c == '/' ? '-' : c;
     }
@@ -130,6 +127,11 @@ void keepEvidence(const Stage& stage, SectionResult& result) {
 }
 
 }  // namespace
+
+std::string scenarioLabel(const fs::path& file) {
+    const fs::path whole = fs::absolute(file);
+    return (whole.parent_path().filename() / whole.filename()).string();
+}
 
 std::vector<SectionResult> runScenario(const fs::path& file, const std::vector<Section>& sections,
                                        const ScenarioOptions& options) {

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -89,13 +90,13 @@ public:
         for (const SectionResult& result : results) {
             (result.passed ? passed : failed) += 1;
             std::printf("%s %s: %s (%.1f s)\n", result.passed ? "PASS" : "FAIL",
-                        job.file.filename().c_str(), result.name.c_str(), result.seconds);
+                        scenarioLabel(job.file).c_str(), result.name.c_str(), result.seconds);
             if (verbose_ || !result.passed) {
                 std::fputs(
                     result.report.empty() ? (result.reason + "\n").c_str() : result.report.c_str(),
                     stdout);
             }
-            cases_ += "  <testcase classname=\"" + xml(job.file.stem().string()) + "\" name=\"" +
+            cases_ += "  <testcase classname=\"" + xml(scenarioLabel(job.file)) + "\" name=\"" +
                       xml(result.name) + "\" time=\"" + std::to_string(result.seconds) + "\">" +
                       (result.passed ? "" : "<failure message=\"" + xml(result.reason) + "\"/>") +
                       "</testcase>\n";
@@ -117,6 +118,14 @@ private:
     bool verbose_;
     std::string cases_;
 };
+
+std::size_t stepCount(const Job& job) {
+    std::size_t count = 0;
+    for (const Section& section : job.sections) {
+        count += section.steps.size();
+    }
+    return count;
+}
 
 void startJob(const Job& job, const ScenarioOptions& options,
               std::map<pid_t, const Job*>& running) {
@@ -194,6 +203,8 @@ int scenarioVerb(const Unit&, const Words& given) {
             {file, *sections,
              work / (std::to_string(getpid()) + "." + std::to_string(jobs.size()) + ".report")});
     }
+    // Those that take long begin first, so that no core is left with one of them in the end.
+    std::ranges::stable_sort(jobs, std::ranges::greater(), &stepCount);
     Totals totals(verbose || words.size() == 1);
     runJobs(jobs, static_cast<std::size_t>(atOnce), options, totals);
     if (!junit.empty()) {

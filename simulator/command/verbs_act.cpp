@@ -5,6 +5,7 @@
 
 #include "simulator/command/display.h"
 #include "simulator/command/verbs.h"
+#include "simulator/tape/fault_names.h"
 
 namespace headunit {
 namespace {
@@ -124,8 +125,13 @@ int boxVerb(const Unit& unit, const Words& words) {
 }
 
 int faultVerb(const Unit& unit, const Words& words) {
-    if (words.size() != 2) {
+    long long number = 0;
+    if (words.size() != 2 || (words[1] != "off" && !parseNumber(words[1], number))) {
         return wrongUse("fault");
+    }
+    if (!tape::isFaultName(words[0])) {
+        fail("there is no fault " + words[0]);
+        return 2;
     }
     std::string answer;
     return answered(ask(unit, {"fault", words[0], words[1]}, answer), answer);

@@ -106,7 +106,18 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"BootOption", "boot --fast\n", "1: usage: headunit boot"},
         Wrong{"Subject", "expect miracle\n", "1: nothing can be expected of \"miracle\""},
         Wrong{"Time", "expect box within 3\n", "1: \"3\" is no time"},
-        Wrong{"MessageNumber", "expect message NAME x 0\n", "1: \"expect message\" does not take"},
+        Wrong{"FaultName", "fault NulDecoder 1\n", "1: there is no fault NulDecoder"},
+        Wrong{"FaultNumber", "fault RenderResult abc\n", "1: usage: headunit fault"},
+        Wrong{"Fails", "fails drive one two\n", "1: usage: headunit drive"},
+        Wrong{"FailsVerb", "fails fly\n", "1: there is no verb \"fly\""},
+        Wrong{"FailsAlone", "fails\n", "1: fails needs a verb"},
+        Wrong{"MessageName", "expect no message MSG_Typo * *\n",
+              "1: \"expect message\" does not take"},
+        Wrong{"ResultName", "expect result 0 MSG_Typo 0 0\n", "1: \"expect result\" does not take"},
+        Wrong{"Answer", "expect answer okay\n", "1: \"expect answer\" does not take"},
+        Wrong{"StateName", "expect state playstate=none\n", "1: \"expect state\" does not take"},
+        Wrong{"MessageNumber", "expect message MSG_SystemBroadcast x 0\n",
+              "1: \"expect message\" does not take"},
         Wrong{"Colour", "expect pixel 1 1 red\n", "1: \"expect pixel\" does not take"},
         Wrong{"Area", "expect moving 10 10 10 20\n", "1: \"expect moving\" does not take"},
         Wrong{"State", "expect state playState\n", "1: \"expect state\" does not take"},
@@ -126,17 +137,19 @@ TEST(Scenario, MissingFileIsSaidSo) {
     EXPECT_EQ(why, "there is no scenario /nonexistent/a.scn");
 }
 
-class FilterLine : public testing::Test {
+class TapeLine : public testing::Test {
 protected:
-    FilterLine() {
+    TapeLine() {
         stage_.unit.device =
             fs::temp_directory_path() / ("headunit-test-" + std::to_string(getpid()));
         fs::create_directories(stage_.unit.run());
         std::ofstream(stage_.unit.tape())
             << R"({"ms": 1, "kind": "filter", "filter": "TCC Video Renderer", "what": "output", )"
-            << R"("rect": [801, -1, 811, 491], "enabled": 1})" << '\n';
+            << R"("rect": [801, -1, 811, 491], "enabled": 1})" << '\n'
+            << R"({"ms": 2, "kind": "post", "from": "Video", "to": "Processmanager", )"
+            << R"("message": "MSG_MovietoProcessManager", "wParam": 5, "lParam": 0})" << '\n';
     }
-    ~FilterLine() override { fs::remove_all(stage_.unit.device); }
+    ~TapeLine() override { fs::remove_all(stage_.unit.device); }
 
     // Whether "expect filter ..." with these words and the short patience is met.
     bool met(const std::string& words) {
@@ -149,7 +162,7 @@ protected:
     Stage stage_;
 };
 
-TEST_F(FilterLine, IsMetByNameWhatAndEveryValueGiven) {
+TEST_F(TapeLine, OfAFilterIsMetByNameWhatAndEveryValueGiven) {
     for (const char* words :
          {"filter \"TCC Video Renderer\" output", "filter \"TCC Video Renderer\" output enabled 1",
           "filter \"TCC Video Renderer\" output enabled 0x1 rect 801,-1,811,491",
@@ -164,6 +177,17 @@ TEST_F(FilterLine, IsMetByNameWhatAndEveryValueGiven) {
                               "filter \"TCC Video Renderer\" output rect 801,-1,811",
                               "filter \"TCC Video Renderer\" output rect 801,-1,811,491,0",
                               "no filter \"TCC Video Renderer\" output enabled 1"}) {
+        EXPECT_FALSE(met(words)) << words;
+    }
+}
+
+TEST_F(TapeLine, OfAMessageIsMetByAnyNameToo) {
+    for (const char* words : {"message MSG_MovietoProcessManager 5 0", "message * 5 0",
+                              "message * * * to Processmanager", "no message * * * from Orvi"}) {
+        EXPECT_TRUE(met(words)) << words;
+    }
+    for (const char* words : {"message MSG_SystemBroadcast 5 0", "message * 4 0",
+                              "message * * * to Orvi", "no message * * *"}) {
         EXPECT_FALSE(met(words)) << words;
     }
 }
