@@ -56,6 +56,8 @@ int copyName(const PathList& list, std::int32_t index, PathBuffer& name) {
 void FolderListing::OpenListing(const char16_t* path, Order order, platform::FolderWalk walk) {
     folders_.clear();
     files_.clear();
+    // Required: any text up to "\", not these two alone. A path begins with a backslash, so that no
+    // other means a folder.
     const bool isRoot = std::u16string_view(path) <= std::u16string_view(u"\\");
     copyPath(path_, isRoot ? u"" : path);
     Collector collector{path_, &folders_, &files_};

@@ -20,9 +20,10 @@ enum class Order {
 
 class FolderListing {
 public:
-    // Lists `path` (no trailing backslash; empty or "\" for the root) in place of what was listed
-    // before. A folder that cannot be enumerated gives an empty listing with its path set. Paths
-    // of 260 code units and more are left out. `walk` supplies the entries.
+    // Lists `path` (no trailing backslash; the root when it is empty, or as text not greater than
+    // "\") in place of what was listed before. A folder that cannot be enumerated gives an empty
+    // listing with its path set. Paths of 260 code units and more are left out. `walk` supplies the
+    // entries.
     void OpenListing(const char16_t* path, Order order,
                      platform::FolderWalk walk = platform::walkFolder);
 

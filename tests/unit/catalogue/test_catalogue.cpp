@@ -115,7 +115,7 @@ TEST(Listing, RootHoldsVolumesInTheOrderFound) {
                {u"SDMMCDisk", kFolder}, {u"usb", kFolder},
                {u"USB2", kFile},        {u"clip.avi", kFile},
                {u"USB5", kFolder},      {u"USB4", kFolder}};
-    for (const char16_t* root : {u"", u"\\"}) {
+    for (const char16_t* root : {u"", u"\\", u"SDMMCDisk\\Record"}) {
         FolderListing listing;
         listing.OpenListing(root, Order::ByPath, walkOffered);
         EXPECT_EQ(foldersOf(listing), (Paths{"\\USB", "\\SDMMCDisk", "\\USB4"}));
