@@ -198,6 +198,7 @@ void DemuxFilter::closeFile() {
     open_ = false;
     // Somebody may still hold one of the pins: they live as long as the filter.
     for (auto& stream : streams_) {
+        stream->stayAlone();
         retired_.push_back(std::move(stream));
     }
     streams_.clear();
@@ -218,14 +219,18 @@ TypeList DemuxFilter::UndecodedVideo::offeredTypes() {
 HRESULT DemuxFilter::Stop() {
     length_.stop();
     watching_ = false;
+    over_ = false;
     setOffset(0, 0);
     for (const auto& stream : streams_) {
         stream->stop();
     }
-    return inner_->Stop();
+    return inner_ ? inner_->Stop() : BaseFilter::Stop();
 }
 
 HRESULT DemuxFilter::Pause() {
+    if (!inner_) {
+        return E_UNEXPECTED;
+    }
     bool led = false;
     for (const auto& stream : streams_) {
         const bool connected = stream->receiver() != nullptr;
@@ -251,17 +256,24 @@ double DemuxFilter::durationSeconds() {
 }
 
 HRESULT DemuxFilter::Run(REFERENCE_TIME start) {
+    if (!inner_) {
+        return E_UNEXPECTED;
+    }
     if (!watching_) {
         watching_ = true;
         length_.start(graph_, reader_.path(), durationSeconds());
         openedBytes_ = length_.bytes();
     }
     start_ = start;
+    tellOver();
     return inner_->Run(start);
 }
 
 HRESULT DemuxFilter::seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                                  DWORD stopFlags) {
+    if (!inner_) {
+        return E_UNEXPECTED;
+    }
     FILTER_STATE state = State_Stopped;
     inner_->GetState(0, &state);
     for (const auto& stream : streams_) {
@@ -293,12 +305,13 @@ HRESULT DemuxFilter::seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG
 }
 
 HRESULT DemuxFilter::GetState(DWORD milliseconds, FILTER_STATE* state) {
-    return inner_->GetState(milliseconds, state);
+    return inner_ ? inner_->GetState(milliseconds, state)
+                  : BaseFilter::GetState(milliseconds, state);
 }
 
 HRESULT DemuxFilter::SetSyncSource(IReferenceClock* clock) {
     BaseFilter::SetSyncSource(clock);
-    return inner_->SetSyncSource(clock);
+    return inner_ ? inner_->SetSyncSource(clock) : S_OK;
 }
 
 HRESULT DemuxFilter::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) {
@@ -307,7 +320,9 @@ HRESULT DemuxFilter::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) {
     }
     AppWindow::instance().ensure();
     AppWindow::instance().setGraph(graph);
-    inner_->JoinFilterGraph(graph, name);
+    if (inner_) {
+        inner_->JoinFilterGraph(graph, name);
+    }
     return BaseFilter::JoinFilterGraph(graph, name);
 }
 

@@ -31,7 +31,8 @@ class DemuxFilter final : public BaseFilter,
 public:
     DemuxFilter();
 
-    // Whether the splitter could be made: without GStreamer there is none.
+    // Whether the splitter could be made: without GStreamer there is none. Without a splitter the
+    // filter can be stopped and taken out of its graph, but not be started.
     bool usable() const { return inner_ != nullptr; }
 
     FILTERS_JOIN_UNKNOWN
@@ -115,6 +116,9 @@ private:
     // The splitter opens the file anew, as far as it goes by now, and goes on where it had ended.
     void playOn();
     HRESULT openAgain();
+    // The file could not be opened anew: its streams end, and the player is told to go on.
+    void endHere(FILTER_STATE state);
+    void tellOver();
     // Between the splitter's times and the graph's; what comes before `first` is left out. 100 ns.
     void setOffset(LONGLONG offset, LONGLONG first);
     double durationSeconds();
@@ -130,6 +134,7 @@ private:
     std::atomic<LONGLONG> openedBytes_ = 0;  // the file's size when the splitter opened it
     LONGLONG offset_ = 0;                    // between the splitter's times and the graph's, 100 ns
     bool watching_ = false;
+    bool over_ = false;  // ended before its time, and the player does not know yet
     bool open_ = false;
     bool chipLacksCodec_ = false;
     DWORD codec_ = 0;

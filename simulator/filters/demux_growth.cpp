@@ -3,10 +3,12 @@
 // the file is opened once more and played on from there. The receivers are not told. The end stays
 // untold when the recording is over, too: the graph's position would go back to where the file had
 // ended when it was opened first, and the player, which waits for the announced length, would wait
-// for ever.
+// for ever. Only when the file cannot be opened anew is the end told, and with it the event that
+// has the player go on to the next file.
 #include <algorithm>
 
 #include "simulator/filters/demux_filter.h"
+#include "simulator/filters/faults.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
@@ -17,6 +19,10 @@ namespace {
 // the last key picture on only, and the splitter cannot tell which those are in a file without
 // index.
 constexpr LONGLONG kLeadIn = 2 * 10'000'000LL;
+
+constexpr DWORD kSplitterLost = 2;  // value of the fault ReopenFails
+
+constexpr LONG kNextFileEvent = 33769;
 
 }  // namespace
 
@@ -46,14 +52,19 @@ void DemuxFilter::watched() {
 
 HRESULT DemuxFilter::openAgain() {
     AM_MEDIA_TYPE type{};
-    const ComPtr<IPin> input = innerInput();
-    HRESULT result = input_.ConnectionMediaType(&type);
-    if (FAILED(result) || !input) {
+    ComPtr<IPin> input = innerInput();
+    if (!input || FAILED(input_.ConnectionMediaType(&type))) {
         return E_UNEXPECTED;
     }
     input.Get()->Disconnect();
+    input.Reset();  // the pin may go away with its splitter
     openedBytes_ = length_.bytes();
-    result = openInSplitter(type);
+    const DWORD failure = fault(L"ReopenFails");
+    if (failure == kSplitterLost) {
+        inner_ = nullptr;
+        innerUnknown_.Reset();
+    }
+    HRESULT result = failure ? VFW_E_INVALID_FILE_FORMAT : openInSplitter(type);
     CoTaskMemFree(type.pbFormat);
     const auto outputs = innerOutputs();
     if (SUCCEEDED(result) && outputs.size() != streams_.size()) {
@@ -65,7 +76,38 @@ HRESULT DemuxFilter::openAgain() {
     return result;
 }
 
+void DemuxFilter::endHere(FILTER_STATE state) {
+    length_.stop();
+    // Some streams may have been taken up again before one of them failed.
+    if (const ComPtr<IPin> input = innerInput()) {
+        for (const auto& stream : streams_) {
+            if (stream->joined()) {
+                stream->leave();
+            }
+        }
+        input.Get()->Disconnect();
+    }
+    for (const auto& stream : streams_) {
+        stream->stayAlone();
+        stream->end();
+    }
+    over_ = true;
+    if (state == State_Running) {
+        tellOver();
+    }
+}
+
+void DemuxFilter::tellOver() {
+    if (over_) {
+        over_ = false;
+        sendGraphEvent(graph_, kNextFileEvent, 0, 0);
+    }
+}
+
 void DemuxFilter::playOn() {
+    if (!inner_) {
+        return;
+    }
     FILTER_STATE state = State_Stopped;
     inner_->GetState(0, &state);
     LONGLONG start = 0;  // what the splitter's time 0 stands for
@@ -87,9 +129,7 @@ void DemuxFilter::playOn() {
         .number("fromMilliseconds", end / 10000)
         .number("result", result);
     if (FAILED(result)) {
-        for (const auto& stream : streams_) {
-            stream->stayAlone();
-        }
+        endHere(state);
         return;
     }
     const LONGLONG from = std::max<LONGLONG>(end - kLeadIn, 0);

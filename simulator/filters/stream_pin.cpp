@@ -56,6 +56,9 @@ HRESULT StreamPin::Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) {
     if (receiver_) {
         return VFW_E_ALREADY_CONNECTED;
     }
+    if (!inner_) {
+        return E_UNEXPECTED;
+    }
     receiver_ = receiver;
     const HRESULT result = inner_->Connect(&relay_, wanted);
     if (FAILED(result)) {
@@ -68,7 +71,9 @@ HRESULT StreamPin::Disconnect() {
     if (!receiver_) {
         return S_FALSE;
     }
-    inner_->Disconnect();
+    if (inner_) {
+        inner_->Disconnect();
+    }
     relay_.Disconnect();
     receiver_.Reset();
     return S_OK;
@@ -105,6 +110,18 @@ HRESULT StreamPin::rejoin(IPin* inner) {
     return result;
 }
 
+void StreamPin::stayAlone() {
+    inner_ = nullptr;
+    seeking_.release();
+    endKept_ = false;
+}
+
+void StreamPin::end() {
+    if (receiver_) {
+        receiver_.Get()->EndOfStream();
+    }
+}
+
 HRESULT StreamPin::ConnectedTo(IPin** peer) {
     if (!peer) {
         return E_POINTER;
@@ -121,6 +138,9 @@ HRESULT StreamPin::ConnectionMediaType(AM_MEDIA_TYPE* type) {
 }
 
 HRESULT StreamPin::QueryPinInfo(PIN_INFO* info) {
+    if (!inner_) {
+        return BasePin::QueryPinInfo(info);
+    }
     const HRESULT result = inner_->QueryPinInfo(info);
     if (SUCCEEDED(result)) {
         info->pFilter->Release();
@@ -131,11 +151,11 @@ HRESULT StreamPin::QueryPinInfo(PIN_INFO* info) {
 }
 
 HRESULT StreamPin::QueryId(LPWSTR* id) {
-    return inner_->QueryId(id);
+    return inner_ ? inner_->QueryId(id) : BasePin::QueryId(id);
 }
 
 HRESULT StreamPin::EnumMediaTypes(IEnumMediaTypes** out) {
-    return inner_->EnumMediaTypes(out);
+    return inner_ ? inner_->EnumMediaTypes(out) : BasePin::EnumMediaTypes(out);
 }
 
 void* StreamPin::findInterface(REFIID iid) {
@@ -143,14 +163,14 @@ void* StreamPin::findInterface(REFIID iid) {
         return static_cast<IMediaSeeking*>(&seeking_);
     }
     void* found = nullptr;
-    if (iid != IID_IMemInputPin && SUCCEEDED(inner_->QueryInterface(iid, &found))) {
+    if (inner_ && iid != IID_IMemInputPin && SUCCEEDED(inner_->QueryInterface(iid, &found))) {
         Release();  // the caller counts
     }
     return found;
 }
 
 HRESULT StreamPin::checkType(const AM_MEDIA_TYPE& type) {
-    return inner_->QueryAccept(&type);
+    return inner_ ? inner_->QueryAccept(&type) : S_FALSE;
 }
 
 void* StreamPin::Relay::findInterface(REFIID iid) {

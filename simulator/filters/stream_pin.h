@@ -30,12 +30,17 @@ public:
 
     // Whether the stream has ended and has kept that to itself.
     bool endKept() const { return endKept_; }
+    // Whether the splitter's pin is connected to the relay.
+    bool joined() const { return relay_.peer() != nullptr; }
     // Lets go of the splitter's pin, which is about to go away, and takes up another of the same
     // kind; the receiver notices nothing.
     void leave();
     HRESULT rejoin(IPin* inner);
-    // Without another pin to take up: only what ends the stream works from now on.
-    void stayAlone() { inner_ = &relay_; }
+    // The splitter's pin has gone away and there is no other to take up: only what ends the stream
+    // works from now on.
+    void stayAlone();
+    // Tells the receiver that the stream has ended.
+    void end();
     // For samples from now on: what is added to their times, and the time before which they are
     // left out (while an offset is set), 100 ns.
     void setOffset(LONGLONG offset, LONGLONG first);
@@ -105,7 +110,7 @@ private:
 
     ComPtr<IPin> receiver_;
     SeekTarget* const target_;
-    IPin* inner_;            // not counted: its references are this filter's
+    IPin* inner_;            // not counted: its references are this filter's; null when alone
     MediaType innerType_;    // of the connection while there is none
     bool changing_ = false;  // the splitter's pin, not the receiver
     std::atomic<bool> endKept_ = false;

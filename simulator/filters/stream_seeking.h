@@ -26,6 +26,9 @@ class StreamSeeking final : public IMediaSeeking {
 public:
     // `pin` is the pin that this is an interface of, `inner` the splitter's pin; neither counted.
     void bind(SeekTarget* target, IPin* pin, IPin* inner);
+    // The splitter's pin goes away: from now on there is nothing to seek, and every method of
+    // IMediaSeeking returns E_NOTIMPL.
+    void release() { seeking_ = nullptr; }
     // The splitter's own seeking, not counted; null when its pin has none.
     IMediaSeeking* inner() const { return seeking_; }
     void setLeading(bool leading) { leading_ = leading; }

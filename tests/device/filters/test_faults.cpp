@@ -169,6 +169,35 @@ TEST_F(Faults, GrowingFileAnnouncesItsLength) {
     DeleteFileW(path.c_str());
 }
 
+class ReopenFailures : public Faults, public testing::WithParamInterface<DWORD> {};
+
+TEST_P(ReopenFailures, EndTheRecording) {
+    const Fault fault(L"ReopenFails", GetParam());
+    const std::wstring path = L"H:\\growing.avi";
+    ASSERT_TRUE(CopyFileW(clip(L"h264.avi").c_str(), path.c_str(), FALSE));
+    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1)) << "the copy has the original's time";
+    Graph graph(player);
+    ASSERT_EQ(graph.render(path), S_OK);
+    graph.setUp();
+    ASSERT_TRUE(graph.run());
+    player.wait(1500);
+    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1000000));
+    EXPECT_TRUE(player.wait(10000, [&] { return player.countEvents(EC_COMPLETE) > 0; }));
+    EXPECT_EQ(player.countEvents(33769), 1) << "the player is told to go on";
+    // Nothing may reach for what went away with the first opening.
+    const int announced = player.countEvents(33773);
+    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1000000));
+    player.wait(2500);
+    EXPECT_EQ(player.countEvents(33773), announced);
+    graph.pause();
+    graph.seek(1);
+    graph.stop();
+    EXPECT_EQ(graph.tearDown(), 0u);
+    DeleteFileW(path.c_str());
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ReopenFailures, testing::Values(1, 2));
+
 TEST_F(Faults, LengthByCommand) {
     const Fault fault(L"LiveLength", 77);
     Graph graph(player);
