@@ -60,6 +60,7 @@ int replayVerb(const Unit& unit, const Words& words) {
     }
     // Offsets count from the end of the boot, which takes its own time.
     long long taped = 0;
+    std::size_t failed = 0;
     long long start = process::nowMilliseconds();
     for (const Action& action : actions) {
         const bool isBoot = action.words[0] == "boot";
@@ -72,6 +73,7 @@ int replayVerb(const Unit& unit, const Words& words) {
         std::fflush(stdout);
         const int status = perform(*findVerb(action.words[0]), unit,
                                    {action.words.begin() + 1, action.words.end()});
+        failed += status != 0 ? 1 : 0;
         if (status != 0 && isBoot) {
             return status;
         }
@@ -83,7 +85,9 @@ int replayVerb(const Unit& unit, const Words& words) {
             start = process::nowMilliseconds();
         }
     }
-    return 0;
+    return failed == 0 ? 0
+                       : fail(std::to_string(failed) + " of the " + std::to_string(actions.size()) +
+                              " things done on the tape failed this time");
 }
 
 }  // namespace headunit

@@ -40,6 +40,8 @@ constexpr Verb kVerbs[] = {
     {Does::Act, "drive", "KMH|off|--chart",
      "vehicle speed, or the loss of its signal; when it blocks the picture", &driveVerb},
     {Does::Act, "mute", "on|off", "the board's mute notification", &muteVerb},
+    {Does::Act, "connect", "FOLDER|off",
+     "hand a folder of the unit over as the dash camera does, or take it back", &connectVerb},
     {Does::Act, "close", "", "close the player's window, as a task manager does", &closeVerb},
     {Does::Act, "box", "ok|yes|no", "answer the message box that is open", &boxVerb},
     {Does::Act, "fault", "NAME NUMBER|off",
@@ -48,9 +50,10 @@ constexpr Verb kVerbs[] = {
      &pressVerb},
     {Does::Look, "type", "TEXT", "a text of ASCII letters on the PC's keyboard, for the panel",
      &typeVerb},
-    {Does::Act, "cut", "[MESSAGES|--stay]",
+    {Does::Act, "cut", "[MESSAGES|--stay|--player]",
      "cut the unit's power at once, or after that many messages of every later start until "
-     "fault CutAfterMessages off; --stay leaves the screen and the panel, restart powers on again",
+     "fault CutAfterMessages off; --stay leaves the screen and the panel, restart powers on "
+     "again; --player ends the player alone, as a crash does",
      &cutVerb},
     {Does::Look, "shot", "FILE.png", "a picture of the unit's 800 x 480 screen", &shotVerb},
     {Does::Look, "film", "FILE.mp4 SECONDS", "a film of the unit's screen", &filmVerb},
@@ -70,8 +73,10 @@ constexpr Verb kVerbs[] = {
     {Does::Look, "prepare", "[PREFIX]",
      "make the Wine prefix ready, and with PREFIX a copy of it whose drive H: is DIR",
      &prepareVerb},
-    {Does::Act, "shutdown", "",
-     "the process manager asks the player to exit, then the unit is switched off", &shutdownVerb},
+    {Does::Act, "shutdown", "[--stay]",
+     "the process manager asks the player to exit, then the unit is switched off; --stay leaves "
+     "it on",
+     &shutdownVerb},
     {Does::Act, "kill", "", "end all processes of the unit at once", &killVerb},
 };
 

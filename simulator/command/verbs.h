@@ -56,6 +56,7 @@ int shutdownVerb(const Unit& unit, const Words& words);
 int killVerb(const Unit& unit, const Words& words);
 int sendVerb(const Unit& unit, const Words& words);
 int keyVerb(const Unit& unit, const Words& words);
+int connectVerb(const Unit& unit, const Words& words);
 int closeVerb(const Unit& unit, const Words& words);
 int gestureVerb(const Unit& unit, const Words& words);
 int cardVerb(const Unit& unit, const Words& words);

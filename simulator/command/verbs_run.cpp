@@ -1,4 +1,4 @@
-// Starting and ending: boot, restart, shutdown, kill.
+// Starting and ending: boot, restart, connect, shutdown, cut, kill.
 #include <signal.h>
 
 #include <cstdio>
@@ -101,8 +101,9 @@ int startVerb(const Unit& unit, const Words& given) {
 int cutVerb(const Unit& unit, const Words& words) {
     long long messages = 0;
     const bool stay = words == Words{"--stay"};
-    if (words.size() > 1 ||
-        (words.size() == 1 && !stay && (!parseNumber(words[0], messages) || messages < 1))) {
+    const bool player = words == Words{"--player"};
+    if (words.size() > 1 || (words.size() == 1 && !stay && !player &&
+                             (!parseNumber(words[0], messages) || messages < 1))) {
         return wrongUse("cut");
     }
     if (isCheckOnly()) {
@@ -119,8 +120,18 @@ int cutVerb(const Unit& unit, const Words& words) {
         return 0;
     }
     std::string answer;
-    const Words request = stay ? Words{"cut"} : Words{"fault", "CutAfterMessages", words[0]};
+    const Words request = stay     ? Words{"cut"}
+                          : player ? Words{"kill", "movie.exe"}
+                                   : Words{"fault", "CutAfterMessages", words[0]};
     return ask(unit, request, answer) ? 0 : fail(answer);
+}
+
+int connectVerb(const Unit& unit, const Words& words) {
+    if (words.size() != 1 || words[0].empty()) {
+        return wrongUse("connect");
+    }
+    std::string answer;
+    return ask(unit, {"connect", words[0] == "off" ? "" : words[0]}, answer) ? 0 : fail(answer);
 }
 
 int prepareVerb(const Unit& unit, const Words& words) {
@@ -134,7 +145,8 @@ int prepareVerb(const Unit& unit, const Words& words) {
 }
 
 int shutdownVerb(const Unit& unit, const Words& words) {
-    if (!words.empty()) {
+    const bool stay = words == Words{"--stay"};
+    if (!words.empty() && !stay) {
         return wrongUse("shutdown");
     }
     std::string answer;
@@ -147,7 +159,9 @@ int shutdownVerb(const Unit& unit, const Words& words) {
     const long long end = process::nowMilliseconds() + kExitPatience;
     while (process::nowMilliseconds() < end) {
         if (ask(unit, {"running", "movie.exe"}, answer) && answer == "no") {
-            endUnit(unit);
+            if (!stay) {
+                endUnit(unit);
+            }
             return 0;
         }
         process::sleepMilliseconds(20);

@@ -1,9 +1,13 @@
 #include "simulator/console/panel.h"
 
 #include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <cwchar>
 #include <string>
 
+#include "simulator/command/json.h"
 #include "simulator/console/hub.h"
 #include "simulator/tape/messages.h"
 
@@ -47,8 +51,21 @@ void mute(HWND, int on) {
     post("BSP_WMUSER_MUTE_NOTIFICATION", on, 0);
 }
 
+// A speed as the command takes it too: a whole number, decimal or 0x.
+bool isSpeed(const std::string& text) {
+    char* end = nullptr;
+    errno = 0;
+    const long long speed = std::strtoll(text.c_str(), &end, 0);
+    return !text.empty() && *end == '\0' && errno == 0 && speed >= INT_MIN && speed <= INT_MAX;
+}
+
 void drive(HWND panel, int known) {
-    const std::string speed = known != 0 ? narrow(textOf(panel, kSpeedText)) : "off";
+    const std::wstring text = textOf(panel, kSpeedText);
+    const std::string speed = known != 0 ? narrow(text) : "off";
+    if (known != 0 && !isSpeed(speed)) {
+        showBox(panel, L"\"" + text + L"\" is no speed; write a whole number of km/h.", L"Drive");
+        return;
+    }
     note("drive " + speed);
     execute("speed\t" + speed);
 }
@@ -70,8 +87,11 @@ void endPoint(HWND, int) {
     post("MSG_ProcessManagerToOrviEndPoint", 0, 0);
 }
 
+// An empty field takes the hand-over back.
 void connectFolder(HWND panel, int) {
-    execute("connect\t" + narrow(textOf(panel, kConnectText)));
+    const std::string folder = narrow(textOf(panel, kConnectText));
+    note("connect " + (folder.empty() ? "off" : json::quoted(folder)));
+    execute("connect\t" + folder);
 }
 
 // No process is told; a start powers the unit on again.
@@ -80,6 +100,7 @@ void cutPowerNow(HWND, int) {
 }
 
 void playerDies(HWND, int) {
+    note("cut --player");
     execute("kill\tmovie.exe");
 }
 
@@ -95,7 +116,7 @@ void startAgain(HWND, int pip) {
 }
 
 void askExit(HWND, int) {
-    note("shutdown");
+    note("shutdown --stay");
     execute("shutdown");
 }
 
@@ -152,12 +173,15 @@ void showHelp(HWND panel, int) {
             text += (mark == std::wstring::npos ? caption : caption.substr(mark + 1)) + L"\n";
         }
     }
+    // The box breaks the lines itself.
     text +=
-        L"\nTab and Enter reach every control. Folder: the folder of the PC that\n"
-        L"the slot shows, or nothing for the slot's own card; Browse chooses one,\n"
-        L"Insert puts it in. After a power cut Start powers the unit on.\n"
+        L"\nTab and Enter reach every control. Folder: the folder of the PC that the slot shows, "
+        L"or "
+        L"nothing for the slot's own card; Browse chooses one, Insert puts it in. After a power "
+        L"cut "
+        L"Start powers the unit on.\n"
         L"The list shows the tape: what passes between the processes, the newest last.";
-    MessageBoxW(panel, text.c_str(), L"Keys of the panel", MB_OK);
+    showBox(panel, text, L"Keys of the panel");
 }
 
 HFONT panelFont() {

@@ -33,6 +33,14 @@ enum Control : int {
 // What an edit control holds.
 std::wstring textOf(HWND panel, int control);
 
+// panel_box.cpp: the panel's dialogs stand over it, where the player's window never comes, and in
+// front of all others.
+
+// Tells the user something, and returns when the box is answered.
+void showBox(HWND panel, const std::wstring& text, const wchar_t* title);
+// Moves a dialog of the panel there.
+void placeOverPanel(HWND dialog);
+
 // panel_storage.cpp: the slots. All of it goes through the `headunit` command, as only a program of
 // the PC can make a folder of the PC appear in the unit.
 

@@ -86,6 +86,7 @@ std::wstring folderOf(const std::wstring& slot) {
 // The folder that is chosen when the dialog opens.
 int CALLBACK chooseFirst(HWND dialog, UINT message, LPARAM, LPARAM path) {
     if (message == BFFM_INITIALIZED) {
+        placeOverPanel(dialog);
         SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, path);
     }
     return 0;
@@ -130,7 +131,7 @@ void insertCard(HWND panel, int) {
     const std::wstring text = textOf(panel, kFolderText);
     const std::wstring folder = text.empty() ? L"--own" : unixPath(text);
     if (!text.empty() && (folder.empty() || !isFolder(text))) {
-        MessageBoxW(panel, (L"There is no folder " + text).c_str(), L"Insert", MB_OK);
+        showBox(panel, L"There is no folder " + text, L"Insert");
         return;
     }
     SendDlgItemMessageW(panel, kFolderText, EM_SETMODIFY, FALSE, 0);
