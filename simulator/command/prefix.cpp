@@ -145,6 +145,7 @@ bool copyPrefix(const fs::path& device, const fs::path& prefix, std::string& why
     if (process::run({"cp", "-al", from, to}, {}) != 0) {
         fs::remove_all(prefix, error);
         if (process::run({"cp", "-a", from, to}, {}) != 0) {
+            fs::remove_all(prefix, error);
             why = "the Wine prefix could not be copied to " + to + "; is the disk full?";
             return false;
         }
