@@ -24,9 +24,13 @@ int runCommand(Words words) {
         std::puts(kVersion);
         return 0;
     }
-    if (words.empty() || words[0] == "--help" || words[0] == "help") {
+    if (words.empty()) {
+        fail("usage: headunit VERB [--device DIR] ...; the verbs: headunit --help");
+        return 2;
+    }
+    if (words[0] == "--help" || words[0] == "help") {
         printHelp();
-        return words.empty() ? 2 : 0;
+        return 0;
     }
     const Verb* verb = findVerb(words[0]);
     if (verb == nullptr) {
