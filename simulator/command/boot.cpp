@@ -10,6 +10,7 @@
 
 #include "platform/text.h"
 #include "simulator/command/display.h"
+#include "simulator/command/hearing.h"
 #include "simulator/command/movie_dat.h"
 #include "simulator/command/prefix.h"
 #include "simulator/command/tape_reader.h"
@@ -198,9 +199,9 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
 }
 
 bool startEverything(const Unit& unit, const BootOptions& options, std::string& why) {
-    if (!copyPrefix(unit.device, unit.prefix(), why) || !startDisplay(unit, options, why) ||
-        !startHub(unit, options, why) || !ask(unit, {"note", "boot" + options.words}, why) ||
-        !startPeers(unit, options, why)) {
+    if (!prepareHearing(unit, options.hear, why) || !copyPrefix(unit.device, unit.prefix(), why) ||
+        !startDisplay(unit, options, why) || !startHub(unit, options, why) ||
+        !ask(unit, {"note", "boot" + options.words}, why) || !startPeers(unit, options, why)) {
         return false;
     }
     if (!options.play.empty() && !choose(unit, options.play, why)) {

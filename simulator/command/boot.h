@@ -13,6 +13,7 @@ struct BootOptions {
     bool headless = false;
     bool panel = false;                // the panel beside the screen
     bool passive = false;              // the process manager only records
+    bool hear = false;                 // what is played is kept, see hearing.h
     bool noPlayer = false;             // everything but the player
     std::string connectFolder;         // the dash camera's hand-over
     std::vector<std::string> without;  // peers that are absent: processmanager, orvi, ani_waiting

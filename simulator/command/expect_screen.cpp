@@ -1,8 +1,9 @@
-// Expectations about what the unit shows: its windows, screens and pixels.
+// Expectations about what the unit shows, its windows, screens and pixels, and what is heard of it.
 #include <cstdio>
 #include <cstdlib>
 
 #include "simulator/command/expect.h"
+#include "simulator/command/hearing.h"
 #include "simulator/command/picture.h"
 #include "simulator/command/verbs.h"
 
@@ -231,6 +232,7 @@ constexpr Subject kSubjects[] = {
     {"window", 3, 7, &window, 3000, &windowCheck}, {"mode", 2, 2, &mode, 3000, &modeCheck},
     {"pixel", 4, 5, &pixel, 2000, &pixelCheck},    {"moving", 5, 5, &moving, 3000, &rectCheck},
     {"still", 5, 5, &still, 2000, &rectCheck},     {"picture", 2, 6, &picture, 2000, &pictureCheck},
+    {"silence", 1, 1, &isSilent, 3000, nullptr},   {"loud", 1, 1, &isLoud, 3000, nullptr},
 };
 
 }  // namespace

@@ -12,6 +12,8 @@
 #include <functional>
 #include <sstream>
 
+#include "simulator/command/hearing.h"
+
 namespace headunit {
 namespace {
 
@@ -176,7 +178,12 @@ std::vector<std::string> wineEnvironment(const fs::path& prefix, const std::stri
         "DISPLAY=" + display,
         "GST_REGISTRY=" + (projectRoot() / "out" / "gstreamer-registry.bin").string(),
     };
-    if (!hasSoundDevice()) {
+    // A unit that is listened to has a sound device of its own, see hearing.h.
+    std::error_code error;
+    const fs::path heard = prefix.parent_path() / kHearingConfiguration;
+    if (fs::exists(heard, error)) {
+        environment.push_back("ALSA_CONFIG_PATH=" + heard.string());
+    } else if (!hasSoundDevice()) {
         environment.push_back("ALSA_CONFIG_PATH=" + nullSoundConfiguration());
     }
     return environment;

@@ -14,7 +14,7 @@ namespace {
 constexpr Verb kVerbs[] = {
     {Does::Look, "boot",
      "[--pip] [--connect FOLDER] [--headless] [--panel] [--passive] [--without NAME]... [--late MS]"
-     " [--no-player] [PATH]",
+     " [--hear] [--no-player] [PATH]",
      "start everything; returns when the player shows its first frame", &bootVerb},
     {Does::Act, "restart", "[--pip] [--connect FOLDER] [PATH]",
      "end the player at once and start it again in the running unit", &restartVerb},

@@ -21,6 +21,7 @@ bool takeOptions(Words& words, BootOptions& options) {
     options.headless = takeFlag(words, "--headless");
     options.panel = takeFlag(words, "--panel");
     options.passive = takeFlag(words, "--passive");
+    options.hear = takeFlag(words, "--hear");
     options.noPlayer = takeFlag(words, "--no-player");
     while (takeValue(words, "--without", value)) {
         if (value != "processmanager" && value != "orvi" && value != "ani_waiting") {

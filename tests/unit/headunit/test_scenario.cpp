@@ -121,6 +121,8 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"Colour", "expect pixel 1 1 red\n", "1: \"expect pixel\" does not take"},
         Wrong{"Area", "expect moving 10 10 10 20\n", "1: \"expect moving\" does not take"},
         Wrong{"State", "expect state playState\n", "1: \"expect state\" does not take"},
+        Wrong{"Loud", "expect loud now\n", "1: \"expect loud\" does not take"},
+        Wrong{"Connect", "connect\n", "1: usage: headunit connect"},
         Wrong{"Mode", "expect mode 5\n", "1: \"expect mode\" does not take"},
         Wrong{"Filter", "expect filter a output rect\n", "1: \"expect filter\" does not take"},
         Wrong{"Wait", "wait\n", "1: wait needs a time"},
