@@ -26,7 +26,7 @@ AudioFound readMpegAudio(std::span<const std::uint8_t> payload, PacketAudio& aud
         }
         // Required: layer III has the same tag here as layers I and II.
         const PacketAudio described = {kAudioMpeg, header.sampleRate, header.channels,
-                                       header.bitRate};
+                                       header.bitRate, header.layer};
         const bool nextIsHere =
             header.frameBytes != 0 && header.frameBytes + kMpegAudioHeaderBytes <= rest.size();
         if (nextIsHere && parseMpegAudioHeader(rest.subspan(header.frameBytes), next) &&
@@ -65,7 +65,10 @@ bool readAc3Frame(std::span<const std::uint8_t> bytes, PacketAudio& audio) {
         version > kHighestVersion) {
         return false;
     }
-    audio = {kAudioAc3, kSampleRates[rate], kChannels[mode] + lowFrequency, kKilobits[size] * 1000};
+    audio = {.formatTag = kAudioAc3,
+             .sampleRate = kSampleRates[rate],
+             .channels = kChannels[mode] + lowFrequency,
+             .bitRate = kKilobits[size] * 1000};
     return true;
 }
 
@@ -87,7 +90,10 @@ bool readPcm(std::span<const std::uint8_t> header, PacketAudio& audio) {
     }
     const std::uint32_t sampleRate = kSampleRates[(header[1] >> 4) & 3u];
     const std::uint32_t channels = (header[1] & 7) == 0 ? 1 : 2;  // more are told as two
-    audio = {kAudioPcm, sampleRate, channels, sampleRate * channels * 16};
+    audio = {.formatTag = kAudioPcm,
+             .sampleRate = sampleRate,
+             .channels = channels,
+             .bitRate = sampleRate * channels * 16};
     return true;
 }
 

@@ -15,6 +15,7 @@ struct PacketAudio {
     std::uint32_t sampleRate = 0;
     std::uint32_t channels = 0;
     std::uint32_t bitRate = 0;  // bits per second; 0 for the free format of MPEG audio
+    std::uint32_t layer = 0;    // of MPEG audio, 1 to 3; 0 for other sound
 };
 
 enum class AudioFound : std::uint8_t {

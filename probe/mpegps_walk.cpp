@@ -113,6 +113,24 @@ std::size_t payloadOffset(std::span<const std::uint8_t> bytes) {
     return at + (stamps == 2 ? 5u : stamps == 3 ? 10u : 1u);
 }
 
+// Looks for sound in a packet. The first stream that may be sound is the one that is described:
+// where its frames fill single packets, no packet tells for certain, and two alike are enough.
+void readAudio(MpegPsReader& reader, std::uint8_t stream, std::span<const std::uint8_t> payload) {
+    PacketAudio audio;
+    const AudioFound found = readPacketAudio(stream, payload, audio);
+    if (found == AudioFound::No) {
+        return;
+    }
+    const PacketAudio& before = reader.likelyAudio;
+    if (found == AudioFound::Certain ||
+        (audio.layer == before.layer && audio.sampleRate == before.sampleRate)) {
+        reader.audio = audio;
+        return;
+    }
+    reader.likelyAudio = audio;
+    reader.likelyStream = stream;
+}
+
 // The payload of the packet whose data begin at `data` and are `length` bytes long.
 Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint32_t length) {
     MpegPsReader& reader = walk.reader;
@@ -120,7 +138,8 @@ Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint
         reader.videoStream = stream;
     }
     const bool videoWanted = stream == reader.videoStream && !reader.sequence.complete();
-    const bool audioWanted = isAudio(stream) && reader.audio.formatTag == 0;
+    const bool audioWanted = isAudio(stream) && reader.audio.formatTag == 0 &&
+                             (reader.likelyStream == 0 || reader.likelyStream == stream);
     const std::size_t wanted = videoWanted || audioWanted ? length : kLongestHeader;
     std::span<const std::uint8_t> bytes;
     if (!walk.view(data, std::min<std::size_t>(wanted, length), bytes)) {
@@ -134,13 +153,7 @@ Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint
     if (videoWanted) {
         reader.sequence.feed(payload);
     } else if (audioWanted) {
-        PacketAudio audio;
-        const AudioFound found = readPacketAudio(stream, payload, audio);
-        if (found == AudioFound::Certain) {
-            reader.audio = audio;
-        } else if (found == AudioFound::Likely && reader.likelyAudio.formatTag == 0) {
-            reader.likelyAudio = audio;
-        }
+        readAudio(reader, stream, payload);
     }
     return kOk;
 }

@@ -29,6 +29,7 @@ struct MpegPsReader {
     std::uint8_t videoStream = 0;   // the first one found; 0 none yet
     PacketAudio audio{};            // formatTag 0: none found yet
     PacketAudio likelyAudio{};      // taken when nothing certain comes
+    std::uint8_t likelyStream = 0;  // the stream that it was found in; 0 none yet
     bool announcesNoSound = false;  // a system header lists all streams, none of them sound
 };
 

@@ -16,8 +16,13 @@ Bytes join(std::initializer_list<Bytes> parts) {
     return builder.take();
 }
 
+constexpr audio::Frame kLayer2 = {.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576};
+
+Bytes mpegFrame() {
+    return audio::frame(kLayer2);
+}
 Bytes mpegAudio() {
-    return audio::frames(3, {.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576});
+    return audio::frames(3, kLayer2);
 }
 
 // An MPEG-2 stream of one video packet and what else is given, 10 s long.
@@ -89,9 +94,26 @@ const SampleSet kMpegPsSamples = {
              join({packet2(0xBD, subStream(0xA0, pcm(0, 2))), packet2(0xC0, mpegAudio())}));
      }},
     {"mpegps_one_frame_per_packet_is_enough", Kind::Good,
+     [] { return mpeg2(packet2(0xC0, mpegFrame())); }},
+    {"mpegps_one_frame_per_packet_before_ac3", Kind::Good,
      [] {
-         Bytes frame = audio::frame({.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576});
-         return mpeg2(packet2(0xC0, frame));
+         return mpeg2(
+             join({packet2(0xC0, mpegFrame()), packet2(0xBD, subStream(0x80, ac3Frame()))}));
+     }},
+    {"mpegps_one_frame_per_packet_before_a_second_stream", Kind::Good,
+     [] {
+         return mpeg2(join(
+             {packet2(0xC0, mpegFrame()),
+              packet2(0xC1, audio::frames(
+                                3, {.layer = 2, .bitRate = 14, .sampleRate = 1, .bytes = 1152})),
+              packet2(0xC0, mpegFrame())}));
+     }},
+    {"mpegps_chance_sync_word_before_the_frames", Kind::Good,
+     [] {
+         // What looks like a header of layer III at 32 kHz begins the stream's first packet.
+         const Bytes chance = Builder().be32(0xFFFB9800).fill(60, 0x33).take();
+         return mpeg2(
+             join({packet2(0xC0, chance), packet2(0xC0, mpegFrame()), packet2(0xC0, mpegAudio())}));
      }},
     {"mpegps_sequence_header_across_packets", Kind::Good,
      [] {

@@ -78,6 +78,11 @@ TEST(MpegPs, Sound) {
         {"mpegps_pcm_of_one_channel", &R::audioBitRate, 96000 * 16},
         {"mpegps_pcm_of_six_channels_is_told_as_two", &R::audioChannels, 2},
         {"mpegps_pcm_of_six_channels_is_told_as_two", &R::audioBitRate, 48000 * 2 * 16},
+        {"mpegps_one_frame_per_packet_before_ac3", &R::audioFormatTag, 0x50},
+        {"mpegps_one_frame_per_packet_before_ac3", &R::audioBitRate, 192'000},
+        {"mpegps_one_frame_per_packet_before_a_second_stream", &R::audioBitRate, 192'000},
+        {"mpegps_chance_sync_word_before_the_frames", &R::audioSampleRate, 48000},
+        {"mpegps_chance_sync_word_before_the_frames", &R::audioBitRate, 192'000},
         {"mpegps_dts_is_no_known_sound", &R::audioFormatTag, 0},
         {"mpegps_dts_is_no_known_sound", &R::audioSampleRate, 0},
         {"mpegps_first_sound_is_described", &R::audioFormatTag, 1},
@@ -168,6 +173,21 @@ TEST(MpegPs, StartCodesAreFoundWhereverTheyStand) {
             EXPECT_EQ(probe::findStartCode(bytes, 0xBA, 0xBA), bytes.size());
         }
     }
+}
+
+TEST(MpegPs, TwoPacketsOfOneFrameEachEndTheWalk) {
+    const Bytes frame = audio::frame({.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576});
+    Builder builder;
+    builder.bytes(ps::pack2(0))
+        .bytes(ps::packet2(
+            0xE0,
+            Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take()));
+    for (std::uint64_t i = 0; i < 2000; ++i) {
+        builder.bytes(ps::pack2(i * 9000)).bytes(ps::packet2(0xC0, frame));
+    }
+    const Outcome outcome = probeBytes(builder.view());
+    EXPECT_EQ(outcome.info->audioBitRate, 192'000u);
+    EXPECT_LE(outcome.bytesRead, 100u * 1024) << "of 1.1 MiB";
 }
 
 TEST(MpegPs, ALongFileIsNotReadWhole) {
