@@ -9,6 +9,8 @@ namespace probe {
 namespace {
 
 constexpr std::uint64_t kWalkBytes = 0x200000;
+// How far sound is looked for though the system header lists none: writers leave it out.
+constexpr std::uint64_t kSilentBytes = 0x40000;
 constexpr std::size_t kPacketHeaderBytes = 6;  // start code and length
 constexpr std::size_t kLongestHeader = 32;     // what a packet's header is judged by
 constexpr std::uint8_t kAllAudioStreams = 0xB8;
@@ -35,9 +37,15 @@ bool isVideo(std::uint8_t stream) {
     return stream >= kFirstVideoStream && stream <= kLastVideoStream;
 }
 
-bool isComplete(const MpegPsReader& reader) {
+bool isSilent(const Walk& walk) {
+    return walk.reader.announcesNoSound && !walk.reader.sawSoundPacket &&
+           walk.at - walk.reader.firstPack >= kSilentBytes;
+}
+
+bool isComplete(const Walk& walk) {
+    const MpegPsReader& reader = walk.reader;
     return reader.sequence.complete() && reader.firstClock.time != kNoClock &&
-           (reader.audio.formatTag != 0 || reader.announcesNoSound);
+           (reader.audio.formatTag != 0 || isSilent(walk));
 }
 
 // Pack header: start code, clock (5 or 6 bytes), multiplex rate 3; MPEG-2 adds a byte whose low
@@ -137,6 +145,7 @@ Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint
     if (isVideo(stream) && reader.videoStream == 0) {
         reader.videoStream = stream;
     }
+    reader.sawSoundPacket = reader.sawSoundPacket || isAudio(stream);
     const bool videoWanted = stream == reader.videoStream && !reader.sequence.complete();
     const bool audioWanted = isAudio(stream) && reader.audio.formatTag == 0 &&
                              (reader.likelyStream == 0 || reader.likelyStream == stream);
@@ -219,7 +228,7 @@ Result readNext(Walk& walk) {
 
 Result walkMpegPs(MpegPsReader& reader) {
     Walk walk{reader, reader.firstPack, std::min(reader.end, reader.firstPack + kWalkBytes)};
-    while (walk.at < walk.limit && !isComplete(reader)) {
+    while (walk.at < walk.limit && !isComplete(walk)) {
         Result result = findNext(walk);
         if (result == kOk && walk.at < walk.limit) {
             result = readNext(walk);

@@ -31,11 +31,13 @@ struct MpegPsReader {
     PacketAudio likelyAudio{};      // taken when nothing certain comes
     std::uint8_t likelyStream = 0;  // the stream that it was found in; 0 none yet
     bool announcesNoSound = false;  // a system header lists all streams, none of them sound
+    bool sawSoundPacket = false;    // of a stream that may be sound, whatever the header lists
 };
 
-// Walks from the first pack until video, sound and a clock are known, or over 2 MiB. Bytes that
-// belong to no packet (the frames of VideoCD sectors, damage) are passed over to the next start
-// code of the system layer. Damaged headers print their lines. Returns kFail when a read fails.
+// Walks from the first pack until video, sound and a clock are known, or over 2 MiB; over 256 KiB
+// when no sound is announced and none comes. Bytes that belong to no packet (the frames of VideoCD
+// sectors, damage) are passed over to the next start code of the system layer. Damaged headers
+// print their lines. Returns kFail when a read fails.
 [[nodiscard]] Result walkMpegPs(MpegPsReader& reader);
 
 }  // namespace probe

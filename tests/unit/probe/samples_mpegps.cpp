@@ -115,6 +115,19 @@ const SampleSet kMpegPsSamples = {
          return mpeg2(
              join({packet2(0xC0, chance), packet2(0xC0, mpegFrame()), packet2(0xC0, mpegAudio())}));
      }},
+    {"mpegps_sound_that_no_system_header_lists", Kind::Good,
+     [] {
+         return file(join({pack2(kSecond), systemHeader({0xE0}),
+                           packet2(0xE0, join({sequence({}), extension(), pictures()})),
+                           pack2(2 * kSecond), systemHeader({0xE0}), packet2(0xC0, mpegAudio())}),
+                     pack2(11 * kSecond));
+     }},
+    {"mpegps_silent_by_its_system_header", Kind::Good,
+     [] {
+         return file(join({pack2(kSecond), systemHeader({0xE0}),
+                           packet2(0xE0, join({sequence({}), extension(), pictures()}))}),
+                     pack2(11 * kSecond));
+     }},
     {"mpegps_sequence_header_across_packets", Kind::Good,
      [] {
          const Bytes whole = join({sequence({.width = 704}), extension(), pictures()});

@@ -83,6 +83,10 @@ TEST(MpegPs, Sound) {
         {"mpegps_one_frame_per_packet_before_a_second_stream", &R::audioBitRate, 192'000},
         {"mpegps_chance_sync_word_before_the_frames", &R::audioSampleRate, 48000},
         {"mpegps_chance_sync_word_before_the_frames", &R::audioBitRate, 192'000},
+        {"mpegps_sound_that_no_system_header_lists", &R::audioFormatTag, 0x50},
+        {"mpegps_sound_that_no_system_header_lists", &R::audioBitRate, 192'000},
+        {"mpegps_silent_by_its_system_header", &R::audioFormatTag, 0},
+        {"mpegps_silent_by_its_system_header", &R::durationSeconds, 10},
         {"mpegps_dts_is_no_known_sound", &R::audioFormatTag, 0},
         {"mpegps_dts_is_no_known_sound", &R::audioSampleRate, 0},
         {"mpegps_first_sound_is_described", &R::audioFormatTag, 1},
@@ -175,19 +179,48 @@ TEST(MpegPs, StartCodesAreFoundWhereverTheyStand) {
     }
 }
 
+Bytes videoPacket() {
+    return ps::packet2(
+        0xE0,
+        Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take());
+}
+
 TEST(MpegPs, TwoPacketsOfOneFrameEachEndTheWalk) {
     const Bytes frame = audio::frame({.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576});
     Builder builder;
-    builder.bytes(ps::pack2(0))
-        .bytes(ps::packet2(
-            0xE0,
-            Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take()));
+    builder.bytes(ps::pack2(0)).bytes(videoPacket());
     for (std::uint64_t i = 0; i < 2000; ++i) {
         builder.bytes(ps::pack2(i * 9000)).bytes(ps::packet2(0xC0, frame));
     }
     const Outcome outcome = probeBytes(builder.view());
     EXPECT_EQ(outcome.info->audioBitRate, 192'000u);
     EXPECT_LE(outcome.bytesRead, 100u * 1024) << "of 1.1 MiB";
+}
+
+// A silent recording of 16 MiB whose system header lists video alone, with a packet of sound
+// behind the given number of packs.
+Outcome probeSilent(std::size_t packsBeforeSound) {
+    Builder builder;
+    builder.bytes(ps::pack2(0)).bytes(ps::systemHeader({0xE0})).bytes(videoPacket());
+    for (std::uint64_t i = 1; i < 8000; ++i) {
+        builder.bytes(ps::pack2(i * 9000)).bytes(ps::packet2(0xE0, Bytes(2015, 0x77)));
+        if (i == packsBeforeSound) {
+            builder.bytes(ps::packet2(
+                0xC0,
+                audio::frames(3, {.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576})));
+        }
+    }
+    return probeBytes(builder.view());
+}
+
+TEST(MpegPs, ASilentSystemHeaderIsBelievedBehind256Kib) {
+    const Outcome silent = probeSilent(0);
+    EXPECT_EQ(silent.info->audioFormatTag, 0u);
+    EXPECT_EQ(silent.info->durationSeconds, 799u);
+    EXPECT_LE(silent.bytesRead, 600u * 1024) << "of 16 MiB";
+    EXPECT_LE(silent.reads, 40u);
+    EXPECT_EQ(probeSilent(125).info->audioFormatTag, 0x50u);
+    EXPECT_EQ(probeSilent(135).info->audioFormatTag, 0u);
 }
 
 TEST(MpegPs, ALongFileIsNotReadWhole) {
