@@ -69,7 +69,27 @@ ClockPoint findPack(Clock& clock, std::uint64_t from, std::uint64_t limit) {
     return {};
 }
 
-// The last pack with a good clock in front of `end` and behind `start`.
+// Prints the lines of the packs with a damaged clock that begin from `from` on and in front of
+// `limit`; `bytes` stand at `offset` of the file.
+void diagnosePacks(std::span<const std::uint8_t> bytes, std::uint64_t offset, std::uint64_t from,
+                   std::uint64_t limit) {
+    auto at = static_cast<std::size_t>(std::max(from, offset) - offset);
+    for (; at + kPackBytes <= bytes.size(); at += kStartCodeBytes) {
+        at += findStartCode(bytes.subspan(at), kPackStart, kPackStart);
+        if (at + kPackBytes > bytes.size() || offset + at >= limit) {
+            break;
+        }
+        const PackClock clock =
+            packClock(bytes.subspan(at + kStartCodeBytes).first<kPackClockBytes>());
+        if (clock.time == kNoClock) {
+            diagnoseDamaged(clock);
+        }
+    }
+}
+
+// The last pack with a good clock in front of `end` and behind `start`. The damaged ones behind it
+// print their lines, unless the walk was there before. Nowhere else does the search for packs
+// print: it would meet the same header several times.
 ClockPoint findLastPack(Clock& clock, std::uint64_t start, std::uint64_t end) {
     constexpr std::uint64_t kMostBytes = 0x200000;
     constexpr std::uint64_t kLargestStep = ReadWindow::kLargest - kPackBytes;
@@ -90,7 +110,10 @@ ClockPoint findLastPack(Clock& clock, std::uint64_t start, std::uint64_t end) {
                  last.offset + kStartCodeBytes)) {
             last = found;
         }
-        if (last.time != kNoClock) {
+        const bool isFound = last.time != kNoClock;
+        const std::uint64_t behind = isFound ? last.offset + kStartCodeBytes : from;
+        diagnosePacks(bytes, from, std::max(behind, clock.reader.packsReadTo), limit);
+        if (isFound) {
             return last;
         }
         limit = from;

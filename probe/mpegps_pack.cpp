@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "probe/byte_reader.h"
+#include "probe/diagnostics.h"
 
 namespace probe {
 namespace {
@@ -39,6 +40,10 @@ std::int64_t clockOfMpeg2(const std::uint8_t* p) {
 PackClock packClock(std::span<const std::uint8_t, kPackClockBytes> bytes) {
     const bool isMpeg1 = bytes[0] >> 4 == 2;
     return {isMpeg1 ? clockOfMpeg1(bytes.data()) : clockOfMpeg2(bytes.data()), isMpeg1};
+}
+
+void diagnoseDamaged(const PackClock& clock) {
+    diagnose("%s", clock.isMpeg1 ? "ERROR: GetSCR ERROR(MPEG1)\n" : "ERROR: GetSCR ERROR\n");
 }
 
 std::size_t findStartCode(std::span<const std::uint8_t> bytes, std::uint8_t lowest,

@@ -26,6 +26,9 @@ struct PackClock {
 // Reads the clock from the bytes behind a pack start code.
 PackClock packClock(std::span<const std::uint8_t, kPackClockBytes> bytes);
 
+// Prints the line of a clock that could not be read.
+void diagnoseDamaged(const PackClock& clock);
+
 // Index of the first 00 00 01 followed by a byte from `lowest` to `highest`; bytes.size() when
 // there is none.
 std::size_t findStartCode(std::span<const std::uint8_t> bytes, std::uint8_t lowest,

@@ -1,6 +1,7 @@
 #include "probe/mpegps_walk.h"
 
 #include <algorithm>
+#include <array>
 
 #include "probe/byte_reader.h"
 #include "probe/diagnostics.h"
@@ -13,6 +14,7 @@ constexpr std::uint64_t kWalkBytes = 0x200000;
 constexpr std::uint64_t kSilentBytes = 0x40000;
 constexpr std::size_t kPacketHeaderBytes = 6;  // start code and length
 constexpr std::size_t kLongestHeader = 32;     // what a packet's header is judged by
+constexpr std::size_t kMpeg2FixedBytes = 3;    // its flags and length, in MPEG-2
 constexpr std::uint8_t kAllAudioStreams = 0xB8;
 constexpr std::uint8_t kFirstVideoStream = 0xE0, kLastVideoStream = 0xEF;
 
@@ -35,6 +37,14 @@ bool isAudio(std::uint8_t stream) {
 
 bool isVideo(std::uint8_t stream) {
     return stream >= kFirstVideoStream && stream <= kLastVideoStream;
+}
+
+// Whether packets of this stream carry a header with time stamps: all but the program stream map,
+// padding, private stream 2, ECM, EMM, DSM-CC, H.222.1 type E and the directory.
+bool hasPacketHeader(std::uint8_t stream) {
+    constexpr auto kWithout =
+        std::to_array<std::uint8_t>({0xBC, 0xBE, 0xBF, 0xF0, 0xF1, 0xF2, 0xF8, 0xFF});
+    return std::ranges::find(kWithout, stream) == kWithout.end();
 }
 
 bool isSilent(const Walk& walk) {
@@ -63,8 +73,9 @@ Result readPack(Walk& walk) {
         return kOk;
     }
     const PackClock clock = packClock(bytes.subspan<kStartCodeBytes, kPackClockBytes>());
+    reader.packsReadTo = walk.at + kStartCodeBytes;
     if (clock.time == kNoClock) {
-        diagnose("%s", clock.isMpeg1 ? "ERROR: GetSCR ERROR(MPEG1)\n" : "ERROR: GetSCR ERROR\n");
+        diagnoseDamaged(clock);
         walk.at += kStartCodeBytes;
         return kOk;
     }
@@ -96,16 +107,23 @@ Result readSystemHeader(Walk& walk, std::uint64_t data, std::uint32_t length) {
     return kOk;
 }
 
-// Length of the packet header behind start code and length, up to the payload. MPEG-2: 10 and 14
-// flag bits, of which two announce time stamps, header length, header. MPEG-1: stuffing, buffer
-// size, time stamps. 0 when the bytes do not hold it.
+// Length of an MPEG-2 packet header behind start code and length, up to the payload: 10 and 14
+// flag bits, of which two announce time stamps, header length, header. 0 when the bytes hold none.
+std::size_t mpeg2HeaderBytes(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < kMpeg2FixedBytes || (bytes[0] & 0xC0) != 0x80) {
+        return 0;
+    }
+    if (bytes[1] >> 6 == 1) {
+        diagnose("PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n");
+    }
+    return kMpeg2FixedBytes + bytes[2];
+}
+
+// The same of either kind. MPEG-1: stuffing, buffer size, time stamps.
 std::size_t payloadOffset(std::span<const std::uint8_t> bytes) {
     constexpr std::size_t kMostStuffing = 16;
-    if (bytes.size() >= 3 && (bytes[0] & 0xC0) == 0x80) {
-        if (bytes[1] >> 6 == 1) {
-            diagnose("PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n");
-        }
-        return 3u + bytes[2];
+    if (const std::size_t header = mpeg2HeaderBytes(bytes); header != 0) {
+        return header;
     }
     std::size_t at = 0;
     while (at < bytes.size() && at < kMostStuffing && bytes[at] == 0xFF) {
@@ -167,6 +185,16 @@ Result readPacket(Walk& walk, std::uint8_t stream, std::uint64_t data, std::uint
     return kOk;
 }
 
+// A packet of a stream that describes nothing: only its flags are looked at.
+Result checkPacketHeader(Walk& walk, std::uint64_t data, std::uint32_t length) {
+    std::span<const std::uint8_t> bytes;
+    if (!walk.view(data, std::min<std::size_t>(kMpeg2FixedBytes, length), bytes)) {
+        return kFail;
+    }
+    static_cast<void>(mpeg2HeaderBytes(bytes));
+    return kOk;
+}
+
 // Moves to the next start code of the system layer at or behind the present place, or to the
 // limit.
 Result findNext(Walk& walk) {
@@ -221,7 +249,10 @@ Result readNext(Walk& walk) {
     if (code == kSystemHeaderStart) {
         return readSystemHeader(walk, data, length);
     }
-    return isVideo(code) || isAudio(code) ? readPacket(walk, code, data, length) : kOk;
+    if (isVideo(code) || isAudio(code)) {
+        return readPacket(walk, code, data, length);
+    }
+    return hasPacketHeader(code) ? checkPacketHeader(walk, data, length) : kOk;
 }
 
 }  // namespace

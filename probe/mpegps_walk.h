@@ -25,6 +25,7 @@ struct MpegPsReader {
     bool sawSystemLayer = false;  // a pack or a system header was found
 
     ClockPoint firstClock{};
+    std::uint64_t packsReadTo = 0;  // behind the last pack start code that the walk acted on
     SequenceFinder sequence{};
     std::uint8_t videoStream = 0;   // the first one found; 0 none yet
     PacketAudio audio{};            // formatTag 0: none found yet

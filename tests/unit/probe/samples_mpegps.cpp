@@ -32,6 +32,11 @@ Bytes mpeg2(const Bytes& more, const Sequence& s = {}) {
         pack2(11 * kSecond));
 }
 
+Bytes withoutMarker(Bytes pack) {
+    pack[pack[4] >> 4 == 2 ? 8 : 9] &= 0xFE;
+    return pack;
+}
+
 // Stretches of packs, `ticks` apart, each stretch beginning where `starts` says.
 Bytes stretches(std::initializer_list<std::uint64_t> starts, std::uint64_t ticks,
                 std::uint64_t packs = 200) {
@@ -150,17 +155,48 @@ const SampleSet kMpegPsSamples = {
      }},
     {"mpegps_mpeg1_clock_without_its_marker", Kind::Good,
      [] {
-         Bytes bad = pack1(0);
-         bad[8] &= 0xFE;
-         return file(join({bad, pack1(kSecond), packet1(0xE0, join({sequence({}), pictures()}))}),
+         return file(join({withoutMarker(pack1(0)), pack1(kSecond),
+                           packet1(0xE0, join({sequence({}), pictures()}))}),
                      pack1(4 * kSecond));
      }},
     {"mpegps_mpeg2_clock_without_its_marker", Kind::Good,
      [] {
-         Bytes bad = pack2(0);
-         bad[9] &= 0xFE;
-         return file(join({bad, packet2(0xE0, join({sequence({}), extension(), pictures()}))}),
+         return file(join({withoutMarker(pack2(0)),
+                           packet2(0xE0, join({sequence({}), extension(), pictures()}))}),
                      pack2(4 * kSecond));
+     }},
+    {"mpegps_last_mpeg1_pack_without_its_marker", Kind::Good,
+     [] {
+         return file(join({pack1(0), packet1(0xE0, join({sequence({}), pictures()})),
+                           packet1(0xC0, mpegAudio()), pack1(4 * kSecond)}),
+                     join({withoutMarker(pack1(9 * kSecond)), Bytes(100, 0xFF)}));
+     }},
+    {"mpegps_last_mpeg2_packs_without_their_markers", Kind::Good,
+     [] {
+         // The first of the two stands where the search's first window begins.
+         constexpr std::size_t kWindow = 4096 - 10;
+         return file(join({pack2(0), packet2(0xE0, join({sequence({}), extension(), pictures()})),
+                           packet2(0xC0, mpegAudio()), pack2(4 * kSecond)}),
+                     Builder()
+                         .bytes(withoutMarker(pack2(9 * kSecond)))
+                         .padTo(kWindow - 200, 0x55)
+                         .bytes(withoutMarker(pack2(10 * kSecond)))
+                         .padTo(kWindow, 0x55)
+                         .take());
+     }},
+    {"mpegps_last_pack_of_a_file_that_is_walked_whole", Kind::Good,
+     [] {
+         return file(join({pack2(0), packet2(0xE0, join({sequence({}), extension(), pictures()})),
+                           pack2(4 * kSecond)}),
+                     withoutMarker(pack2(9 * kSecond)));
+     }},
+    {"mpegps_forbidden_time_stamp_flags_in_every_stream", Kind::Good,
+     [] {
+         Builder builder;
+         for (unsigned stream = 0xBC; stream <= 0xFF; ++stream) {
+             builder.bytes(packet2(stream, Bytes(9, 0x22), 1));
+         }
+         return mpeg2(join({builder.view(), packet2(0xC0, mpegAudio())}));
      }},
     {"mpegps_forbidden_time_stamp_flags", Kind::Good,
      [] { return mpeg2(packet2(0xC0, mpegAudio(), 1)); }},

@@ -103,6 +103,9 @@ TEST(MpegPs, DurationSurvivesTheClock) {
         {"mpegps_clock_leaps_an_hour", &R::durationSeconds, 39},
         {"mpegps_mpeg1_clock_without_its_marker", &R::durationSeconds, 3},
         {"mpegps_mpeg2_clock_without_its_marker", &R::durationSeconds, 0},
+        {"mpegps_last_mpeg1_pack_without_its_marker", &R::durationSeconds, 4},
+        {"mpegps_last_mpeg2_packs_without_their_markers", &R::durationSeconds, 4},
+        {"mpegps_last_pack_of_a_file_that_is_walked_whole", &R::durationSeconds, 4},
         {"mpegps_hole_before_a_new_start", &R::durationSeconds, 7},
         {"mpegps_videocd_sectors", &R::durationSeconds, 20},
         {"mpegps_videocd_sectors", &R::audioFormatTag, 0x50},
@@ -116,6 +119,22 @@ TEST(MpegPs, DamagedHeadersPrintTheirLines) {
     EXPECT_EQ(lines("mpegps_forbidden_time_stamp_flags"),
               "PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n");
     EXPECT_EQ(lines("mpegps_mpeg1_system_stream"), "");
+    EXPECT_EQ(lines("mpegps_last_mpeg1_pack_without_its_marker"), "ERROR: GetSCR ERROR(MPEG1)\n");
+    EXPECT_EQ(lines("mpegps_last_mpeg2_packs_without_their_markers"),
+              "ERROR: GetSCR ERROR\nERROR: GetSCR ERROR\n");
+    EXPECT_EQ(lines("mpegps_last_pack_of_a_file_that_is_walked_whole"), "ERROR: GetSCR ERROR\n");
+}
+
+TEST(MpegPs, ForbiddenTimeStampFlagsPrintInEveryStreamThatHasThem) {
+    // Program stream map, padding, private stream 2, ECM, EMM, DSM-CC, H.222.1 type E and the
+    // directory have no such header: 8 of the 68 streams from 0xBC to 0xFF.
+    constexpr std::string_view kLine = "PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n";
+    const std::string lines =
+        probeBytes(sample("mpegps_forbidden_time_stamp_flags_in_every_stream").build()).lines;
+    EXPECT_EQ(lines.size(), (68 - 8) * kLine.size());
+    for (std::size_t at = 0; at < lines.size(); at += kLine.size()) {
+        EXPECT_EQ(lines.substr(at, kLine.size()), kLine);
+    }
 }
 
 TEST(MpegPs, WhatIsClaimed) {
