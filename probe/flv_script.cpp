@@ -45,6 +45,12 @@ constexpr auto kKeys = std::to_array<KeyRow>({
     {"videodatarate", FlvKey::VideoDataRate},
 });
 
+// Ends the script for every level around: nothing can be read from the cursor any more.
+FlvScript endScript(FileCursor& cursor) {
+    cursor.skip(cursor.remaining() + 1);
+    return FlvScript::Stop;
+}
+
 FlvScript goOnIf(const FileCursor& cursor) {
     return cursor.ok() ? FlvScript::GoOn : FlvScript::Stop;
 }
@@ -133,7 +139,10 @@ FlvScript skipLongString(FileCursor& cursor) {
 }  // namespace
 
 FlvScript parseFlvScriptValue(FileCursor& cursor, FlvMetadata& metadata, int depth) {
-    if (depth > kFlvScriptDepth || cursor.remaining() == 0) {
+    if (depth > kFlvScriptDepth) {
+        return endScript(cursor);
+    }
+    if (cursor.remaining() == 0) {
         return FlvScript::Stop;
     }
     switch (cursor.u8()) {

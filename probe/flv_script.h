@@ -29,12 +29,13 @@ struct FlvMetadata {
 
 enum class FlvScript : std::uint8_t { GoOn, Stop };
 
-// Values nested deeper than this end the parse; no writer comes near.
+// Values nested deeper than this end the whole script; no writer comes near.
 constexpr int kFlvScriptDepth = 64;
 
 // Reads one value, with all that it holds, at the cursor. Returns Stop when the value says so
-// (object end, a reference, an unknown type), when it is cut by the end of the cursor's range (a
-// cut number is not stored), or when the cursor stood at its end already.
+// (object end, type 17, an unknown type), when it is cut by the end of the cursor's range (a cut
+// number is not stored), when the cursor stood at its end already, or beyond kFlvScriptDepth; then
+// the cursor fails too, and with it every value around.
 [[nodiscard]] FlvScript parseFlvScriptValue(FileCursor& cursor, FlvMetadata& metadata,
                                             int depth = 0);
 

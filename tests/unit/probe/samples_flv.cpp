@@ -99,6 +99,7 @@ const SampleSet kFlvSamples = {
     {"flv_sorenson_code_5_is_320_240", Kind::Good, [] { return sorensonFile(5); }},
     {"flv_sorenson_code_6_is_160_120", Kind::Good, [] { return sorensonFile(6); }},
     {"flv_sorenson_code_7_has_no_size", Kind::Good, [] { return sorensonFile(7); }},
+    {"flv_sorenson_of_version_1_has_its_size", Kind::Good, [] { return sorensonFile(2, 0, 0, 1); }},
     {"flv_sorenson_of_another_version_keeps_the_metadata", Kind::Good,
      [] { return sorensonFile(2, 0, 0, 2); }},
     {"flv_sorenson_of_9_bytes_keeps_the_metadata", Kind::Good,
@@ -156,6 +157,38 @@ const SampleSet kFlvSamples = {
                                       {"f", Builder().u8(4).be16(3).text("mov").take()},
                                       {"width", number(480)}}));
      }},
+    {"flv_reference_is_followed_by_its_bytes", Kind::Good,
+     [] {
+         // The two bytes of the reference are read as the length of the next key: none.
+         return scriptFile(Builder()
+                               .u8(8)
+                               .be32(3)
+                               .bytes(key("a"))
+                               .u8(7)
+                               .be16(0)
+                               .u8(5)
+                               .bytes(key("width"))
+                               .bytes(number(480))
+                               .take());
+     }},
+    {"flv_record_set_is_a_strict_array", Kind::Good,
+     [] {
+         Bytes set = strictArray({number(7), number(8)});
+         set[0] = 14;
+         return scriptFile(ecmaArray({{"width", set}, {"height", number(55)}}));
+     }},
+    {"flv_xml_document_leads_twice_its_length_on", Kind::Good,
+     [] {
+         return scriptFile(ecmaArray(
+             {{"a", Builder().u8(15).be32(4).fill(8, 'x').take()}, {"width", number(480)}}));
+     }},
+    {"flv_typed_object_is_read_as_an_object", Kind::Good,
+     [] {
+         // Its class name is taken for the first key.
+         return scriptFile(ecmaArray(
+             {{"width", Builder().u8(16).bytes(key("Size")).bytes(number(99)).be24(9).take()},
+              {"height", number(55)}}));
+     }},
     {"flv_object_end_stops_the_array", Kind::Good,
      [] {
          return scriptFile(ecmaArray({{"a", {9}}, {"width", number(480)}}));
@@ -200,6 +233,25 @@ const SampleSet kFlvSamples = {
          }
          return scriptFile(
              ecmaArray({{"height", number(4)}, {"a", deep.view()}, {"width", number(480)}}));
+     }},
+    {"flv_nesting_of_65_levels_ends_every_level", Kind::Good,
+     [] {
+         // Were the array around to go on, it would read a key and its number.
+         Builder deep;
+         for (int i = 0; i < 64; ++i) {
+             deep.u8(10).be32(1);
+         }
+         deep.bytes(key("width")).bytes(number(480));
+         return scriptFile(ecmaArray({{"a", deep.view()}}, 2));
+     }},
+    {"flv_nesting_of_64_levels_is_read", Kind::Good,
+     [] {
+         Builder deep;
+         for (int i = 0; i < 63; ++i) {
+             deep.u8(10).be32(1);
+         }
+         deep.u8(5);
+         return scriptFile(ecmaArray({{"a", deep.view()}, {"width", number(480)}}));
      }},
     {"flv_numbers_that_fit_nowhere_are_clamped", Kind::Good,
      [] {
