@@ -9,6 +9,15 @@ Bytes withComments(std::initializer_list<std::string_view> texts) {
     return file(identification(), comments(texts), 44100 * 7);
 }
 
+// An identification packet of which so many bytes are there, a comment packet right behind them,
+// and another one in the next page.
+Bytes cutIdentification(std::size_t bytes) {
+    const Bytes whole = identification();
+    const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(bytes));
+    return file(Builder().bytes(cut).bytes(comments({"TITLE=near"})).take(),
+                comments({"TITLE=far"}), 44100 * 7);
+}
+
 const SampleSet kOggSamples = {
     {"ogg_vorbis_with_five_tags", Kind::Good,
      [] {
@@ -80,6 +89,19 @@ const SampleSet kOggSamples = {
              .bytes(page({}, 44100))
              .take();
      }},
+    {"ogg_comment_packet_at_byte_1983_is_found", Kind::Good,
+     [] {
+         return Builder()
+             .bytes(page(identification()))
+             .padTo(1983)
+             .bytes(comments({"TITLE=x"}))
+             .fill(100)
+             .bytes(page({}, 44100))
+             .take();
+     }},
+    {"ogg_comment_magic_in_the_identification_is_none", Kind::Good,
+     [] { return cutIdentification(27); }},
+    {"ogg_comment_magic_28_bytes_behind_is_one", Kind::Good, [] { return cutIdentification(28); }},
     {"ogg_file_of_5000_bytes_is_searched_whole", Kind::Good,
      [] {
          return Builder()

@@ -64,6 +64,23 @@ TEST(MpegPs, Video) {
     }));
 }
 
+TEST(MpegPs, FrameRates) {
+    // Microseconds a frame for codes 0 to 9: 24000/1001, 24, 25, 30000/1001, 30, 50, 60000/1001
+    // and 60 frames a second; the rest is unknown.
+    constexpr auto kWanted = std::to_array<std::uint32_t>(
+        {0, 41'708, 41'666, 40'000, 33'366, 33'333, 20'000, 16'683, 16'666, 0});
+    for (unsigned rate = 0; rate < kWanted.size(); ++rate) {
+        const Bytes video = Builder()
+                                .bytes(ps::sequence({.rate = rate}))
+                                .bytes(ps::extension())
+                                .bytes(ps::pictures())
+                                .take();
+        const Bytes bytes =
+            ps::file(Builder().bytes(ps::pack2(0)).bytes(ps::packet2(0xE0, video)).take());
+        EXPECT_EQ(probeBytes(bytes).info->frameTimeMicroseconds, kWanted[rate]) << rate;
+    }
+}
+
 TEST(MpegPs, Sound) {
     expectFields(std::to_array<FieldCase>({
         {"mpegps_layer_3_has_the_tag_of_layer_2", &R::audioFormatTag, 0x50},

@@ -45,6 +45,9 @@ TEST(Ogg, Comments) {
         {"ogg_count_beyond_the_comments", &R::title, u"Abc"},
         {"ogg_vendor_text_beyond_byte_2048", &R::title, u""},
         {"ogg_comment_packet_behind_byte_1984_is_not_found", &R::title, u""},
+        {"ogg_comment_packet_at_byte_1983_is_found", &R::title, u"x"},
+        {"ogg_comment_magic_in_the_identification_is_none", &R::title, u"far"},
+        {"ogg_comment_magic_28_bytes_behind_is_one", &R::title, u"near"},
         {"ogg_segment_table_of_255_entries", &R::title, u"x"},
     }));
     expectFields(std::to_array<FieldCase>({
