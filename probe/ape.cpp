@@ -87,7 +87,7 @@ void fillAudio(const ApeHeader& header, std::uint64_t fileSize, MediaRecord& rec
     if (length > 0) {
         record.audioBitRate =
             saturateToU32(static_cast<double>(fileSize) / static_cast<double>(length) * 8000.0);
-        record.durationSeconds = static_cast<std::uint32_t>(length / 1000);
+        record.durationSeconds = saturateToU32(static_cast<std::uint64_t>(length / 1000));
     }
     record.containerType = kContainerMonkeysAudio;
     record.audioFormatTag = kAudioMonkeysAudio;

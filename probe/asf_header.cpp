@@ -5,6 +5,7 @@
 #include "probe/asf_tags.h"
 #include "probe/block.h"
 #include "probe/file_cursor.h"
+#include "probe/saturate.h"
 
 namespace probe {
 namespace {
@@ -38,7 +39,7 @@ void readFileProperties(FileCursor& cursor, AsfReader& reader) {
     cursor.skip(40);
     const std::uint64_t playDuration = cursor.le64();
     if (cursor.ok()) {
-        reader.durationSeconds = static_cast<std::uint32_t>(playDuration / kPerSecond);
+        reader.durationSeconds = saturateToU32(playDuration / kPerSecond);
     }
 }
 
@@ -211,7 +212,7 @@ Result AsfReadHeader(AsfReader& reader) {
     }
     if (reader.videoStream != kAsfNoStream) {
         const AsfStreamTiming& timing = reader.timing[reader.videoStream];
-        reader.frameTimeMicroseconds = static_cast<std::uint32_t>(timing.timePerFrame / 10);
+        reader.frameTimeMicroseconds = saturateToU32(timing.timePerFrame / 10);
         reader.videoBitRate = timing.dataBitRate;
     }
     return kOk;

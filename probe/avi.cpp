@@ -8,6 +8,7 @@
 #include "probe/four_cc.h"
 #include "probe/h264.h"
 #include "probe/mpeg4_visual.h"
+#include "probe/saturate.h"
 
 namespace probe {
 namespace {
@@ -80,14 +81,14 @@ void fillRecord(const AviReader& reader, const PixelAspect& aspect, MediaRecord&
     const std::uint64_t milliseconds = duration / 10000;
     record.status = kOk;
     record.containerType = kContainerAvi;
-    record.durationSeconds = static_cast<std::uint32_t>(milliseconds / 1000);
+    record.durationSeconds = saturateToU32(milliseconds / 1000);
     if (frames != 0) {
         record.frameTimeMicroseconds = static_cast<std::uint32_t>(duration / 10 / frames);
     }
     if (milliseconds != 0) {
         // Required: 32 bits of byte total times 8, divided before it is multiplied.
         const std::uint32_t bits = reader.index.videoBytes * 8;
-        record.videoBitRate = static_cast<std::uint32_t>(bits / milliseconds * 1000);
+        record.videoBitRate = saturateToU32(bits / milliseconds * 1000);
     }
     const WaveFormat& audio = header.audio[0].format;
     record.audioFormatTag = audio.formatTag;

@@ -66,7 +66,7 @@ Result parseFlac(ReadWindow& file, std::uint64_t start, std::uint64_t fileSize,
         return kOk;
     }
     const std::uint64_t milliseconds = samples * 1000 / sampleRate;
-    record.durationSeconds = static_cast<std::uint32_t>(milliseconds / 1000);
+    record.durationSeconds = saturateToU32(milliseconds / 1000);
     const std::uint64_t frameBytes = fileSize - findFrames(file, start, fileSize);
     record.audioBitRate =
         saturateToU32(static_cast<double>(frameBytes) * 8.0 * static_cast<double>(sampleRate) /

@@ -9,6 +9,7 @@
 #include "probe/flv_script.h"
 #include "probe/flv_timestamp.h"
 #include "probe/four_cc.h"
+#include "probe/head.h"
 #include "probe/saturate.h"
 
 // Adobe Flash Video File Format Specification 10.1, annex E. All numbers are big-endian.
@@ -200,18 +201,12 @@ Result parseFlv(FlvReader& reader, MediaRecord& record) {
 }  // namespace
 
 int FlvRecognise(MediaInfo& record, ReadWindow& file) {
-    std::uint64_t fileSize = 0;
-    if (!file.size(fileSize)) {
-        return decline("its size cannot be told");
-    }
-    if (fileSize < kFileHeaderBytes) {
-        return decline("shorter than 9 bytes");
-    }
     std::array<std::uint8_t, kFileHeaderBytes> head;
-    if (!file.readExact(0, head)) {
-        return decline("its first 9 bytes cannot be read");
+    std::uint64_t fileSize = 0;
+    if (const char* why = readHead(file, kFileHeaderBytes, head, fileSize)) {
+        return decline(why);
     }
-    if (head[0] != 'F' || head[1] != 'L' || head[2] != 'V') {
+    if (!beginsWith(head, "FLV")) {
         return decline("does not begin with FLV");
     }
     record.fileSize = static_cast<std::uint32_t>(fileSize);

@@ -4,8 +4,7 @@ namespace probe {
 
 const char* readHead(ReadWindow& file, std::uint64_t minimum, std::span<std::uint8_t> head,
                      std::uint64_t& fileSize) {
-    constexpr std::uint32_t kInvalidFileSize = 0xFFFFFFFF;  // of the high word
-    if (!file.size(fileSize) || (fileSize >> 32) == kInvalidFileSize) {
+    if (!file.size(fileSize)) {
         return "its size cannot be told";
     }
     if (fileSize < minimum) {

@@ -84,7 +84,10 @@ Result JpegReadHeader(JpegReader& reader, MediaRecord& record) {
 int ImageRecognise(MediaInfo& record, ReadWindow& file) {
     std::uint64_t size = 0;
     Head head;
-    if (!file.size(size) || size < kHeadBytes) {
+    if (!file.size(size)) {
+        return decline("its size cannot be told");
+    }
+    if (size < kHeadBytes) {
         return decline("it is smaller than 64 bytes");
     }
     if (!file.readExact(0, head)) {

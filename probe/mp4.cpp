@@ -9,6 +9,7 @@
 #include "probe/four_cc.h"
 #include "probe/h264.h"
 #include "probe/mpeg4_visual.h"
+#include "probe/saturate.h"
 
 namespace probe {
 namespace {
@@ -109,12 +110,10 @@ Result fillVideo(Mp4Reader& reader, std::uint64_t milliseconds, Values& values) 
     values.videoWidth = video.width;
     values.videoHeight = video.height;
     if (tables.sampleSize.count != 0) {
-        values.frameTimeMicroseconds =
-            static_cast<std::uint32_t>(milliseconds * 1000 / tables.sampleSize.count);
+        values.frameTimeMicroseconds = saturateToU32(milliseconds * 1000 / tables.sampleSize.count);
     }
     if (milliseconds != 0) {
-        values.videoBitRate =
-            static_cast<std::uint32_t>(tables.payloadBytes * 8 / milliseconds * 1000);
+        values.videoBitRate = saturateToU32(tables.payloadBytes * 8 / milliseconds * 1000);
     }
     return findVideoAspect(reader, video, values.aspect);
 }
@@ -152,8 +151,7 @@ Result fill(Mp4Reader& reader, MediaRecord& record) {
     copyValues(values, record);
     record.status = kOk;
     record.containerType = kContainerMp4;
-    record.durationSeconds =
-        static_cast<std::uint32_t>(std::max(durations.video, durations.audio) / 1000);
+    record.durationSeconds = saturateToU32(std::max(durations.video, durations.audio) / 1000);
     return kOk;
 }
 
@@ -187,7 +185,10 @@ Result Mp4Parse(Mp4Reader& reader, MediaRecord& record, int /*brandCode: decides
 int Mp4Recognise(MediaInfo& record, ReadWindow& file) {
     std::uint64_t size = 0;
     std::array<std::uint8_t, kHeadBytes> head;
-    if (!file.size(size) || size < kHeadBytes) {
+    if (!file.size(size)) {
+        return decline("its size cannot be told");
+    }
+    if (size < kHeadBytes) {
         return decline("it is smaller than 256 bytes");
     }
     if (!file.readExact(0, head)) {

@@ -7,8 +7,9 @@
 namespace probe {
 
 bool ReadWindow::size(std::uint64_t& bytes) {
+    constexpr std::uint32_t kInvalidFileSize = 0xFFFFFFFF;  // of the high word
     if (!sizeKnown_) {
-        sizeKnown_ = file_.size(size_);
+        sizeKnown_ = file_.size(size_) && (size_ >> 32) != kInvalidFileSize;
     }
     bytes = size_;
     return sizeKnown_;

@@ -32,7 +32,8 @@ public:
     ReadWindow(const ReadWindow&) = delete;
     ReadWindow& operator=(const ReadWindow&) = delete;
 
-    // Size of the file in bytes, asked for once. False when it cannot be told.
+    // Size of the file in bytes, asked for once. False when it cannot be told, or when its upper 32
+    // bits are all ones, by which Windows tells the same.
     [[nodiscard]] bool size(std::uint64_t& bytes);
 
     // Fills `out` from `offset`. False when a read failed or the file ends before.

@@ -8,6 +8,7 @@
 #include "probe/byte_reader.h"
 #include "probe/diagnostics.h"
 #include "probe/four_cc.h"
+#include "probe/saturate.h"
 
 namespace probe {
 namespace {
@@ -43,7 +44,7 @@ Result ParseWave(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) 
     record.audioBitRate = le32(format + 8) * 8;  // 32 bits: it wraps before it divides
     if (record.audioBitRate != 0) {
         // Required: of the whole file, not of the "data" chunk.
-        record.durationSeconds = static_cast<std::uint32_t>(fileSize * 8 / record.audioBitRate);
+        record.durationSeconds = saturateToU32(fileSize * 8 / record.audioBitRate);
     }
     record.containerType = kContainerWave;
     record.status = kOk;
@@ -54,7 +55,10 @@ Result ParseWave(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) 
 int RiffRecognise(MediaInfo& record, ReadWindow& file) {
     std::uint64_t size = 0;
     std::span<const std::uint8_t> head;
-    if (!file.size(size) || size < kHeadBytes) {
+    if (!file.size(size)) {
+        return decline("its size cannot be told");
+    }
+    if (size < kHeadBytes) {
         return decline("it is smaller than 256 bytes");
     }
     if (!file.view(0, kHeadBytes, head)) {

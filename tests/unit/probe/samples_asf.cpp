@@ -6,6 +6,10 @@ namespace {
 using namespace asf;
 
 const SampleSet kAsfSamples = {
+    {"asf_length_beyond_32_bits_of_seconds", Kind::Good,
+     [] {
+         return file({fileProperties(0x7FFFFFFFFFFFFFFF / 10000), audioStream(1)});
+     }},
     {"asf_audio_with_all_texts", Kind::Good,
      [] {
          return file(

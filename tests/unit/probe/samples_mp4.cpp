@@ -200,6 +200,13 @@ const SampleSet kTables = {
                                        table("stsc", 1, {1, 2, 1}), stsz(9, 5),
                                        table("stco", 2, {2000, 3000})}));
      }},
+    {"mp4_length_beyond_32_bits_of_seconds", Kind::Good,
+     [] {
+         return withStbl(
+             "vide", join({stsd(1, avcEntry()),
+                           table("stts", 3, {0xFFFFFFFF, 429, 0xFFFFFFFF, 429, 0xFFFFFFFF, 429}),
+                           table("stsc", 1, {1, 2, 1}), stsz(9, 2), table("stco", 1, {2000})}));
+     }},
     {"mp4_empty_tables", Kind::Good,
      [] {
          return withStbl("vide", join({stsd(1, avcEntry()), table("stts", 0, {}),

@@ -163,6 +163,7 @@ TEST(Flac, DescribesTheStream) {
         {"flac_of_unknown_length", &R::audioSampleRate, 44100},
         {"flac_sample_rate_of_0", &R::audioChannels, 8},
         {"flac_sample_rate_of_0", &R::durationSeconds, 0},
+        {"flac_length_beyond_32_bits_of_seconds", &R::durationSeconds, 0xFFFFFFFF},
     }));
     expectStatus(std::to_array<StatusCase>({
         {"flac_without_stream_information", 1, probe::kFail},
@@ -181,6 +182,14 @@ TEST(Ape, DurationAndRate) {
         {"ape_new_header", &R::audioSampleRate, 44100},
         {"ape_3970_has_294912_blocks_per_frame", &R::durationSeconds, 60},
         {"ape_3949_has_73728_blocks_per_frame", &R::durationSeconds, 15},
+        {"ape_3899_has_9216_blocks_per_frame", &R::durationSeconds, 1},
+        {"ape_3900_has_73728_blocks_per_frame", &R::durationSeconds, 15},
+        {"ape_3950_has_294912_blocks_per_frame", &R::durationSeconds, 60},
+        {"ape_3979_has_the_old_header", &R::durationSeconds, 60},
+        {"ape_3979_has_the_old_header", &R::audioSampleRate, 44100},
+        {"ape_3980_has_the_new_header", &R::durationSeconds, 15},
+        {"ape_3980_has_the_new_header", &R::audioSampleRate, 44100},
+        {"ape_length_beyond_32_bits_of_seconds", &R::durationSeconds, 0xFFFFFFFF},
         {"ape_3800_extra_high_has_73728_blocks_per_frame", &R::durationSeconds, 15},
         {"ape_3800_fast_has_9216_blocks_per_frame", &R::durationSeconds, 1},
         {"ape_3799_extra_high_has_9216_blocks_per_frame", &R::durationSeconds, 1},

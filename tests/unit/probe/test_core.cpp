@@ -268,6 +268,44 @@ TEST(Dispatcher, ShortFilesAreRecognisedByNobody) {
     }
 }
 
+TEST(Dispatcher, ASizeWhoseHighWordIsAllOnesIsDeclinedByAll) {
+    const char* const good[] = {
+        "image_gif_packed_80_is_1_bit",   "wave_pcm_stereo",           "mp4_avc_and_aac",
+        "asf_audio_with_all_texts",       "ogg_vorbis_with_five_tags", "mpegps_mpeg1_system_stream",
+        "mp3_constant_rate_behind_a_tag", "flac_stream_information",   "ape_new_header",
+        "flv_9_bytes_without_streams"};
+    ASSERT_EQ(probe::recognisers().size(), std::size(good));
+    for (std::size_t i = 0; i < std::size(good); ++i) {
+        const Bytes bytes = sample(good[i]).build();
+        const auto ask = [&](std::uint64_t claimedSize, std::uint32_t& fileSize) {
+            TestFile file(bytes);
+            file.claimedSize = claimedSize;
+            probe::ReadWindow window(file);
+            probe::MediaInfo info;
+            const int claimed = probe::recognisers()[i].recognise(info, window);
+            fileSize = info.fileSize;
+            return claimed;
+        };
+        std::uint32_t fileSize = 0;
+        EXPECT_EQ(ask(0, fileSize), 1) << good[i];
+        EXPECT_EQ(fileSize, bytes.size()) << good[i];
+        EXPECT_EQ(ask(0xFFFFFFFF'00000100, fileSize), 0) << good[i];
+        EXPECT_EQ(fileSize, 0u) << good[i];
+    }
+}
+
+TEST(MediaInfo, ALengthThatFitsNoFieldIsTheLongestThatDoes) {
+    for (const char* name :
+         {"asf_length_beyond_32_bits_of_seconds", "mp4_length_beyond_32_bits_of_seconds",
+          "flac_length_beyond_32_bits_of_seconds", "ape_length_beyond_32_bits_of_seconds"}) {
+        EXPECT_EQ(probeBytes(sample(name).build()).info->durationSeconds, 0xFFFFFFFFu) << name;
+    }
+    const Bytes wave = sample("wave_bit_rate_wraps_at_32_bits").build();  // 8 bits a second
+    TestFile file(wave);
+    file.claimedSize = std::uint64_t{5} << 32;
+    EXPECT_EQ(probeFile(file).info->durationSeconds, 0xFFFFFFFFu);
+}
+
 TEST(Dispatcher, AFileWhoseSizeCannotBeToldIsDeclined) {
     const Bytes bytes(5000, 'R');
     TestFile file(bytes);
