@@ -85,11 +85,13 @@ probe::Result ExplainingInfo::Probe(platform::ReadOnlyFile& file) {
 std::string playersView(probe::Result open, const probe::MediaRecord& record) {
     const std::uint32_t divisor = std::gcd(record.videoWidth, record.videoHeight);
     const bool hasSize = record.videoWidth != 0 && record.videoHeight != 0;
-    char text[200];
+    const bool losesTag = !hasSize && record.audioFormatTag != probe::kAudioNone;
+    char text[240];
     std::snprintf(text, sizeof text,
                   "  Player:   takes videoWidth %" PRIu32 ", videoHeight %" PRIu32
-                  ", audioFormatTag 0x%04" PRIX32 " (picture %" PRIu32 ":%" PRIu32 ")\n",
+                  ", audioFormatTag 0x%04" PRIX32 "%s (picture %" PRIu32 ":%" PRIu32 ")\n",
                   record.videoWidth, record.videoHeight, record.audioFormatTag,
+                  losesTag ? ", stored as 0, for want of a picture" : "",
                   hasSize ? record.videoWidth / divisor : 0,
                   hasSize ? record.videoHeight / divisor : 0);
     return std::string(text) + "  Verdict:  the player " + refusal(open, record) + "\n";

@@ -87,6 +87,9 @@ expect "the player's fields" 1 \
 expect "the verdict" 1 "$(grep -c 'Verdict:  the player plays it if' out.txt)"
 status --explain all/image_gif_packed_80_is_1_bit >status.txt
 expect "a refusal and its reason" 1 "$(grep -c 'Verdict:  the player refuses it: a still' out.txt)"
+expect "the tag of sound alone is not kept" 0 "$(status --explain all/wave_pcm_stereo)"
+expect "and why" 1 \
+    "$(grep -c 'audioFormatTag 0x0001, stored as 0, for want of a picture (picture 0:0)' out.txt)"
 expect "--explain of a missing file" 2 "$(status --explain missing.avi)"
 # Hostile sizes in sparse files of 300 MiB: the memory stays small, whatever they declare.
 # hostile NAME BYTES: a file that begins with the bytes (printf escapes)
