@@ -1,5 +1,5 @@
 // What differs between Linux and Windows for a console program: one implementation each. All
-// names are UTF-8.
+// names are UTF-8, on Linux whatever bytes they are there.
 #pragma once
 
 #include <string>
@@ -12,6 +12,9 @@ std::vector<std::string> programArguments(int argc, char** argv);
 
 // Makes standard output pass bytes as they are written.
 void prepareOutput();
+
+// The name as the probe opens it.
+std::u16string openedName(const std::string& path);
 
 enum class EntryKind { File, Folder, Missing };
 EntryKind kindOf(const std::string& path);

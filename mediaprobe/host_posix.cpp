@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "mediaprobe/host.h"
+#include "platform/host_path.h"
 
 namespace mediaprobe {
 
@@ -12,6 +13,10 @@ std::vector<std::string> programArguments(int argc, char** argv) {
 }
 
 void prepareOutput() {
+}
+
+std::u16string openedName(const std::string& path) {
+    return platform::fromHostPath(path);
 }
 
 EntryKind kindOf(const std::string& path) {
@@ -41,7 +46,8 @@ bool listFolder(const std::string& path, Folder& folder) {
         if (S_ISDIR(link.st_mode)) {
             folder.folders.push_back(std::move(full));
         } else if (S_ISREG(link.st_mode) ||
-                   (S_ISLNK(link.st_mode) && kindOf(full) == EntryKind::File)) {
+                   (S_ISLNK(link.st_mode) && stat(full.c_str(), &link) == 0 &&
+                    S_ISREG(link.st_mode))) {
             folder.files.push_back(std::move(full));
         }
     }

@@ -30,6 +30,10 @@ void prepareOutput() {
     _setmode(_fileno(stdin), _O_BINARY);
 }
 
+std::u16string openedName(const std::string& path) {
+    return platform::toUtf16(path);
+}
+
 EntryKind kindOf(const std::string& path) {
     const DWORD attributes = GetFileAttributesW(platform::wide(platform::toUtf16(path).c_str()));
     if (attributes == INVALID_FILE_ATTRIBUTES) {

@@ -9,7 +9,6 @@
 #include "mediaprobe/host.h"
 #include "mediaprobe/options.h"
 #include "mediaprobe/report.h"
-#include "platform/text.h"
 #include "probe/diagnostics.h"
 
 namespace mediaprobe {
@@ -41,7 +40,7 @@ int probeFile(const std::string& path, const Options& options) {
     } else {
         info = std::make_unique<probe::MediaInfo>();
     }
-    const probe::Result open = info->Open(platform::toUtf16(path).c_str());
+    const probe::Result open = info->Open(openedName(path).c_str());
     if (options.json) {
         print(jsonLine(path, open, *info));
     } else if (open == probe::kOk) {
@@ -89,16 +88,29 @@ int probePath(const std::string& path, const Options& options) {
     return exit;
 }
 
+// A line that ended with CR LF is the name in front of both, unless there is only one with the CR:
+// Linux allows it in names.
+std::string nameOf(const std::string& line) {
+    if (!line.ends_with('\r')) {
+        return line;
+    }
+    const std::string name = line.substr(0, line.size() - 1);
+    return kindOf(name) == EntryKind::Missing && kindOf(line) != EntryKind::Missing ? line : name;
+}
+
 int probeList(std::FILE* list, const Options& options) {
     int worst = kAllGood;
-    std::string name;
+    std::string line;
     for (int c = 0; c != EOF;) {
         c = std::fgetc(list);
         if (c != EOF && c != '\n') {
-            name += static_cast<char>(c);
-        } else if (!name.empty()) {
+            line += static_cast<char>(c);
+            continue;
+        }
+        const std::string name = c == '\n' ? nameOf(line) : line;
+        line.clear();
+        if (!name.empty()) {
             worst = std::max(worst, probePath(name, options));
-            name.clear();
         }
     }
     return worst;

@@ -174,6 +174,8 @@ std::string openError(probe::Result open) {
             return "a folder of its path does not exist";
         case 5:
             return "it is a folder, or reading it is not allowed";
+        case 31:
+            return "it is no file but a pipe or a device, or the system fails to read it";
         case 32:
             return "another program keeps it to itself";
         default:

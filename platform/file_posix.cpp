@@ -49,18 +49,32 @@ private:
     off_t bytes_;
 };
 
-std::uint32_t windowsError(int number) {
+// Whether the folder of `path` is there: Windows tells a missing file from a missing folder.
+bool hasFolder(const std::string& path) {
+    const std::size_t end = path.find_last_not_of('/');
+    const std::size_t slash = path.rfind('/', end);
+    if (end == std::string::npos || slash == std::string::npos || slash == 0) {
+        return !path.empty();
+    }
+    struct stat status {};
+    return stat(path.substr(0, slash).c_str(), &status) == 0;
+}
+
+// The Windows error number for what open() said of `path`.
+std::uint32_t windowsError(int number, const std::string& path) {
     constexpr std::uint32_t kFileNotFound = 2, kPathNotFound = 3, kAccessDenied = 5,
-                            kGeneralFailure = 31;
+                            kSharingViolation = 32, kGeneralFailure = 31;
     switch (number) {
         case ENOENT:
-            return kFileNotFound;
+            return hasFolder(path) ? kFileNotFound : kPathNotFound;
         case ENOTDIR:
             return kPathNotFound;
         case EACCES:
         case EPERM:
         case EISDIR:
             return kAccessDenied;
+        case EWOULDBLOCK:  // another program holds a lease on it
+            return kSharingViolation;
         default:
             return kGeneralFailure;
     }
@@ -70,22 +84,27 @@ std::uint32_t windowsError(int number) {
 
 std::unique_ptr<ReadOnlyFile> openFile(const char16_t* path, std::uint32_t& error) {
     error = 0;
-    const int descriptor = open(hostPath(path).c_str(), O_RDONLY | O_CLOEXEC);
+    const std::string host = hostPath(path);
+    // Without blocking: a pipe that nobody writes to would be waited for here for ever.
+    const int descriptor = open(host.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) {
-        error = windowsError(errno);
+        error = windowsError(errno, host);
         return nullptr;
     }
     struct stat status {};
-    status.st_size = -1;
-    if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+    const int refusal = fstat(descriptor, &status) != 0                      ? errno
+                        : S_ISDIR(status.st_mode)                            ? EISDIR
+                        : S_ISREG(status.st_mode) || S_ISBLK(status.st_mode) ? 0
+                                                                             : ENODEV;
+    if (refusal != 0) {
         close(descriptor);
-        error = windowsError(EISDIR);  // CreateFileW refuses a folder the same way
+        error = windowsError(refusal, host);  // CreateFileW refuses a folder the same way
         return nullptr;
     }
     std::unique_ptr<ReadOnlyFile> file(new (std::nothrow) PosixFile(descriptor, status));
     if (!file) {
         close(descriptor);
-        error = windowsError(ENOMEM);
+        error = windowsError(ENOMEM, host);
     }
     return file;
 }

@@ -11,4 +11,8 @@ namespace platform {
 void setUnitRoot(std::string_view folder);
 std::string hostPath(std::u16string_view path);
 
+// A path of this machine as the code units that hostPath makes it of again. Names here may be in
+// any encoding: bytes that are no UTF-8 become a code unit each that stands in no text.
+std::u16string fromHostPath(std::string_view path);
+
 }  // namespace platform

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
+#include "platform/text_utf.h"
 
 namespace platform {
 namespace {
@@ -19,7 +19,7 @@ void setUnitRoot(std::string_view folder) {
 }
 
 std::string hostPath(std::u16string_view path) {
-    std::string host = toUtf8(path);
+    std::string host = toUtf8(path, Malformed::Keep);
     if (unitRoot().empty()) {
         return host;
     }
@@ -28,6 +28,10 @@ std::string hostPath(std::u16string_view path) {
         host.insert(host.begin(), '/');
     }
     return unitRoot() + host;
+}
+
+std::u16string fromHostPath(std::string_view path) {
+    return toUtf16(path, Malformed::Keep);
 }
 
 }  // namespace platform

@@ -8,9 +8,12 @@ namespace platform {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kMalformed = 0x110000;  // beyond the last code point
+constexpr char16_t kKeptByte = 0xDC00;     // plus the byte, 0x80 to 0xFF
 
 // Decodes one code point of UTF-8 (RFC 3629) at `position` and moves behind it; malformed input
-// gives U+FFFD for the longest prefix that could have become a character, as Unicode advises.
+// gives kMalformed for the longest prefix that could have become a character, as Unicode advises to
+// replace it.
 char32_t nextCodePoint(std::string_view text, std::size_t& position) {
     const auto lead = static_cast<unsigned char>(text[position++]);
     if (lead < 0x80) {
@@ -33,15 +36,15 @@ char32_t nextCodePoint(std::string_view text, std::size_t& position) {
         lowest = lead == 0xF0 ? 0x90 : 0x80;
         highest = lead == 0xF4 ? 0x8F : 0xBF;
     } else {
-        return kReplacement;
+        return kMalformed;
     }
     for (; trailing > 0; --trailing) {
         if (position >= text.size()) {
-            return kReplacement;
+            return kMalformed;
         }
         const auto byte = static_cast<unsigned char>(text[position]);
         if (byte < lowest || byte > highest) {
-            return kReplacement;
+            return kMalformed;
         }
         value = (value << 6) | (byte & 0x3F);
         lowest = 0x80;
@@ -70,6 +73,9 @@ void appendUtf8(std::string& out, char32_t value) {
 }
 
 std::size_t encodeUtf16(char32_t value, std::array<char16_t, 2>& units) {
+    if (value == kMalformed) {
+        value = kReplacement;
+    }
     if (value < 0x10000) {
         units[0] = static_cast<char16_t>(value);
         return 1;
@@ -81,7 +87,7 @@ std::size_t encodeUtf16(char32_t value, std::array<char16_t, 2>& units) {
 
 }  // namespace
 
-std::string toUtf8(std::u16string_view text) {
+std::string toUtf8(std::u16string_view text, Malformed malformed) {
     std::string out(text.size(), '\0');
     std::size_t ascii = 0;  // most names are nothing else
     for (; ascii < text.size() && text[ascii] < 0x80; ++ascii) {
@@ -97,6 +103,9 @@ std::string toUtf8(std::u16string_view text) {
             appendUtf8(out, 0x10000u + ((static_cast<char32_t>(unit) - 0xD800u) << 10) +
                                 (static_cast<char32_t>(text[i + 1]) - 0xDC00u));
             ++i;
+        } else if (malformed == Malformed::Keep && unit >= kKeptByte + 0x80 &&
+                   unit <= kKeptByte + 0xFF) {
+            out += static_cast<char>(unit - kKeptByte);
         } else {
             appendUtf8(out, kReplacement);
         }
@@ -104,14 +113,30 @@ std::string toUtf8(std::u16string_view text) {
     return out;
 }
 
-std::u16string toUtf16(std::string_view text) {
+std::u16string toUtf16(std::string_view text, Malformed malformed) {
     std::u16string out;
     out.reserve(text.size());
     std::array<char16_t, 2> units{};
     for (std::size_t position = 0; position < text.size();) {
-        out.append(units.data(), encodeUtf16(nextCodePoint(text, position), units));
+        const std::size_t start = position;
+        const char32_t value = nextCodePoint(text, position);
+        if (value == kMalformed && malformed == Malformed::Keep) {
+            for (const char byte : text.substr(start, position - start)) {
+                out += static_cast<char16_t>(kKeptByte + static_cast<unsigned char>(byte));
+            }
+        } else {
+            out.append(units.data(), encodeUtf16(value, units));
+        }
     }
     return out;
+}
+
+std::string toUtf8(std::u16string_view text) {
+    return toUtf8(text, Malformed::Replace);
+}
+
+std::u16string toUtf16(std::string_view text) {
+    return toUtf16(text, Malformed::Replace);
 }
 
 std::size_t decodeUtf8(std::string_view text, std::span<char16_t> out) {

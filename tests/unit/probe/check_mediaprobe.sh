@@ -66,6 +66,46 @@ expect "names from standard input" 3 "$("$probe" --json - <list.txt 2>err.txt | 
 cp $good ./-odd
 expect "a name that begins with a dash" 0 "$(status -- -odd)"
 
+# Names in another encoding than UTF-8, as they come off old cards.
+mkdir "korean"
+korean=$(printf 'korean/\307\321\261\333.mp4') # EUC-KR
+cp $good "$korean"
+expect "a name in EUC-KR" 0 "$(status "$korean")"
+expect "a name in EUC-KR is shown as it stands" 1 "$(LC_ALL=C grep -cF "$korean" out.txt)"
+expect "a name in EUC-KR found in a folder" 0 "$(status --json -r korean)"
+expect "its JSON is UTF-8" 1 \
+    "$(iconv -f UTF-8 -t UTF-8 out.txt | grep -cF '"path": "korean/�ѱ�.mp4", "open": "0x00000000"')"
+printf '%s\n' "$korean" >list.txt
+expect "a name in EUC-KR from a list" 0 "$(status --files-from list.txt)"
+
+# Lists from Windows end their lines with CR LF.
+odd=$(printf 'odd\r')
+cp $good "$odd"
+printf '%s\r\n' $good "tree/deep/한국어 녹화.wav" "" odd >list.txt
+expect "a list with CR LF" 0 "$(status --json --files-from list.txt)"
+expect "all names of it" 3 "$(wc -l <out.txt)"
+expect "a name that ends with CR" 1 "$(grep -c '"path": "odd\\u000d"' out.txt)"
+printf '%s\r\n' missing.avi >list.txt
+expect "a missing file in a list with CR LF" 2 "$(status --json --files-from list.txt)"
+expect "is told without its CR" 1 "$(grep -c '"path": "missing.avi"' out.txt)"
+
+# What is neither a file nor a disk is refused at once.
+mkfifo fifo tree/empty/fifo
+ln -s fifo tree/empty/link
+timeout 10 "$probe" fifo >out.txt 2>err.txt
+expect "a pipe" 2 $?
+expect "a pipe is named as such" 1 "$(grep -c 'fifo cannot be opened: it is no file' err.txt)"
+timeout 10 "$probe" /dev/null >out.txt 2>err.txt
+expect "a device" 2 $?
+expect "a folder with a pipe and a link to it" 0 "$(timeout 10 "$probe" -r tree/empty; echo $?)"
+
+expect "a folder that is missing" 2 "$(status --json missing/one.avi)"
+expect "its open result" 1 "$(grep -c '"open": "0x80070003"' out.txt)"
+expect "a folder that is a file" 2 "$(status --json $good/one.avi)"
+expect "its open result is the same" 1 "$(grep -c '"open": "0x80070003"' out.txt)"
+expect "a missing file in a folder that is there" 2 "$(status --json tree/one.avi)"
+expect "its open result is another" 1 "$(grep -c '"open": "0x80070002"' out.txt)"
+
 expect "JSON of a missing file" 2 "$(status --json missing.avi)"
 expect "its open result" 1 "$(grep -c '"open": "0x80070002", "status": "0x00000001"' out.txt)"
 expect "JSON of a refused JPEG" 1 \

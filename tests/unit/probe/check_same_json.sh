@@ -18,11 +18,12 @@ cp "$work/all/wave_pcm_stereo" "$work/all/한국어 녹화.wav"
 cd "$work" || exit 2
 export WINEDEBUG=-all LC_ALL=C.UTF-8 WINEDLLOVERRIDES=mscoree,mshtml=
 
-"$native" --json -r all ${more:+"$more"} missing.avi >native.txt 2>native.err
+missing=("" missing.avi missing/ missing/one.avi all/wave_pcm_stereo/one.avi all/one.avi)
+"$native" --json -r all ${more:+"$more"} "${missing[@]}" >native.txt 2>native.err
 nativeStatus=$?
-"$run" "$windows" --json -r all ${more:+"$more"} missing.avi >windows.txt 2>windows.err
+"$run" "$windows" --json -r all ${more:+"$more"} "${missing[@]}" >windows.txt 2>windows.err
 expect "the exit status" "$nativeStatus" $?
-expect "one line per file" "$(($(find all $more -type f | wc -l) + 1))" "$(wc -l <native.txt)"
+expect "one line per file" "$(($(find all $more -type f | wc -l) + ${#missing[@]}))" "$(wc -l <native.txt)"
 difference=$(diff native.txt windows.txt | head -4)
 expect "the JSON" "" "$difference"
 grep ERROR native.err >native.lines
