@@ -10,7 +10,7 @@ namespace probe {
 namespace {
 
 constexpr std::uint64_t kWalkBytes = 0x200000;
-// How far sound is looked for though the system header lists none: writers leave it out.
+// How far sound is looked for though the system header lists none: the header may be wrong.
 constexpr std::uint64_t kSilentBytes = 0x40000;
 constexpr std::size_t kPacketHeaderBytes = 6;  // start code and length
 constexpr std::size_t kLongestHeader = 32;     // what a packet's header is judged by
