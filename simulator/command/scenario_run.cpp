@@ -115,7 +115,7 @@ void keepEvidence(const Stage& stage, SectionResult& result) {
     for (char& c : name) {
         c = c == ' ' || c == '/' ? '-' : c;
     }
-    const fs::path base = projectRoot() / "out/scenarios" / name;
+    const fs::path base = fs::proximate(projectRoot() / "out/scenarios" / name, error);
     if (takePicture(stage.unit, base.string() + ".png", why)) {
         result.report += "     screen: " + base.string() + ".png\n";
     }
