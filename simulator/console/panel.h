@@ -33,8 +33,7 @@ enum Control : int {
 // What an edit control holds.
 std::wstring textOf(HWND panel, int control);
 
-// panel_box.cpp: the panel's dialogs stand over it, where the player's window never comes, and in
-// front of all others.
+// panel_box.cpp: the panel's dialogs stand over it, where the player's window never comes.
 
 // Tells the user something, and returns when the box is answered.
 void showBox(HWND panel, const std::wstring& text, const wchar_t* title);
