@@ -19,7 +19,7 @@ end() {
     rm -rf "$work" "$elsewhere"
 }
 trap end EXIT
-trap 'exit 130' INT TERM
+trap 'exit 130' HUP INT PIPE TERM
 
 # step WHAT COMMAND...: a step that holds when the command ends with 0.
 step() {
