@@ -37,6 +37,12 @@ void ListBrowseFolder(CatalogueFields& fields, const char16_t* path, platform::F
     }
 }
 
+bool browsesPlayFolder(const CatalogueFields& fields) {
+    PathBuffer folder;
+    fields.browseListing.GetPath(folder);
+    return samePath(folder, fields.playFolderPath);
+}
+
 void RelistBrowseFolder(CatalogueFields& fields, platform::FolderWalk walk) {
     PathBuffer folder;
     fields.browseListing.GetPath(folder);

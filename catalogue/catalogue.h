@@ -43,6 +43,9 @@ std::int32_t ListPlayFolder(CatalogueFields& fields, const char16_t* path,
 void ListBrowseFolder(CatalogueFields& fields, const char16_t* path,
                       platform::FolderWalk walk = platform::walkFolder);
 
+// Whether both listings are of the same folder.
+[[nodiscard]] bool browsesPlayFolder(const CatalogueFields& fields);
+
 // Lists the folder that the browse listing shows once more, keeping the page where there is one.
 void RelistBrowseFolder(CatalogueFields& fields, platform::FolderWalk walk = platform::walkFolder);
 

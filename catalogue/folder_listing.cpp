@@ -41,14 +41,8 @@ int copyEntry(const PathList& list, std::int32_t index, PathBuffer& path) {
 
 int copyName(const PathList& list, std::int32_t index, PathBuffer& name) {
     const char16_t* const entry = list.at(index);
-    if (entry == nullptr) {
-        copyPath(name, u"");
-        return 0;
-    }
-    const std::u16string_view path(entry);
-    const std::size_t separator = path.rfind(u'\\');
-    copyPath(name, separator == std::u16string_view::npos ? entry : entry + separator + 1);
-    return 1;
+    copyPath(name, entry != nullptr ? lastComponent(entry) : u"");
+    return entry != nullptr ? 1 : 0;
 }
 
 }  // namespace
@@ -113,6 +107,11 @@ void copyPath(PathBuffer& to, const char16_t* from) {
 
 bool samePath(const PathBuffer& a, const PathBuffer& b) {
     return std::memcmp(a, b, sizeof(PathBuffer)) == 0;
+}
+
+const char16_t* lastComponent(const char16_t* path) {
+    const std::size_t separator = std::u16string_view(path).rfind(u'\\');
+    return separator == std::u16string_view::npos ? path : path + separator + 1;
 }
 
 int PathKind(const char16_t* path) {

@@ -63,6 +63,9 @@ private:
 void copyPath(PathBuffer& to, const char16_t* from);
 [[nodiscard]] bool samePath(const PathBuffer& a, const PathBuffer& b);
 
+// The last component of `path`, within it; all of it without a backslash.
+[[nodiscard]] const char16_t* lastComponent(const char16_t* path);
+
 // 0 for an empty path or one that does not exist, 1 for a file, 2 for a folder.
 [[nodiscard]] int PathKind(const char16_t* path);
 

@@ -74,9 +74,8 @@ int CFilterControl::SetModeFlag(int x, int y, int width, int height) {
     }
     if (const auto output = renderer.query<vendor::VideoRenderSwitch>(vendor::kVideoRenderSwitch)) {
         output->setModeFlags(vendor::kKeepAspectRatio, aspectX_, aspectY_);
-        constexpr DWORD kWholeColour = 0xFFFFFF, kPlayerLayer = 36;
         const vendor::VideoOutput placement = {
-            {x, y, x + width, y + height}, kWholeColour, 1, kPlayerLayer, 0};
+            {x, y, x + width, y + height}, vendor::kWholeColour, 1, vendor::kPlayerLayer, 0};
         output->setOutput(&placement);
     }
     return 1;

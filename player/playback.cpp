@@ -61,8 +61,7 @@ Outcome startFile() {
     appState.playLoaded = 0;
     appState.persisted.playState = settings::kPlaying;
     if (appState.screenMode == kHalfWidth) {
-        constexpr DWORD kHalfWidthPause = 700;  // milliseconds
-        Sleep(kHalfWidthPause);
+        Sleep(shell::kHalfWidthPause);
     }
     shell::signalWaitAnimation(1);
     probeFile();
@@ -160,8 +159,8 @@ void skip(const char* function, std::int32_t step) {
 
 void parkOutput() {
     constexpr RECT kOutsideTheScreen = {801, 481, 811, 491};
-    constexpr DWORD kWholeColour = 0xFFFFFF, kBackLayer = 10;
-    appState.filterControl.PlaceOutput({kOutsideTheScreen, kWholeColour, 1, kBackLayer, 0});
+    appState.filterControl.PlaceOutput(
+        {kOutsideTheScreen, vendor::kWholeColour, 1, vendor::kBackLayer, 0});
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "shell/app_state.h"
 #include "shell/handlers.h"
 #include "shell/shell.h"
+#include "ui/canvas.h"
 
 namespace shell {
 namespace {
@@ -20,9 +21,8 @@ void applyVideoLayer(LONG_PTR, LONG_PTR) {
 }
 
 void markLiveLength(LONG_PTR, LONG_PTR) {
-    constexpr std::uint32_t kVideoKey = 0xF800F8;
     appState.liveLength = 1;
-    appState.filterControl.SetColourKey(kVideoKey);
+    appState.filterControl.SetColourKey(ui::kVideoKey);
     InvalidateRect(appState.mainWindow, nullptr, FALSE);
 }
 

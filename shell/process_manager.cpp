@@ -53,7 +53,6 @@ void exitOrPrepare(LPARAM lParam) {
     }
     appState.exiting = 1;
     if (appState.screenMode == kHalfWidth) {
-        constexpr DWORD kHalfWidthPause = 700;  // milliseconds
         Sleep(kHalfWidthPause);
     }
     const bool atOnce =

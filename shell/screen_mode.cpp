@@ -8,10 +8,6 @@
 namespace shell {
 namespace {
 
-constexpr DWORD kWholeColour = 0xFFFFFF;
-constexpr DWORD kPlayerLayer = 36;
-constexpr DWORD kBackLayer = 10;
-
 void placeWindow(int left, int width) {
     SetWindowPos(appState.mainWindow, HWND_BOTTOM, left, 0, width, kScreenHeight, SWP_SHOWWINDOW);
 }
@@ -94,12 +90,13 @@ void placeVideo(int repaint) {
     }
     const bool shown = mode != kFileList;
     appState.outputRectangle = clippedVideoRectangle();
-    vendor::VideoOutput output = {appState.outputRectangle, kWholeColour, shown ? 1u : 0u,
-                                  shown ? kPlayerLayer : kBackLayer, static_cast<DWORD>(repaint)};
+    vendor::VideoOutput output = {appState.outputRectangle, vendor::kWholeColour, shown ? 1u : 0u,
+                                  shown ? vendor::kPlayerLayer : vendor::kBackLayer,
+                                  static_cast<DWORD>(repaint)};
     if (appState.drivingBlock == 1) {
         constexpr RECT kBelowTheScreen = {0, 480, 100, 580};
         output.rectangle = kBelowTheScreen;
-        output.layer = kBackLayer;
+        output.layer = vendor::kBackLayer;
         output.enabled = 0;
     }
     showVideoArea(output.enabled != 0 && appState.persisted.playState != settings::kStopped ? 1

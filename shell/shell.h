@@ -23,6 +23,9 @@ inline constexpr UINT kKeyLockPeriod = 1000;
 inline constexpr UINT kExitReadyPeriod = 1000;
 inline constexpr UINT kDrivingPeriod = 1000;
 
+// How long the half-width player waits before it starts a file and before it exits, milliseconds.
+inline constexpr DWORD kHalfWidthPause = 700;
+
 // Values of wParam in messages to the process manager.
 enum ProcessManagerRequest : WPARAM {
     kGoHome = 0,
@@ -35,7 +38,8 @@ enum ProcessManagerRequest : WPARAM {
 };
 
 // The one place where the screen mode changes (0 to 4): leave step of the old screen, window
-// placement, enter step of the new one, video layer.
+// placement, enter step of the new one, video layer. The mode that is showing is entered once more;
+// any other number does nothing.
 void setScreenMode(int mode);
 
 // Hands the current mode's video rectangle to the graph; nothing while hidden. `repaint` 1 draws

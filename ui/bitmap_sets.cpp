@@ -11,7 +11,6 @@
 namespace ui {
 namespace {
 
-constexpr int kScreenWidth = 800, kScreenHeight = 480;
 using SkinPath = std::array<char16_t, platform::kPathCapacity>;
 
 // Empty when the path does not fit.

@@ -13,7 +13,8 @@ using Colour = std::uint32_t;
 
 inline constexpr Colour kBlack = 0x000000;
 inline constexpr Colour kWhite = 0xFFFFFF;
-inline constexpr Colour kVideoKey = 0xF800F8;     // the video layer shows through it
+// The video layer shows through it. The same read as 0x00rrggbb, as the graph takes it.
+inline constexpr Colour kVideoKey = 0xF800F8;
 inline constexpr Colour kTransparent = 0xFF00FF;  // left out of keyed bitmaps
 
 // The four fonts of the window, by their places in AppState::fonts.

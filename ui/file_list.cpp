@@ -10,21 +10,15 @@
 namespace ui {
 namespace {
 
-bool browsesPlayFolder() {
-    catalogue::PathBuffer folder;
-    appState.browseListing.GetPath(folder);
-    return catalogue::samePath(folder, appState.playFolderPath);
-}
-
 void showPageOfPlayed() {
-    if (browsesPlayFolder() && appState.playIndex < appState.browseFileCount) {
+    if (catalogue::browsesPlayFolder(appState) && appState.playIndex < appState.browseFileCount) {
         appState.browsePage =
             (appState.browseFolderCount + std::max(appState.playIndex, 0)) / kListRows;
     }
 }
 
 void chooseFile(std::int32_t index) {
-    const bool isSelected = browsesPlayFolder() && index == appState.playIndex;
+    const bool isSelected = catalogue::browsesPlayFolder(appState) && index == appState.playIndex;
     if (isSelected && appState.persisted.playState != settings::kStopped) {
         leaveListScreen();  // it is playing: let it be seen
         return;

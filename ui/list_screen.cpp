@@ -36,7 +36,6 @@ constexpr std::array<Key, kListTableSize> makeKeys() {
 }
 
 constexpr std::int32_t kTrackTop = 166, kTrackBottom = 366;
-constexpr std::int32_t kHalfThumb = 13;
 constexpr std::int32_t kThumbTop = kTrackTop + kHalfThumb;
 constexpr std::int32_t kThumbBottom = kTrackBottom - kHalfThumb;
 constexpr std::int64_t kMille = 1000;
@@ -49,18 +48,12 @@ std::int32_t folderIcon(const catalogue::CatalogueFields& fields, const char16_t
     return std::u16string_view(name).starts_with(u"SDMMC") ? kListCard : kListUsb;
 }
 
-bool browsesPlayFolder(const catalogue::CatalogueFields& fields) {
-    catalogue::PathBuffer path;
-    fields.browseListing.GetPath(path);
-    return catalogue::samePath(path, fields.playFolderPath);
-}
-
 }  // namespace
 
 constinit const std::array<Key, kListTableSize> kListKeys = makeKeys();
 
 void fillRows(const catalogue::CatalogueFields& fields, ListRows& table) {
-    const bool samePlayFolder = browsesPlayFolder(fields);
+    const bool samePlayFolder = catalogue::browsesPlayFolder(fields);
     const std::int32_t first = fields.browsePage * kListRows;
     for (std::int32_t r = 0; r < kListRows; ++r) {
         ListRow& row = table.rows[static_cast<std::size_t>(r)];

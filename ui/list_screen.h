@@ -61,6 +61,8 @@ struct ListView {
     bool goingUp;  // the finger is on its way to the folder above
 };
 
+inline constexpr std::int32_t kHalfThumb = 13;  // half the scroll thumb's height, pixels
+
 // Middle of the scroll thumb.
 std::int32_t thumbY(std::int32_t page, std::int32_t pageCount);
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr Font kNameFont = Font::Height24;
 constexpr Font kTitleFont = Font::Height25;
-constexpr std::int32_t kThumbLeft = 650, kHalfThumb = 13;
+constexpr std::int32_t kThumbLeft = 650;
 constexpr Point kParentFace = {602, 0};
 
 constexpr Bitmap face(std::int32_t slot) {

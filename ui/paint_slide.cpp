@@ -1,6 +1,7 @@
 // The full screen without the control bar, and its volume banner.
 #include <algorithm>
 
+#include "settings/persisted_state.h"
 #include "ui/paint.h"
 
 namespace ui {
@@ -11,7 +12,6 @@ constexpr Bitmap face(std::int32_t slot) {
 }
 
 constexpr Point kLevelCorner = {264, 11};
-constexpr std::int32_t kLoudest = 10;
 
 }  // namespace
 
@@ -33,7 +33,8 @@ void paintSlide(Canvas& canvas, const PlayerView& view, const Rect& damaged) {
         return;
     }
     canvas.draw(face(kSlideFace), corner);
-    canvas.draw(face(kSlideLevels + std::clamp(view.volume, 0, kLoudest)), kLevelCorner);
+    canvas.draw(face(kSlideLevels + std::clamp(view.volume, 0, settings::kLoudestVolume)),
+                kLevelCorner);
 }
 
 }  // namespace ui

@@ -17,12 +17,10 @@ enum FullKey : std::int32_t {
     kFullNavigationKey = 1,
     kFullPreviousKey = 3,
     kFullPlayKey = 4,
-    kFullNextKey = 6,
     kFullMuteKey = 9,
     kFullVolumeKey = 11,
     kFullProgressKey = 12,
     kFullCameraKey = 13,
-    kFullScreenKey = 14,
 };
 
 enum HalfKey : std::int32_t {
@@ -30,7 +28,6 @@ enum HalfKey : std::int32_t {
     kHalfMuteKey = 8,
     kHalfVolumeKey = 10,
     kHalfProgressKey = 11,
-    kHalfVideoKey = 12,
 };
 
 struct PlayerLayout {

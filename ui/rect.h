@@ -7,6 +7,10 @@
 
 namespace ui {
 
+// Of the unit's screen, pixels.
+inline constexpr std::int32_t kScreenWidth = 800;
+inline constexpr std::int32_t kScreenHeight = 480;
+
 struct Point {
     std::int32_t x, y;
     friend constexpr bool operator==(const Point&, const Point&) = default;

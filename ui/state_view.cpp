@@ -2,21 +2,11 @@
 
 #include <windows.h>
 
-#include <string_view>
-
 #include "player/player.h"
 #include "shell/app_state.h"
 #include "ui/bitmap_sets.h"
 
 namespace ui {
-namespace {
-
-const char16_t* fileNameOf(const char16_t* path) {
-    const std::size_t separator = std::u16string_view(path).rfind(u'\\');
-    return separator == std::u16string_view::npos ? path : path + separator + 1;
-}
-
-}  // namespace
 
 PlayerView playerView() {
     const settings::PersistedState& persisted = appState.persisted;
@@ -40,7 +30,7 @@ PlayerView playerView() {
         .duration = persisted.endTime,
         .hour = now.wHour,
         .minute = now.wMinute,
-        .fileName = fileNameOf(persisted.file),
+        .fileName = catalogue::lastComponent(persisted.file),
     };
 }
 
