@@ -13,6 +13,6 @@ enum Camera : std::int32_t { kUnknownCamera = -1, kFrontCamera = 0, kRearCamera 
 
 // The path of the other camera's recording: 1, or 0 with `sibling` empty when the name tells no
 // camera. The file need not exist.
-int siblingRecording(const char16_t* path, PathBuffer& sibling);
+[[nodiscard]] int siblingRecording(const char16_t* path, PathBuffer& sibling);
 
 }  // namespace catalogue

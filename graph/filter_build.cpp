@@ -1,5 +1,6 @@
 // Building: the graph, the subtitles, and what is read from the vendor's filters.
 #include <array>
+#include <bit>
 #include <cwchar>
 
 #include "graph/filter_control.h"
@@ -45,12 +46,7 @@ int CFilterControl::createObject(REFCLSID classId, REFIID iid, void** object,
     if (SUCCEEDED(result)) {
         return 1;
     }
-    std::array<unsigned long, 4> words{};
-    static_assert(sizeof(CLSID) == 4 * sizeof(std::uint32_t));
-    const auto* const parts = reinterpret_cast<const std::uint32_t*>(&classId);
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        words[i] = parts[i];
-    }
+    const auto words = std::bit_cast<std::array<unsigned long, 4>>(classId);
     constexpr std::size_t kLongestText = 128;
     std::array<wchar_t, kLongestText> text{};
     _snwprintf(text.data(), text.size() - 1, L"[FAIL]CoCreateInstance(%lx%lx%lx%lx), %ls", words[0],

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 
+#include "graph/thread_priority.h"
 #include "graph/vendor_interfaces.h"
 #include "platform/com_ptr.h"
 
@@ -29,8 +30,8 @@ public:
     // already or the file cannot be rendered (see lastRenderResult), kGraphPartlyConnected when
     // the audio streams report "not connected", else the result of placing the picture: 1, or 0
     // without a video renderer.
-    int CreateFilterForPlaying(const wchar_t* path, int x, int y, int width, int height,
-                               HWND window);
+    [[nodiscard]] int CreateFilterForPlaying(const wchar_t* path, int x, int y, int width,
+                                             int height, HWND window);
 
     // Removes every filter from the graph; nothing without a graph.
     void DeleteFilters();
@@ -56,8 +57,8 @@ public:
     // --- running -------------------------------------------------------------------------------
 
     // 1 on success, 0 otherwise and without a graph. Stopping a stopped graph is skipped: 0.
-    int RunGraph();
-    int PauseGraph();
+    [[nodiscard]] int RunGraph();
+    [[nodiscard]] int PauseGraph();
     int StopGraph();
 
     // Seconds; 0 without a graph or when the graph cannot tell.
@@ -78,36 +79,56 @@ public:
 
     // --- the video renderer --------------------------------------------------------------------
 
-    // 10 shows the video layer, 12 hides it.
+    // 10 shows the video layer, 12 hides it, any other value leaves it as it is. Prints when the
+    // graph has no video renderer or one without the switch; nothing without a graph.
     void SetRender(DWORD value);
-    // Colour through which the picture shows. The third value is not passed on: the renderer
-    // gets (a, b, a). Required.
+    // Colour through which the picture shows: red, green and blue, 0 to 255 each; all 0 is the
+    // chip's own. Kept for graphs still to be built. The third value is not passed on: the renderer
+    // gets (a, b, a). Required. Prints when the graph has no video renderer.
     void SetRendererChromakeyValue(DWORD a, DWORD b, DWORD c);
     // The same from one colour 0xRRGGBB, kept for graphs still to be built; 0 is the chip's own.
     void SetColourKey(std::uint32_t colour);
+    // 1: the picture shows through the key alone; 0: it lies behind everything unkeyed. Nothing
+    // without a video renderer.
     void SetChromakeySwitch(DWORD value);
     // Not 0: the renderer switch gets a 0 in graphs still to be built, once they are placed.
     void setChromaKeyFlag(DWORD value) { chromaKeyFlag_ = value; }
-    // Gives the renderer the shape of the picture and the display rectangle: 1, or 0 without one.
+    // Gives the renderer the shape of the picture (see setAspect) and the display rectangle, in
+    // client pixels of the window that receives the events: 1, or 0 without a renderer (then it
+    // prints) or without a graph.
     int SetModeFlag(int x, int y, int width, int height);
+    // Gives the renderer a placement as it stands: 1 when it took it, 0 when it did not, without a
+    // renderer and without a graph.
     int PlaceOutput(const vendor::VideoOutput& output);
-    // Draws the current frame again at its current size.
+    // Draws the current frame again at its current size; prints without a renderer, nothing without
+    // a graph.
     void CurrentFrameResize();
 
     // --- the vendor's other settings -----------------------------------------------------------
 
-    // 1 when at least one filter took the window.
+    // Hands the window that the filters draw into to every filter that wants one: 1 when there was
+    // at least one, else 0.
     int SetOwnerWindow(HWND window);
-    int SetFilterOption(DWORD value);  // always 0
+    // Hands a value, whose meaning is the vendor's, to the same filters. Always 0.
+    int SetFilterOption(DWORD value);
     // Hands 0 to the two start options of every filter that has them.
     void ClearStartOptions();
+    // Hands the option, 0 or 1, to the demultiplexer: its result, or E_FAIL when the graph has no
+    // demultiplexer or one without the option.
     HRESULT SetDemuxOption(DWORD value);
-    // The first answer of a filter; 1 when none answers.
+    // The value of the first filter that has a status (2: it wants SetFilterOption's value again);
+    // 1 when none has and without a graph.
     DWORD FilterStatus();
+    // Asks every filter that can choose for audio stream `index`, counted from 0. Whether there is
+    // such a stream does not show here.
     void SelectAudioStream(DWORD index);
     // The stream to be selected in graphs still to be built.
     void setPendingAudioStream(DWORD index) { pendingAudioStream_ = index; }
+    // Hands the two parameters of graph event 0x8FFF to the caption parser: 1, or 0 when the file
+    // has no captions of its own file or the parser does not take them.
     int SetCaptionPosition(DWORD a, DWORD b);
+    // How the captions are written, in the face "arial"; `visible` 0 leaves them out. Nothing
+    // without captions.
     void SetCaptionStyle(const vendor::CaptionStyle& style, DWORD visible);
 
     [[nodiscard]] bool hasGraph() const { return static_cast<bool>(graph_); }
@@ -115,9 +136,11 @@ public:
     [[nodiscard]] bool captionsOn() const { return captionsOn_ != 0; }
     [[nodiscard]] DWORD totalAudioStreams() const { return m_TotalAudioStreamNum; }
     [[nodiscard]] DWORD currentAudioStream() const { return currentAudioStream_; }
+    // What the demultiplexer of the file told; the meaning is the vendor's. 0 when it did not tell.
     [[nodiscard]] DWORD demuxValueA() const { return demuxValueA_; }
     [[nodiscard]] DWORD demuxValueB() const { return demuxValueB_; }
     [[nodiscard]] DWORD demuxValueC() const { return demuxValueC_; }
+    // 1 when value A is not 0.
     [[nodiscard]] DWORD demuxFlag() const { return demuxFlag_; }
     [[nodiscard]] IGraphBuilder* builder() const { return graph_.get(); }
 
@@ -135,8 +158,6 @@ private:
     HRESULT createGraph();
     ComPtr<IBaseFilter> findFilter(const wchar_t* name);
     ComPtr<IBaseFilter> findVideoRenderer();
-    template <typename Interface>
-    ComPtr<Interface> rendererInterface(REFIID iid);
     void connectExternalSubtitles(const wchar_t* path);
     HRESULT buildCaptionChain(const wchar_t* subtitlePath, DWORD type);
     void describeSubtitles(DWORD type);
@@ -174,7 +195,3 @@ private:
     DWORD chromaKey_[3] = {0xF8, 0x00, 0xF8};
     DWORD chromaKeyFlag_ = 0;
 };
-
-// Writes (1) or removes (0) the priorities of DirectShow's threads in the registry; removing takes
-// the whole "DirectShow" key away. Returns the registry call's result, 0 on success.
-LONG SetDirectShowThreadPriority(int enable);

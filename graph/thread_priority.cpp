@@ -1,6 +1,6 @@
-#include <windows.h>
+// Writes and removes the registry values that set the priorities of DirectShow's threads.
+#include "graph/thread_priority.h"
 
-#include "graph/filter_control.h"
 #include "platform/registry.h"
 
 namespace {

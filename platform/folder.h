@@ -19,17 +19,18 @@ using EntryVisitor = bool (*)(void* context, const char16_t* name, EntryKind kin
 // system returns them, without the entries "." and ".." that some platforms add. Returns false
 // when the folder cannot be enumerated or is empty.
 using FolderWalk = bool (*)(const char16_t* folder, EntryVisitor visitor, void* context);
-bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context);
+[[nodiscard]] bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context);
 
 // 0 nothing there (or an empty path), 1 a file, 2 a folder.
-int pathKind(const char16_t* path);
+[[nodiscard]] int pathKind(const char16_t* path);
 
 // Creates one folder; true when it exists afterwards. Parent folders are not created.
-bool ensureFolder(const char16_t* path);
+[[nodiscard]] bool ensureFolder(const char16_t* path);
 
 // Replaces the file's contents; false when it could not be written in full.
-bool writeFile(const char16_t* path, std::span<const std::uint8_t> bytes);
+[[nodiscard]] bool writeFile(const char16_t* path, std::span<const std::uint8_t> bytes);
 
-bool deleteFile(const char16_t* path);
+// Deletes one file, not a folder; false when it is still there, or was not.
+[[nodiscard]] bool deleteFile(const char16_t* path);
 
 }  // namespace platform

@@ -22,11 +22,12 @@ void stopPlayback();
 // On exit: writes the record, stops, frees the lists and COM, tells the navigation application.
 void saveAndClose();
 
-// Takes apart what a window that was closed without the exit request has left running.
+// Stops the graph and takes it apart: on stop, before the next file, and when the window goes away
+// without the exit request. Nothing without a graph.
 void releaseGraph();
 
 // Renders and starts the file unless it must be refused: 1 playing, 0 refused.
-int openAndRun(const char16_t* path);
+[[nodiscard]] int openAndRun(const char16_t* path);
 
 // Stores the position and seeks there; a file that then stands at 0 is taken as ended.
 void seekTo(double seconds);

@@ -15,6 +15,6 @@ namespace settings {
 void ReadConnectPath(std::int32_t& connectMode, char16_t (&connectPath)[platform::kPathCapacity]);
 
 // 1 when the recorder's set-up file lies on one of the USB volumes, else 0.
-int usbSetupFileExists();
+[[nodiscard]] int usbSetupFileExists();
 
 }  // namespace settings

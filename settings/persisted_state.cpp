@@ -12,11 +12,16 @@ namespace {
 constexpr char16_t kDataFolder[] = u"\\ResidentFlash2\\Data";
 constexpr char16_t kStateFile[] = u"\\ResidentFlash2\\Data\\Movie.dat";
 
+// Without the folder the file cannot be opened, and that is where it shows.
+void makeDataFolder() {
+    static_cast<void>(platform::ensureFolder(kDataFolder));
+}
+
 }  // namespace
 
 int readPersistedState(PersistedState& state) {
     state = PersistedState{};
-    platform::ensureFolder(kDataFolder);
+    makeDataFolder();
     std::uint32_t error = 0;
     const std::unique_ptr<platform::ReadOnlyFile> file = platform::openFile(kStateFile, error);
     if (!file) {
@@ -53,9 +58,10 @@ void repair(PersistedState& state) {
 }
 
 void writePersistedState(const PersistedState& state) {
-    platform::ensureFolder(kDataFolder);
+    makeDataFolder();
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&state);
-    platform::writeFile(kStateFile, std::span(bytes, sizeof state));
+    // The player has nobody to tell, and the next start takes the defaults.
+    static_cast<void>(platform::writeFile(kStateFile, std::span(bytes, sizeof state)));
 }
 
 }  // namespace settings

@@ -1,6 +1,7 @@
 // The one global record. Everything that lives longer than one window message is kept here and
-// reached directly by every part of the player; there is no other global state. It is touched on
-// the window's thread alone.
+// reached directly by every part of the player; there is no other state that changes. (Numbers of
+// registered messages and the functions of the board's libraries are looked up once and kept where
+// they are used.) It is touched on the window's thread alone.
 #pragma once
 
 #include <windows.h>
@@ -14,8 +15,8 @@
 #include "shell/driving_check.h"
 #include "ui/screen_state.h"
 
-inline constexpr int kScreenWidth = 800;
-inline constexpr int kScreenHeight = 480;
+using ui::kScreenHeight;
+using ui::kScreenWidth;
 
 // Values of screenMode.
 enum ScreenMode : std::int32_t {

@@ -144,6 +144,9 @@ LRESULT onDestroy(HWND window, UINT, WPARAM, LPARAM) {
     for (int mode = kFullWidth; mode <= kSlideBanner; ++mode) {
         ui::unloadScreen(mode);
     }
+    // After an exit request COM has been left already. Required: saveAndClose() leaves it, and
+    // comes before the window goes away. The library is still loaded, so the reference can be given
+    // back.
     appState.imagingFactory.reset();
     for (HFONT& font : appState.fonts) {
         DeleteObject(font);

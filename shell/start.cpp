@@ -1,10 +1,10 @@
 #include "shell/start.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "platform/display.h"
 #include "platform/wide.h"
-#include "player/player.h"
 #include "shell/app_state.h"
 #include "shell/message_table.h"
 #include "shell/registered_messages.h"

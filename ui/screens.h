@@ -10,8 +10,9 @@ namespace ui {
 // Loads or unloads the bitmap set of a mode: 0 set A, 1 set B, 2 set C, 3 set D. A file that is
 // missing leaves its slot empty, and what is drawn from it is left out.
 void loadScreen(int mode);
-bool isScreenLoaded(int mode);
 void unloadScreen(int mode);
+// Whether any bitmap of the mode's set is loaded; false for a mode without a screen.
+[[nodiscard]] bool isScreenLoaded(int mode);
 
 // Draws the current screen into `target`, an 800 x 480 back buffer, with `source` to select its
 // bitmaps into. Only what meets `damaged` needs to be drawn; the screen may narrow it.

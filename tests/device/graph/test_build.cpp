@@ -1,4 +1,6 @@
 // Building the graph of one file and taking it apart.
+#include <cstring>
+
 #include "tests/device/graph/graph_test.h"
 
 namespace {
@@ -12,6 +14,24 @@ TEST_F(Graph, RecordingIsPlayedByTheVendorsFilters) {
     EXPECT_EQ(control_.HasAudioRenderer(), 1);
     EXPECT_EQ(control_.HasNullVideoDecoder(), 0);
     EXPECT_EQ(control_.totalAudioStreams(), 1u);
+}
+
+TEST_F(Graph, DemultiplexersValuesAreKept) {
+    const auto packed = [](const char(&letters)[5]) {
+        DWORD value = 0;
+        std::memcpy(&value, letters, sizeof value);
+        return value;
+    };
+    EXPECT_EQ(build(L"two.mkv"), kGraphBuilt);
+    EXPECT_EQ(control_.demuxValueA(), 1u) << "streams of pictures";
+    EXPECT_EQ(control_.demuxValueB(), 2u) << "streams of sound";
+    EXPECT_EQ(control_.demuxValueC(), packed("H264")) << "codec";
+    EXPECT_EQ(control_.demuxFlag(), 1u);
+    takeApart();
+    EXPECT_NE(build(L"silent.mp4"), kGraphFailed);
+    EXPECT_EQ(control_.demuxValueA(), 1u);
+    EXPECT_EQ(control_.demuxValueB(), 0u);
+    EXPECT_EQ(control_.demuxFlag(), 1u);
 }
 
 TEST_F(Graph, SecondBuildIsRefusedUntilTheFirstIsGone) {
@@ -93,7 +113,7 @@ DWORD countHandles() {
 TEST_F(Graph, TwentyOpeningsLeaveNothingBehind) {
     const auto open = [this] {
         EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
-        control_.RunGraph();
+        EXPECT_EQ(control_.RunGraph(), 1);
         pump(50);
         takeApart();
     };
