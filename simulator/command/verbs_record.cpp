@@ -68,7 +68,11 @@ int startRecording(const Unit& unit, const std::string& path, const std::string&
         return fail("ffmpeg is missing; install it with: apt-get install ffmpeg");
     }
     writeRunFile(unit, kPidFile, std::to_string(camera));
-    return waitForPictures(file, camera) ? 0 : fail("nothing was recorded; see " + log);
+    if (!waitForPictures(file, camera)) {
+        endHelper(unit, kPidFile);
+        return fail("nothing was recorded; see " + log);
+    }
+    return 0;
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // Starting and watching the processes of the unit.
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -155,6 +156,41 @@ bool create(const Program& program, HANDLE output, PROCESS_INFORMATION& process)
     }
 }
 
+// The thread that reads what the child prints. Null when there can be none: the child's prints then
+// fail, and it goes on.
+HANDLE startReader(const WatchedOutput& watched) {
+    auto copy = std::make_unique<WatchedOutput>(watched);
+    const HANDLE thread = CreateThread(nullptr, 0, &outputThread, copy.get(), 0, nullptr);
+    if (thread == nullptr) {
+        CloseHandle(watched.pipe);
+        return nullptr;
+    }
+    copy.release();
+    return thread;
+}
+
+bool startWatcher(const WatchedEnd& watched, DWORD& error) {
+    auto copy = std::make_unique<WatchedEnd>(watched);
+    const HANDLE thread = CreateThread(nullptr, 0, &endThread, copy.get(), 0, nullptr);
+    if (thread == nullptr) {
+        error = GetLastError();
+        return false;
+    }
+    copy.release();
+    CloseHandle(thread);
+    return true;
+}
+
+// A child whose end nobody would see counts as not started.
+void dropUnwatched(const PROCESS_INFORMATION& process, HANDLE output) {
+    TerminateProcess(process.hProcess, 9);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    if (output != nullptr) {
+        CloseHandle(output);
+    }
+}
+
 }  // namespace
 
 DWORD startChild(const Program& program, DWORD& error) {
@@ -181,10 +217,13 @@ DWORD startChild(const Program& program, DWORD& error) {
     HANDLE output = nullptr;
     if (program.watch == Watch::EndsAndOutput) {
         loadTap(process.hProcess);
-        output = CreateThread(nullptr, 0, &outputThread, new WatchedOutput{program.name, read}, 0,
-                              nullptr);
+        output = startReader({program.name, read});
     }
     const Child child = {program.name, process.hProcess, process.dwProcessId, program};
+    if (!startWatcher({child, output}, error)) {
+        dropUnwatched(process, output);
+        return 0;
+    }
     addChild(child);
     tape::Line("process")
         .text("from", program.name.c_str())
@@ -192,7 +231,6 @@ DWORD startChild(const Program& program, DWORD& error) {
         .number("process", child.number);
     ResumeThread(process.hThread);
     CloseHandle(process.hThread);
-    CloseHandle(CreateThread(nullptr, 0, &endThread, new WatchedEnd{child, output}, 0, nullptr));
     return child.number;
 }
 

@@ -7,6 +7,7 @@ namespace hub {
 namespace {
 
 constexpr std::size_t kLongestRequest = 65536;
+constexpr DWORD kAcceptPause = 100;  // milliseconds, after a connection that could not be taken
 
 void serve(SOCKET connection) {
     std::string request;
@@ -45,13 +46,19 @@ DWORD WINAPI listenThread(LPVOID parameter) {
     for (;;) {
         const SOCKET connection = accept(listener, nullptr, nullptr);
         if (connection == INVALID_SOCKET) {
-            return 1;
+            if (WSAGetLastError() == WSAENOTSOCK) {
+                return 1;  // the listener was closed
+            }
+            Sleep(kAcceptPause);
+            continue;
         }
         const HANDLE thread = CreateThread(nullptr, 0, &connectionThread,
                                            reinterpret_cast<LPVOID>(connection), 0, nullptr);
-        if (thread != nullptr) {
-            CloseHandle(thread);
+        if (thread == nullptr) {
+            closesocket(connection);  // who asks sees the end of the connection
+            continue;
         }
+        CloseHandle(thread);
     }
 }
 

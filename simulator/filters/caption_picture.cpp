@@ -50,14 +50,16 @@ private:
     std::uint32_t* pixels_ = nullptr;
 };
 
-bool hasHangul(const std::wstring& text) {
-    return std::any_of(text.begin(), text.end(),
-                       [](wchar_t c) { return (c >= 0xAC00 && c <= 0xD7A3) || c >= 0x3130; });
+// Korean letters and everything behind them: Chinese characters and full-width forms are in Korean
+// captions too, and of the unit's faces only the Korean one has them.
+bool needsKoreanFace(const std::wstring& text) {
+    constexpr wchar_t kFirstKoreanLetter = 0x3130;
+    return std::any_of(text.begin(), text.end(), [](wchar_t c) { return c >= kFirstKoreanLetter; });
 }
 
 HFONT makeFont(const CaptionLook& look, const std::wstring& text) {
     // A face without Korean letters is replaced by one that has them.
-    const DWORD charset = hasHangul(text) ? HANGEUL_CHARSET : DEFAULT_CHARSET;
+    const DWORD charset = needsKoreanFace(text) ? HANGEUL_CHARSET : DEFAULT_CHARSET;
     return CreateFontW(static_cast<int>(look.style.height), 0, 0, 0,
                        static_cast<int>(look.style.weight), FALSE, FALSE, FALSE, charset,
                        OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH,

@@ -5,6 +5,7 @@
 #include <dvdmedia.h>
 #include <uuids.h>
 
+#include "simulator/filters/chip_codecs.h"
 #include "simulator/filters/media_type.h"
 
 namespace filters {
@@ -14,13 +15,6 @@ namespace {
 constexpr int kLargestSide = 8192;
 // Pictures of at least this height carry the colours of high definition television.
 constexpr int kFullHdHeight = 720;
-
-constexpr DWORD fourcc(char a, char b, char c, char d) {
-    return static_cast<DWORD>(static_cast<BYTE>(a)) |
-           static_cast<DWORD>(static_cast<BYTE>(b)) << 8 |
-           static_cast<DWORD>(static_cast<BYTE>(c)) << 16 |
-           static_cast<DWORD>(static_cast<BYTE>(d)) << 24;
-}
 
 int padded(int bytes) {
     return (bytes + 3) & ~3;
@@ -39,11 +33,11 @@ const BITMAPINFOHEADER* headerOf(const AM_MEDIA_TYPE& type) {
 bool readLayout(const GUID& subtype, PixelLayout* layout) {
     if (subtype == MEDIASUBTYPE_RGB32) {
         *layout = PixelLayout::Rgb32;
-    } else if (subtype == subtypeOfFourcc(fourcc('I', '4', '2', '0'))) {
+    } else if (subtype == subtypeOfFourcc(packFourcc('I', '4', '2', '0'))) {
         *layout = PixelLayout::I420;
-    } else if (subtype == subtypeOfFourcc(fourcc('Y', 'V', '1', '2'))) {
+    } else if (subtype == subtypeOfFourcc(packFourcc('Y', 'V', '1', '2'))) {
         *layout = PixelLayout::Yv12;
-    } else if (subtype == subtypeOfFourcc(fourcc('N', 'V', '1', '2'))) {
+    } else if (subtype == subtypeOfFourcc(packFourcc('N', 'V', '1', '2'))) {
         *layout = PixelLayout::Nv12;
     } else {
         return false;

@@ -12,6 +12,7 @@
 
 namespace tape {
 
+// The value of the fault `name`, 0 when it is not set. Any thread.
 DWORD fault(const wchar_t* name);
 
 enum class EntryOrder : DWORD {
