@@ -12,7 +12,8 @@
 //   ReadDelayMilliseconds     every read takes at least this long
 //   LiveLength                seconds; nonzero: the file counts as still being recorded, and this
 //                             is announced as its new length after two seconds
-//   ReopenFails               1: a recording that has grown cannot be opened anew; 2: the splitter is
+//   ReopenFails               1: a recording that has grown cannot be opened anew; 2: the splitter
+//   is
 //                             lost over it as well
 #pragma once
 
