@@ -12,16 +12,14 @@
 //   ReadDelayMilliseconds     every read takes at least this long
 //   LiveLength                seconds; nonzero: the file counts as still being recorded, and this
 //                             is announced as its new length after two seconds
-//   ReopenFails               1: a recording that has grown cannot be opened anew; 2: the splitter
-//   is
-//                             lost over it as well
+//   ReopenFails               1: a recording that has grown cannot be opened anew
+//                             2: and the splitter is lost over it
 #pragma once
 
-#include <windows.h>
+#include "simulator/tape/faults.h"
 
 namespace filters {
 
-// The value of the fault `name`, 0 when it is not set.
-DWORD fault(const wchar_t* name);
+using tape::fault;
 
 }  // namespace filters
