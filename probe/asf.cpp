@@ -7,6 +7,7 @@
 #include "probe/byte_reader.h"
 #include "probe/diagnostics.h"
 #include "probe/head.h"
+#include "probe/saturate.h"
 
 namespace probe {
 namespace {
@@ -55,7 +56,7 @@ Result AsfFillInfo(AsfReader& reader, MediaRecord& record, std::uint32_t headerS
         record.audioFormatTag = reader.audio.wFormatTag;
         record.audioChannels = reader.audio.nChannels;
         record.audioSampleRate = reader.audio.nSamplesPerSec;
-        record.audioBitRate = reader.audio.nAvgBytesPerSec * 8;  // modulo 2^32
+        record.audioBitRate = saturateToU32(std::uint64_t{reader.audio.nAvgBytesPerSec} * 8);
     }
     record.videoFourCC = 0;
     if (reader.video.biCompression != 0) {

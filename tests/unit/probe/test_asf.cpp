@@ -125,6 +125,26 @@ TEST(Asf, ADamagedHeaderLeavesTheSizeAlone) {
     }));
 }
 
+TEST(Asf, ValuesBeyond32BitsBecomeTheHighest) {
+    const Bytes play =
+        asf::object(asf::kFileProperties, Builder().fill(40).le64(~0ull).fill(32).take());
+    const Bytes sound = asf::streamProperties(
+        asf::kAudioMedia, 1,
+        Builder().le16(0x161).le16(2).le32(44100).le32(0x20000001).le16(4).le16(16).le16(0).take());
+    Builder timing;
+    timing.fill(16).le32(1).fill(28).le16(2).le16(0).le64(~0ull).le32(0);
+    const Bytes extension = Builder()
+                                .fill(18)
+                                .le32(24 + timing.size())
+                                .bytes(asf::object(asf::kExtendedStream, timing.view()))
+                                .take();
+    const Outcome outcome = probeBytes(asf::file(
+        {play, sound, asf::videoStream(2), asf::object(asf::kHeaderExtension, extension)}));
+    EXPECT_EQ(outcome.info->durationSeconds, 0xFFFFFFFFu);
+    EXPECT_EQ(outcome.info->audioBitRate, 0xFFFFFFFFu);
+    EXPECT_EQ(outcome.info->frameTimeMicroseconds, 0xFFFFFFFFu);
+}
+
 TEST(Asf, ObjectsInsideEachOtherCostOneLinearWalk) {
     // Objects of 26 bytes, each an attribute list that runs on through all that follow.
     Builder content;

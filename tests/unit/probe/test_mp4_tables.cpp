@@ -62,6 +62,33 @@ TEST(Mp4Tables, SizesOfAllOnesAreAddedUp) {
               static_cast<std::uint32_t>(sum * 8 / 4'000'000'000 * 1000));
 }
 
+TEST(Mp4Tables, ValuesBeyond32BitsBecomeTheHighest) {
+    // One picture of 400 days and one of 2,000,000,000 bytes in a millisecond.
+    const auto file = [](std::uint32_t timescale, std::uint32_t ticks, std::uint32_t bytes) {
+        const Bytes stbl =
+            join({stsd(1, visualEntry("mp4v", 64, 48)), table("stts", 1, {1, ticks}),
+                  stsz(bytes, 1), table("stsc", 1, {1, 1, 1}), table("stco", 1, {100})});
+        return join({ftyp("isom", "isom"), box("moov", track("vide", timescale, stbl)),
+                     box("free", Bytes(300))});
+    };
+    const Outcome slow = probeBytes(file(1, 400 * 86'400, 1000));
+    EXPECT_EQ(slow.info->durationSeconds, 400u * 86'400);
+    EXPECT_EQ(slow.info->frameTimeMicroseconds, 0xFFFFFFFFu);
+    const Outcome fast = probeBytes(file(1000, 1, 2'000'000'000));
+    EXPECT_EQ(fast.info->videoBitRate, 0xFFFFFFFFu);
+    EXPECT_EQ(fast.info->frameTimeMicroseconds, 1000u);
+}
+
+TEST(Mp4Tables, APlayTimeBeyond32BitsBecomesTheHighest) {
+    // Three entries of 2^31 frames that last a second each.
+    const Bytes stbl = join({stsd(1, audioEntry("mp4a", 2, 44100)),
+                             table("stts", 3, {1u << 31, 1, 1u << 31, 1, 1u << 31, 1}), stsz(1, 1),
+                             table("stsc", 1, {1, 1, 1}), table("stco", 1, {100})});
+    const Outcome outcome = probeBytes(
+        join({ftyp("isom", "isom"), box("moov", track("soun", 1, stbl)), box("free", Bytes(300))}));
+    EXPECT_EQ(outcome.info->durationSeconds, 0xFFFFFFFFu);
+}
+
 struct RunCase {
     const char* name;
     std::uint32_t samples;
