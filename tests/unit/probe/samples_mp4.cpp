@@ -64,6 +64,12 @@ const SampleSet kBrands = {
          // "isom" as the type of the box behind an ftyp without compatible brands.
          return join({ftyp("dash", ""), box("isom", Bytes(200)), box("moov", plainMoov())});
      }},
+    {"mp4_third_word_behind_a_short_ftyp_is_not_looked_at", Kind::Refused,
+     [] {
+         // The two words are the size and the type of the next box; "isom" is what it holds.
+         return join({ftyp("dash", ""), box("free", join({{'i', 's', 'o', 'm'}, Bytes(200)})),
+                      box("moov", plainMoov())});
+     }},
     {"mp4_ftyp_size_with_the_sign_bit_is_refused", Kind::Refused,
      [] {
          Bytes bytes = brands("dash", "isom");
@@ -126,6 +132,13 @@ const SampleSet kWalks = {
     {"mp4_trak_without_tkhd_is_passed_over", Kind::Good,
      [] {
          return mp4(box("trak", box("mdia", join({mdhd(1000), hdlr("vide")}))));
+     }},
+    {"mp4_trak_without_tkhd_goes_on_with_the_last_slot", Kind::Good,
+     [] {
+         // The second box tells the media of the first one's track: ten times as slow, and sound.
+         const Bytes sound = box("mdia", join({mdhd(1280), hdlr("soun"),
+                                               box("minf", box("stbl", audioTables(aacEntry())))}));
+         return mp4(join({videoTrack(avcEntry()), box("trak", sound)}));
      }},
     {"mp4_21st_track_is_passed_over", Kind::Good,
      [] {

@@ -229,6 +229,10 @@ INSTANTIATE_TEST_SUITE_P(
              "MPEG Sample Entry is not supported\n"},
         Case{"mp4_last_video_track_describes_it",
              {{kCodec, fourCc("MP4V")}, {kWidth, 64}, {kAspectX, 10}, {kAspectY, 11}}},
+        // One slot, which is sound in the end: 99 * 1,024 + 512 ticks at 1,280 a second.
+        Case{"mp4_trak_without_tkhd_goes_on_with_the_last_slot",
+             {{kType, 2}, {kCodec, 0}, {kFrame, 0}, {kTag, 255}, {kSeconds, 79}}},
+        Case{"mp4_third_word_behind_a_short_ftyp_is_not_looked_at", {{kType, 0}}},
         Case{"mp4_21st_track_is_passed_over", {{kType, 2}, {kCodec, 0}}},
         Case{"mp4_second_moov_adds_its_tracks", {{kCodec, fourCc("AVC1")}, {kTag, 255}}},
         Case{"mp4_child_of_size_0_ends_its_parent", {{kCodec, fourCc("AVC1")}, {kTag, 0}}},
