@@ -83,7 +83,7 @@ void fillRecord(const AviReader& reader, const PixelAspect& aspect, MediaRecord&
     record.containerType = kContainerAvi;
     record.durationSeconds = saturateToU32(milliseconds / 1000);
     if (frames != 0) {
-        record.frameTimeMicroseconds = static_cast<std::uint32_t>(duration / 10 / frames);
+        record.frameTimeMicroseconds = saturateToU32(duration / 10 / frames);
     }
     if (milliseconds != 0) {
         // Required: 32 bits of byte total times 8, divided before it is multiplied.
@@ -92,7 +92,7 @@ void fillRecord(const AviReader& reader, const PixelAspect& aspect, MediaRecord&
     }
     const WaveFormat& audio = header.audio[0].format;
     record.audioFormatTag = audio.formatTag;
-    record.audioBitRate = audio.avgBytesPerSec * 8;
+    record.audioBitRate = saturateToU32(std::uint64_t{audio.avgBytesPerSec} * 8);
     record.audioSampleRate = audio.samplesPerSec;
     record.audioChannels = audio.channels;
     record.videoFourCC = header.video.format.compression;
@@ -104,13 +104,34 @@ void fillRecord(const AviReader& reader, const PixelAspect& aspect, MediaRecord&
 
 }  // namespace
 
-Result AviReader::read(std::uint64_t offset, std::span<std::uint8_t> out) const {
+bool AviReader::canSeek(std::uint64_t offset) {
     constexpr std::uint64_t kInvalid = 0xFFFFFFFF;
-    if ((offset & kInvalid) == kInvalid || offset > INT64_MAX) {
+    return (offset & kInvalid) != kInvalid && offset <= INT64_MAX;
+}
+
+Result AviReader::read(std::uint64_t offset, std::span<std::uint8_t> out) const {
+    std::size_t got = 0;
+    if (!canSeek(offset) || (offset < end && !file.readUpTo(offset, out, got))) {
         return kFail;
     }
+    std::fill(out.begin() + static_cast<std::ptrdiff_t>(got), out.end(), std::uint8_t{0});
+    return kOk;
+}
+
+bool AviReader::takeAside(std::uint64_t bytes) {
+    const bool enough = bytes <= asideLeft;
+    asideLeft = enough ? asideLeft - bytes : 0;
+    return enough;
+}
+
+Result AviReader::readAside(std::uint64_t offset, std::span<std::uint8_t> out) {
+    constexpr std::uint64_t kSector = 512;  // a card reads no less, however little is wanted
     std::size_t got = 0;
-    if (offset < end && !file.readUpTo(offset, out, got)) {
+    if (!canSeek(offset)) {
+        return kFail;
+    }
+    if (offset < end && (!takeAside(std::max<std::uint64_t>(out.size(), kSector)) ||
+                         !file.readAside(offset, out, got))) {
         return kFail;
     }
     std::fill(out.begin() + static_cast<std::ptrdiff_t>(got), out.end(), std::uint8_t{0});

@@ -71,7 +71,8 @@ struct AviIndex {
 };
 
 struct AviReader {
-    AviReader(ReadWindow& window, std::uint64_t fileSize) : file(window), end(fileSize) {}
+    AviReader(ReadWindow& window, std::uint64_t fileSize)
+        : file(window), end(fileSize), asideLeft(fileSize + kAsideAlways) {}
 
     ReadWindow& file;
     std::uint64_t position = 0;
@@ -81,10 +82,25 @@ struct AviReader {
     AviHeader header;
     AviIndex index;
     bool hasIndex = false;
+    // Bytes that may still be read apart from the walk over the top-level chunks: standard indexes
+    // and the rest of a large header list. Super indexes lead anywhere, and every header list has
+    // its own, so that a hostile file could have the same index read without end. Indexes that lie
+    // side by side are far from using it up.
+    std::uint64_t asideLeft;
 
     // Fills `out` from `offset`, with 0 where the file has ended. kFail when a seek or a read
     // failed; a position whose low 32 bits are all ones cannot be told from a failed seek.
     [[nodiscard]] Result read(std::uint64_t offset, std::span<std::uint8_t> out) const;
+    // The same apart from the walk. kFail too when that is used up.
+    [[nodiscard]] Result readAside(std::uint64_t offset, std::span<std::uint8_t> out);
+    // Takes `bytes` of what may be read apart from the walk; false, and nothing is left, when it
+    // is more than that.
+    [[nodiscard]] bool takeAside(std::uint64_t bytes);
+
+private:
+    static constexpr std::uint64_t kAsideAlways = 512 << 10;
+    // Whether a seek to `offset` could be told from a failed one.
+    static bool canSeek(std::uint64_t offset);
 };
 
 // The payload of a header list. Its first bytes are held in memory; a list that is larger than any
@@ -93,13 +109,17 @@ class ListBytes {
 public:
     // A list of `size` bytes at `start`, of which `available` lie within the file and `first` are
     // in memory.
-    ListBytes(platform::ReadOnlyFile& file, std::uint64_t start, std::uint64_t available,
+    ListBytes(AviReader& reader, std::uint64_t start, std::uint64_t available,
               std::span<const std::uint8_t> first)
-        : start_(start), available_(available), first_(first), rest_(file) {}
+        : reader_(reader),
+          start_(start),
+          available_(available),
+          first_(first),
+          rest_(reader.file.file(), reader.file.counts()) {}
 
     // Bytes that the file holds of the list.
     std::uint64_t available() const { return available_; }
-    // Whether a read of the rest failed; what was read since is 0.
+    // Whether a read of the rest failed or was one too many; what was read since is 0.
     bool failed() const { return failed_; }
 
     std::uint8_t u8(std::uint64_t at) const { return bytesAt<1>(at)[0]; }
@@ -122,6 +142,7 @@ private:
     }
     void readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const;
 
+    AviReader& reader_;
     std::uint64_t start_;
     std::uint64_t available_;
     std::span<const std::uint8_t> first_;
@@ -136,7 +157,8 @@ private:
 // Parses a stream list: `listBytes` bytes behind the type word "strl", from `at` in the buffer.
 [[nodiscard]] Result ParseStrl(AviReader& reader, const ListBytes& bytes, std::uint64_t at,
                                std::int64_t listBytes);
-// Reads the standard indexes that the super indexes point to.
+// Reads the standard indexes that the super indexes point to. kFail too when they are read more
+// often than a sound file needs.
 [[nodiscard]] Result ReadOdmlIndexes(AviReader& reader, const ListBytes& bytes);
 // Reads the `size` bytes of an "idx1" chunk that begin at `start`.
 [[nodiscard]] Result ReadIdx1(AviReader& reader, std::uint64_t start, std::uint32_t size);

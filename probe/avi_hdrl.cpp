@@ -103,7 +103,7 @@ void readSuperIndex(const ListBytes& bytes, std::uint64_t at, const Stream& stre
 // The children behind "strf". Anything unknown is passed over byte by byte.
 Result readStreamChildren(AviReader& reader, const ListBytes& bytes, std::uint64_t at,
                           std::int64_t left, const Stream& stream) {
-    while (left >= kStreamListMargin && at < bytes.available()) {
+    while (left >= kStreamListMargin && at < bytes.available() && !bytes.failed()) {
         const std::uint32_t id = bytes.fourcc(at);
         const std::uint32_t size = bytes.le32(at + 4);
         std::uint64_t step = kChunkHeader + size;
@@ -129,7 +129,10 @@ Result readStreamChildren(AviReader& reader, const ListBytes& bytes, std::uint64
 Result walkHdrl(AviReader& reader, const ListBytes& bytes, std::uint64_t size) {
     reader.header = {};
     std::uint64_t at = 4;  // behind the type word
-    while (size >= kSmallestPayload && at + kSmallestWalk <= size && at < bytes.available()) {
+    if (size < kSmallestPayload) {
+        return kOk;
+    }
+    while (at + kSmallestWalk <= size && at < bytes.available() && !bytes.failed()) {
         const std::uint32_t id = bytes.fourcc(at);
         const std::uint32_t chunkBytes = bytes.le32(at + 4);
         if (id == fourCc("avih")) {
@@ -160,7 +163,9 @@ void ListBytes::readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const 
     const auto held =
         static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), available_ - at));
     std::size_t read = 0;
-    failed_ = !rest_.readUpTo(start_ + at, bytes.first(held), read) || failed_;
+    const std::uint64_t before = reader_.file.counts().bytes;
+    failed_ = failed_ || !rest_.readUpTo(start_ + at, bytes.first(held), read) ||
+              !reader_.takeAside(reader_.file.counts().bytes - before);
 }
 
 // "strh": 0 fccType, 4 fccHandler, ...
@@ -225,7 +230,7 @@ Result ParseHdrl(AviReader& reader, std::uint64_t start, std::uint32_t size) {
     if (const Result result = reader.read(start, {buffer.get(), held}); result != kOk) {
         return result;
     }
-    const ListBytes bytes(reader.file.file(), start, available, {buffer.get(), held});
+    const ListBytes bytes(reader, start, available, {buffer.get(), held});
     Result result = walkHdrl(reader, bytes, size);
     if (result == kOk && reader.header.superIndexSeen) {
         result = ReadOdmlIndexes(reader, bytes);

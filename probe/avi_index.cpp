@@ -1,6 +1,9 @@
 // The indexes of an AVI file. What is wanted of them: how many frames there are, how many bytes
 // they hold, and where the first one lies.
 #include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
 
 #include "probe/avi.h"
 #include "probe/block.h"
@@ -11,9 +14,9 @@
 namespace probe {
 namespace {
 
-constexpr std::size_t kIndexBlock = 65536;
+constexpr std::uint64_t kIndexBlock = 65536;
 constexpr std::uint32_t kIdx1Entry = 16;
-constexpr std::uint32_t kStandardEntry = 8;
+constexpr std::uint64_t kStandardEntry = 8;
 constexpr std::uint32_t kSizeBits = 0x7FFFFFFF;  // bit 31 marks a picture that is no key frame
 
 // "00dc", "00db", "01dc" and "01db" as they stand in the file, little-endian: the bits in which
@@ -62,86 +65,110 @@ struct StandardIndex {
     }
 };
 
-Result readStandardHeader(const AviReader& reader, std::uint64_t at, StandardIndex& index) {
-    std::array<std::uint8_t, kStandardHeader> header;
-    const Result result = reader.read(at, header);
-    if (result == kOk) {
-        index = {.entries = at + kStandardHeader,
+// Reads the standard indexes of one header list. They lie anywhere in the file, so the walk's
+// window stays where it is; the last header is kept, since most streams have a single one and it
+// is needed twice.
+class StandardIndexes {
+public:
+    StandardIndexes(AviReader& reader, const ListBytes& bytes) : reader_(reader), bytes_(bytes) {}
+
+    // How many entries the indexes of `super` declare.
+    Result count(const SuperIndex& super, std::uint64_t& entries);
+    // Adds up the video entries of all of them.
+    Result addVideo(const SuperIndex& super);
+
+private:
+    // The header of the index that entry `entry` of `super` points to.
+    Result readHeader(const SuperIndex& super, std::uint32_t entry, StandardIndex& index);
+    Result addEntries(const StandardIndex& standard);
+    void add(const StandardIndex& standard, std::span<const std::uint8_t> entries, bool first);
+
+    AviReader& reader_;
+    const ListBytes& bytes_;
+    std::unique_ptr<std::uint8_t[]> block_;
+    std::uint64_t keptAt_ = 0;
+    StandardIndex kept_;  // read from keptAt_, when that is not 0
+};
+
+Result StandardIndexes::readHeader(const SuperIndex& super, std::uint32_t entry,
+                                   StandardIndex& index) {
+    constexpr std::uint64_t kSuperEntry = 16;
+    const std::uint64_t at = bytes_.le64(super.entryPosition + entry * kSuperEntry);
+    if (keptAt_ == 0 || keptAt_ != at) {
+        std::array<std::uint8_t, kStandardHeader> header;
+        if (const Result result = reader_.readAside(at, header); result != kOk) {
+            return result;
+        }
+        keptAt_ = at;
+        kept_ = {.entries = at + kStandardHeader,
                  .count = le32(&header[12]),
                  .chunkId = be32(&header[16]),
                  .baseOffset = le32(&header[20])};
     }
-    return result;
-}
-
-Result addStandardEntries(const AviReader& reader, const StandardIndex& standard, AviIndex& index) {
-    const std::uint64_t wanted = std::uint64_t{standard.count} * kStandardEntry;
-    const std::uint64_t left = reader.end > standard.entries ? reader.end - standard.entries : 0;
-    const std::uint64_t held = std::min(wanted, left);
-    for (std::uint64_t done = 0; done < held;) {
-        std::span<const std::uint8_t> block;
-        const auto size =
-            static_cast<std::size_t>(std::min<std::uint64_t>(held - done, kIndexBlock));
-        if (!reader.file.view(standard.entries + done, size, block)) {
-            return kFail;
-        }
-        if (block.size() < kStandardEntry) {
-            break;
-        }
-        std::uint32_t bytes = 0;
-        const std::size_t whole = block.size() / kStandardEntry * kStandardEntry;
-        for (std::size_t at = 0; at < whole; at += kStandardEntry) {
-            bytes += le32(&block[at + 4]) & kSizeBits;
-        }
-        index.videoBytes += bytes;
-        if (index.entryCount == 0 && done == 0) {
-            const std::uint64_t stored = std::uint64_t{standard.baseOffset} + le32(&block[0]);
-            index.firstVideoChunk = static_cast<std::int64_t>(stored) - 8;
-        }
-        done += whole;
-    }
-    if (index.entryCount == 0 && held < kStandardEntry) {
-        index.firstVideoChunk = std::int64_t{standard.baseOffset} - 8;  // an entry of zeros
-    }
-    index.entryCount += standard.count;
+    index = kept_;
     return kOk;
 }
 
-// Where the standard index of entry `entry` lies.
-std::uint64_t standardAt(const ListBytes& bytes, const SuperIndex& super, std::uint32_t entry) {
-    constexpr std::uint64_t kSuperEntry = 16;
-    return bytes.le64(super.entryPosition + entry * kSuperEntry);
-}
-
-Result countEntries(const AviReader& reader, const ListBytes& bytes, const SuperIndex& super,
-                    std::uint64_t& count) {
-    count = 0;
+Result StandardIndexes::count(const SuperIndex& super, std::uint64_t& entries) {
+    entries = 0;
     for (std::uint32_t entry = 0; entry < super.entryCount; ++entry) {
         StandardIndex standard;
-        const Result result = readStandardHeader(reader, standardAt(bytes, super, entry), standard);
-        if (result != kOk) {
+        if (const Result result = readHeader(super, entry, standard); result != kOk) {
             return result;
         }
-        count += standard.count;
+        entries += standard.count;
     }
     return kOk;
 }
 
-Result readVideoIndexes(AviReader& reader, const ListBytes& bytes) {
-    const SuperIndex& super = reader.header.video.index;
-    Result result = countEntries(reader, bytes, super, reader.index.frameCount);
-    if (result != kOk) {
-        return result;
+void StandardIndexes::add(const StandardIndex& standard, std::span<const std::uint8_t> entries,
+                          bool first) {
+    AviIndex& index = reader_.index;
+    if (first && index.entryCount == 0) {
+        const std::uint64_t stored = std::uint64_t{standard.baseOffset} + le32(&entries[0]);
+        index.firstVideoChunk = static_cast<std::int64_t>(stored) - 8;
     }
-    if (!blockFits(reader.index.frameCount * 4, reader.end)) {
-        diagnose("ERROR: indx) video index alloc fail\n");
+    std::uint32_t bytes = 0;
+    for (std::size_t at = 0; at < entries.size(); at += kStandardEntry) {
+        bytes += le32(&entries[at + 4]) & kSizeBits;
+    }
+    index.videoBytes += bytes;
+}
+
+Result StandardIndexes::addEntries(const StandardIndex& standard) {
+    const std::uint64_t wanted = std::uint64_t{standard.count} * kStandardEntry;
+    const std::uint64_t left = reader_.end > standard.entries ? reader_.end - standard.entries : 0;
+    // An entry that the file's end cuts is read, zeros stand for the rest of it; the first one is
+    // there even when nothing of it is.
+    const std::uint64_t held =
+        std::min(wanted, std::max(left + kStandardEntry - 1, kStandardEntry) / kStandardEntry *
+                             kStandardEntry);
+    if (!block_) {
+        block_.reset(new (std::nothrow) std::uint8_t[kIndexBlock]);
+    }
+    if (!block_) {
         return kOutOfMemory;
     }
+    for (std::uint64_t done = 0; done < held;) {
+        const std::span block(block_.get(),
+                              static_cast<std::size_t>(std::min(held - done, kIndexBlock)));
+        if (const Result result = reader_.readAside(standard.entries + done, block);
+            result != kOk) {
+            return result;
+        }
+        add(standard, block, done == 0);
+        done += block.size();
+    }
+    reader_.index.entryCount += standard.count;
+    return kOk;
+}
+
+Result StandardIndexes::addVideo(const SuperIndex& super) {
     for (std::uint32_t entry = 0; entry < super.entryCount; ++entry) {
         StandardIndex standard;
-        result = readStandardHeader(reader, standardAt(bytes, super, entry), standard);
+        Result result = readHeader(super, entry, standard);
         if (result == kOk && standard.isVideo() && standard.count != 0) {
-            result = addStandardEntries(reader, standard, reader.index);
+            result = addEntries(standard);
         }
         if (result != kOk) {
             return result;
@@ -155,22 +182,26 @@ Result readVideoIndexes(AviReader& reader, const ListBytes& bytes) {
 Result ReadOdmlIndexes(AviReader& reader, const ListBytes& bytes) {
     reader.index = {};
     reader.hasIndex = true;
-    if (const Result result = readVideoIndexes(reader, bytes); result != kOk) {
-        return result;
+    StandardIndexes indexes(reader, bytes);
+    const SuperIndex& video = reader.header.video.index;
+    Result result = indexes.count(video, reader.index.frameCount);
+    if (result == kOk && !blockFits(reader.index.frameCount * 4, reader.end)) {
+        diagnose("ERROR: indx) video index alloc fail\n");
+        result = kOutOfMemory;
+    }
+    if (result == kOk) {
+        result = indexes.addVideo(video);
     }
     // The audio entries reach nobody; their number can still be too much for their tables.
-    for (std::uint32_t stream = 0; stream < reader.header.audioCount; ++stream) {
+    for (std::uint32_t stream = 0; stream < reader.header.audioCount && result == kOk; ++stream) {
         std::uint64_t count = 0;
-        const Result result = countEntries(reader, bytes, reader.header.audio[stream].index, count);
-        if (result != kOk) {
-            return result;
-        }
-        if (!blockFits((count + 1) * 4, reader.end)) {
+        result = indexes.count(reader.header.audio[stream].index, count);
+        if (result == kOk && !blockFits((count + 1) * 4, reader.end)) {
             diagnose("ERROR: indx) audio index alloc fail\n");
-            return kOutOfMemory;
+            result = kOutOfMemory;
         }
     }
-    return kOk;
+    return result;
 }
 
 Result ReadIdx1(AviReader& reader, std::uint64_t start, std::uint32_t size) {
@@ -183,8 +214,7 @@ Result ReadIdx1(AviReader& reader, std::uint64_t start, std::uint32_t size) {
     const std::uint64_t held = std::min(whole, left / kIdx1Entry * kIdx1Entry);
     for (std::uint64_t done = 0; done < held;) {
         std::span<const std::uint8_t> block;
-        const auto wanted =
-            static_cast<std::size_t>(std::min<std::uint64_t>(held - done, kIndexBlock));
+        const auto wanted = static_cast<std::size_t>(std::min(held - done, kIndexBlock));
         if (!reader.file.view(start + done, wanted, block)) {
             return kFail;
         }

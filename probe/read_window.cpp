@@ -75,9 +75,8 @@ bool ReadWindow::viewSome(std::uint64_t offset, std::size_t least, std::size_t m
     bytes = {};
     least = withinFile(offset, std::min(least, kLargest));
     if (!atHand(offset, least)) {
-        if (offset <= headLength_ && least <= headLength_ - offset) {
-            const auto skip = static_cast<std::size_t>(offset);
-            bytes = {head_.data() + skip, std::min(most, headLength_ - skip)};
+        if (const std::uint8_t* kept = inHead(offset, least)) {
+            bytes = {kept, std::min(most, headLength_ - static_cast<std::size_t>(offset))};
             return true;
         }
         if (!fill(offset, least)) {
@@ -106,6 +105,20 @@ bool ReadWindow::readUpTo(std::uint64_t offset, std::span<std::uint8_t> out, std
 bool ReadWindow::readExactSlowly(std::uint64_t offset, std::span<std::uint8_t> out) {
     std::size_t read = 0;
     return readUpTo(offset, out, read) && read == out.size();
+}
+
+bool ReadWindow::readAside(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read) {
+    const std::size_t length = withinFile(offset, out.size());
+    const std::uint8_t* bytes = atHand(offset, length);
+    if (!bytes) {
+        bytes = inHead(offset, length);
+    }
+    if (!bytes) {
+        return readFile(offset, out.first(length), read);
+    }
+    std::copy_n(bytes, length, out.data());
+    read = length;
+    return true;
 }
 
 bool ReadWindow::readPast(std::uint64_t offset, std::span<std::uint8_t> out) {

@@ -28,7 +28,9 @@ public:
     static constexpr std::size_t kLargest = 65536;
 
     // `file` must outlive the window.
-    explicit ReadWindow(platform::ReadOnlyFile& file) : file_(file) {}
+    explicit ReadWindow(platform::ReadOnlyFile& file) : ReadWindow(file, ownCounts_) {}
+    // A second window over the file of a first one, in whose counts its reads are counted.
+    ReadWindow(platform::ReadOnlyFile& file, ReadCounts& counts) : file_(file), counts_(counts) {}
     ReadWindow(const ReadWindow&) = delete;
     ReadWindow& operator=(const ReadWindow&) = delete;
 
@@ -49,6 +51,12 @@ public:
     // The same straight from the file, without a look at the window and without moving it: for
     // large blocks, and for single small reads that lie scattered.
     [[nodiscard]] bool readPast(std::uint64_t offset, std::span<std::uint8_t> out);
+
+    // For reads that lie apart from a walk: takes what is at hand from the window, anything else
+    // straight from the file, and never moves the window. `read` tells how much of `out` was
+    // filled, less than all of it only where the file ends. False when a read failed.
+    [[nodiscard]] bool readAside(std::uint64_t offset, std::span<std::uint8_t> out,
+                                 std::size_t& read);
 
     // As readExact, but the end of the file is no failure: `read` tells how much of `out` was
     // filled.
@@ -75,6 +83,8 @@ public:
     platform::ReadOnlyFile& file() { return file_; }
 
     const ReadCounts& counts() const { return counts_; }
+    // The same, for a second window to count in.
+    ReadCounts& counts() { return counts_; }
 
 private:
     // `count` bytes of the window at `offset`, or null when it does not hold them all.
@@ -82,6 +92,11 @@ private:
         const std::uint64_t skip = offset - start_;
         return offset >= start_ && skip <= length_ && count <= length_ - skip ? window_ + skip
                                                                               : nullptr;
+    }
+    // The same of the file's head, which is kept.
+    const std::uint8_t* inHead(std::uint64_t offset, std::size_t count) const {
+        return offset <= headLength_ && count <= headLength_ - offset ? head_.data() + offset
+                                                                      : nullptr;
     }
     bool readExactSlowly(std::uint64_t offset, std::span<std::uint8_t> out);
     bool readFile(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read);
@@ -102,7 +117,8 @@ private:
     std::size_t headLength_ = 0;
     std::uint64_t size_ = 0;
     bool sizeKnown_ = false;
-    ReadCounts counts_;
+    ReadCounts ownCounts_;
+    ReadCounts& counts_;
 };
 
 }  // namespace probe

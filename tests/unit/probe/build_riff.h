@@ -2,6 +2,8 @@
 #pragma once
 
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "bytes_builder.h"
 
@@ -61,6 +63,43 @@ inline Bytes audioList(std::uint16_t tag, std::uint16_t channels, std::uint32_t 
 inline Bytes idx1Entry(std::string_view id, std::uint32_t offset, std::uint32_t size,
                        std::uint32_t flags = 0x10) {
     return Builder().text(id).le32(flags).le32(offset).le32(size).take();
+}
+
+// Of an OpenDML super index: where a standard index lies, and its size.
+struct SuperEntry {
+    std::uint64_t offset;
+    std::uint32_t size;
+};
+inline Bytes superIndex(std::string_view chunkId, const std::vector<SuperEntry>& entries,
+                        unsigned longsPerEntry = 4, std::uint32_t count = 0xFFFFFFFF) {
+    Builder b;
+    b.le16(longsPerEntry).u8(0).u8(0);
+    b.le32(count == 0xFFFFFFFF ? entries.size() : count).text(chunkId).fill(12);
+    for (const SuperEntry& entry : entries) {
+        b.le64(entry.offset).le32(entry.size).le32(0);
+    }
+    return chunk("indx", b.padTo(40).take());
+}
+inline Bytes standardIndex(std::string_view chunkId, std::uint64_t base,
+                           const std::vector<std::pair<std::uint32_t, std::uint32_t>>& entries,
+                           std::uint32_t count = 0xFFFFFFFF) {
+    Builder b;
+    b.le16(2).u8(0).u8(1);
+    b.le32(count == 0xFFFFFFFF ? entries.size() : count).text(chunkId).le64(base).le32(0);
+    for (const auto& [offset, size] : entries) {
+        b.le32(offset).le32(size);
+    }
+    return chunk("ix00", b.take());
+}
+
+// An AVI with a movi list that begins at a known place, and an index given by the caller.
+inline Bytes aviWithIndex(const Bytes& headers, const Bytes& movi, const Bytes& behind) {
+    return riff("AVI ", join({list("hdrl", headers), list("movi", movi), behind}));
+}
+
+// File position of the movi list's type word in a file built by aviWithIndex.
+inline std::uint32_t moviTypeAt(const Bytes& headers) {
+    return static_cast<std::uint32_t>(12 + 12 + headers.size() + 8);
 }
 
 // An MPEG-4 Part 2 video object layer header with aspect_ratio_info `info` (and its two terms
