@@ -6,7 +6,6 @@
 
 #include "mediaprobe/report.h"
 #include "probe/diagnostics.h"
-#include "probe/read_window.h"
 #include "probe/recognisers.h"
 
 namespace mediaprobe {
@@ -26,11 +25,19 @@ std::string spent(const probe::ReadCounts& before, const probe::ReadCounts& afte
     return text;
 }
 
-std::string outcome(int claimed) {
-    if (claimed != 0) {
+std::string outcome(bool claimed) {
+    if (claimed) {
         return "claimed";
     }
     return reason ? std::string("declined: ") + reason : std::string("declined");
+}
+
+// Whether a file without an audio format tag may have sound all the same: its figures are there, or
+// the container is none of the two whose headers list every stream.
+bool mayHoldSound(const probe::MediaRecord& record) {
+    return record.audioSampleRate != 0 || record.audioChannels != 0 || record.audioBitRate != 0 ||
+           (record.containerType != probe::kContainerAvi &&
+            record.containerType != probe::kContainerMp4);
 }
 
 std::string refusal(probe::Result open, const probe::MediaRecord& record) {
@@ -45,6 +52,9 @@ std::string refusal(probe::Result open, const probe::MediaRecord& record) {
         return "decides by its graph alone, since the probe found nothing; most likely it "
                "refuses the file as one that cannot be rendered";
     }
+    if (record.audioFormatTag == probe::kAudioNone && mayHoldSound(record)) {
+        return "refuses it unless its graph finds audio that the probe has no tag for";
+    }
     if (record.audioFormatTag == probe::kAudioNone) {
         return "refuses it: without audio there is no audio renderer in the graph, and such a "
                "graph is not run";
@@ -58,28 +68,43 @@ std::string refusal(probe::Result open, const probe::MediaRecord& record) {
 
 }  // namespace
 
-probe::Result ExplainingInfo::Probe(platform::ReadOnlyFile& file) {
+probe::Result WatchedInfo::Probe(platform::ReadOnlyFile& file) {
     probe::ReadWindow window(file);
-    const probe::ReasonSink sinkBefore = probe::setReasonSink(keepReason);
-    int claimed = 0;
+    claimedBy_ = nullptr;
+    if (wanted_ == Account::Written) {
+        const probe::ReasonSink sinkBefore = probe::setReasonSink(keepReason);
+        writeAccount(window);
+        probe::setReasonSink(sinkBefore);
+        return claimedBy_ ? 1 : 0;
+    }
+    for (const probe::Recogniser& recogniser : probe::recognisers()) {
+        if (recogniser.recognise(*this, window) != 0) {
+            claimedBy_ = recogniser.name;
+            return 1;
+        }
+    }
+    return 0;
+}
+
+void WatchedInfo::writeAccount(probe::ReadWindow& window) {
     int number = 0;
     for (const probe::Recogniser& recogniser : probe::recognisers()) {
         char head[32];
         std::snprintf(head, sizeof head, "  %2d. ", ++number);
         account_ += std::string(head) + recogniser.name;
-        if (claimed != 0) {
+        if (claimedBy_) {
             account_ += ": not asked\n";
             continue;
         }
         const probe::ReadCounts before = window.counts();
         reason = nullptr;
-        claimed = recogniser.recognise(*this, window);
+        if (recogniser.recognise(*this, window) != 0) {
+            claimedBy_ = recogniser.name;
+        }
         account_ += std::string(": looks at ") + recogniser.looksAt + ";\n      " +
-                    outcome(claimed) + " (" + spent(before, window.counts()) + ")\n";
+                    outcome(claimedBy_ != nullptr) + " (" + spent(before, window.counts()) + ")\n";
     }
-    probe::setReasonSink(sinkBefore);
     account_ += "  Read:     " + spent({}, window.counts()) + " in all\n";
-    return claimed;
 }
 
 std::string playersView(probe::Result open, const probe::MediaRecord& record) {

@@ -1,21 +1,33 @@
-// The long answer: how the probe came to its result.
+// How the probe came to its result: who claimed the file, and the long answer.
 #pragma once
 
 #include <string>
 
 #include "probe/media_info.h"
+#include "probe/read_window.h"
 
 namespace mediaprobe {
 
-// A MediaInfo that writes down what happens while it probes.
-class ExplainingInfo final : public probe::MediaInfo {
+enum class Account { None, Written };
+
+// A MediaInfo that keeps who claimed the file and, if asked to, writes down what happens while it
+// probes.
+class WatchedInfo final : public probe::MediaInfo {
 public:
+    explicit WatchedInfo(Account wanted) : wanted_(wanted) {}
+
     probe::Result Probe(platform::ReadOnlyFile& file) override;
 
-    // One line per recogniser, then the reads and bytes.
+    // Name of the recogniser that claimed the file; null when none did.
+    const char* claimedBy() const { return claimedBy_; }
+    // One line per recogniser, then the reads and bytes; empty when it is not wanted.
     const std::string& account() const { return account_; }
 
 private:
+    void writeAccount(probe::ReadWindow& window);
+
+    Account wanted_;
+    const char* claimedBy_ = nullptr;
     std::string account_;
 };
 

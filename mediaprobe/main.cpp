@@ -31,30 +31,21 @@ void print(const std::string& text) {
 }
 
 int probeFile(const std::string& path, const Options& options) {
-    std::unique_ptr<probe::MediaInfo> info;
-    ExplainingInfo* explaining = nullptr;
-    if (options.explain) {
-        auto owned = std::make_unique<ExplainingInfo>();
-        explaining = owned.get();
-        info = std::move(owned);
-    } else {
-        info = std::make_unique<probe::MediaInfo>();
-    }
-    const probe::Result open = info->Open(openedName(path).c_str());
+    WatchedInfo info(options.explain ? Account::Written : Account::None);
+    const probe::Result open = info.Open(openedName(path).c_str());
     if (options.json) {
-        print(jsonLine(path, open, *info));
+        print(jsonLine(path, open, info));
     } else if (open == probe::kOk) {
-        print(page(path, *info));
+        print(page(path, info, info.claimedBy()));
     }
-    if (explaining) {
-        print((open == probe::kOk ? "" : path + '\n') + explaining->account() +
-              playersView(open, *info));
+    if (options.explain) {
+        print((open == probe::kOk ? "" : path + '\n') + info.account() + playersView(open, info));
     }
     if (open != probe::kOk) {
         return complain(path + " cannot be opened: " + openError(open));
     }
-    return info->containerType != probe::kContainerNone && info->status == probe::kOk ? kAllGood
-                                                                                      : kCleanNo;
+    return info.containerType != probe::kContainerNone && info.status == probe::kOk ? kAllGood
+                                                                                    : kCleanNo;
 }
 
 // Every file below the folder; folders that wait are kept in a list, so depth costs no stack.

@@ -134,9 +134,13 @@ std::string jsonLine(const std::string& path, probe::Result open,
     return out + "}\n";
 }
 
-std::string page(const std::string& path, const probe::MediaRecord& record) {
+std::string page(const std::string& path, const probe::MediaRecord& record, const char* claimedBy) {
     std::string out = path + '\n';
-    out += formatted("  File     %s", containerName(record.containerType));
+    if (claimedBy && record.containerType == probe::kContainerNone) {
+        out += formatted("  File     damaged (claimed by %s)", claimedBy);
+    } else {
+        out += formatted("  File     %s", containerName(record.containerType));
+    }
     if (record.fileSize != 0) {
         out += ", " + grouped(record.fileSize) + " bytes";
     }

@@ -25,6 +25,8 @@ expect "a good file" 0 "$(status $good)"
 expect "two good files" 0 "$(status $good all/wave_pcm_stereo)"
 expect "a file that is not recognised" 1 "$(status $no)"
 expect "a damaged file" 1 "$(status $damaged)"
+expect "a damaged file says who claimed it" 1 \
+    "$(grep -c 'File     damaged (claimed by RIFF: AVI and WAVE), 37,196 bytes' out.txt)"
 expect "the worst wins: good and no" 1 "$(status $good $no)"
 expect "the worst wins: missing and good" 2 "$(status missing.avi $good)"
 expect "the good file behind a missing one is shown" 1 "$(grep -c 'MP4/3GP' out.txt)"
@@ -130,6 +132,14 @@ expect "a refusal and its reason" 1 "$(grep -c 'Verdict:  the player refuses it:
 expect "the tag of sound alone is not kept" 0 "$(status --explain all/wave_pcm_stereo)"
 expect "and why" 1 \
     "$(grep -c 'audioFormatTag 0x0001, stored as 0, for want of a picture (picture 0:0)' out.txt)"
+status --explain all/flv_audio_speex_has_no_tag >status.txt
+expect "sound without a tag" 1 \
+    "$(grep -c 'refuses it unless its graph finds audio that the probe has no tag for' out.txt)"
+status --explain all/mpegps_dts_is_no_known_sound >status.txt
+expect "a program stream may hold unknown sound" 1 \
+    "$(grep -c 'refuses it unless its graph finds audio that the probe has no tag for' out.txt)"
+status --explain all/avi_second_vids_leaves_the_first >status.txt
+expect "an AVI without a sound stream" 1 "$(grep -c 'the player refuses it: without audio' out.txt)"
 expect "--explain of a missing file" 2 "$(status --explain missing.avi)"
 # Hostile sizes in sparse files of 300 MiB: the memory stays small, whatever they declare.
 # hostile NAME BYTES: a file that begins with the bytes (printf escapes)
