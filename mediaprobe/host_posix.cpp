@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "mediaprobe/host.h"
 #include "platform/host_path.h"
@@ -33,28 +34,29 @@ bool listFolder(const std::string& path, Folder& folder) {
         return false;
     }
     const std::string prefix = path.ends_with('/') ? path : path + '/';
+    errno = 0;
     while (const dirent* entry = readdir(directory)) {
         const std::string name = entry->d_name;
         if (name == "." || name == "..") {
             continue;
         }
         std::string full = prefix + name;
-        struct stat link {};
-        if (lstat(full.c_str(), &link) != 0) {
-            continue;
-        }
-        if (S_ISDIR(link.st_mode)) {
+        struct stat link {
+        }, target{};
+        const bool told = lstat(full.c_str(), &link) == 0 && stat(full.c_str(), &target) == 0;
+        if (told && S_ISDIR(link.st_mode)) {
             folder.folders.push_back(std::move(full));
-        } else if (S_ISREG(link.st_mode) ||
-                   (S_ISLNK(link.st_mode) && stat(full.c_str(), &link) == 0 &&
-                    S_ISREG(link.st_mode))) {
+        } else if (!told || S_ISREG(target.st_mode)) {
+            // What cannot be looked at is no reason for silence: opening it will tell why.
             folder.files.push_back(std::move(full));
         }
+        errno = 0;
     }
+    const bool whole = errno == 0;
     closedir(directory);
     std::sort(folder.files.begin(), folder.files.end());
     std::sort(folder.folders.begin(), folder.folders.end());
-    return true;
+    return whole;
 }
 
 }  // namespace mediaprobe

@@ -14,15 +14,22 @@
 namespace mediaprobe {
 namespace {
 
+constexpr char kUnreadableList[] = " cannot be read; a list of names is wanted, one a line";
+
 enum Exit { kAllGood = 0, kCleanNo = 1, kWrong = 2 };
 
 void toStandardError(const char* line) {
     std::fputs(line, stderr);
 }
 
-int complain(const std::string& what) {
+// One line on standard error, behind what was printed so far.
+void say(const std::string& what) {
     std::fflush(stdout);
     std::fprintf(stderr, "mediaprobe: %s\n", what.c_str());
+}
+
+int complain(const std::string& what) {
+    say(what);
     return kWrong;
 }
 
@@ -51,6 +58,7 @@ int probeFile(const std::string& path, const Options& options) {
 // Every file below the folder; folders that wait are kept in a list, so depth costs no stack.
 int probeFolder(const std::string& top, const Options& options) {
     int worst = kAllGood;
+    bool empty = true;
     std::vector<std::string> waiting = {top};
     while (!waiting.empty()) {
         const std::string path = waiting.back();
@@ -61,9 +69,13 @@ int probeFolder(const std::string& top, const Options& options) {
             continue;
         }
         for (const std::string& file : folder.files) {
+            empty = false;
             worst = std::max(worst, probeFile(file, options));
         }
         waiting.insert(waiting.end(), folder.folders.rbegin(), folder.folders.rend());
+    }
+    if (empty && worst == kAllGood) {
+        say(top + " holds no file");
     }
     return worst;
 }
@@ -89,8 +101,10 @@ std::string nameOf(const std::string& line) {
     return kindOf(name) == EntryKind::Missing && kindOf(line) != EntryKind::Missing ? line : name;
 }
 
-int probeList(std::FILE* list, const Options& options) {
+// Every file that the list names, one name a line; `listName` is what it is called itself.
+int probeList(std::FILE* list, const std::string& listName, const Options& options) {
     int worst = kAllGood;
+    bool empty = true;
     std::string line;
     for (int c = 0; c != EOF;) {
         c = std::fgetc(list);
@@ -101,8 +115,15 @@ int probeList(std::FILE* list, const Options& options) {
         const std::string name = c == '\n' ? nameOf(line) : line;
         line.clear();
         if (!name.empty()) {
+            empty = false;
             worst = std::max(worst, probePath(name, options));
         }
+    }
+    if (std::ferror(list) != 0) {
+        return complain(listName + kUnreadableList);
+    }
+    if (empty) {
+        say(listName + " names no file");
     }
     return worst;
 }
@@ -112,12 +133,12 @@ int probeSource(const Source& source, const Options& options) {
         return probePath(source.name, options);
     }
     if (source.kind == Source::Kind::StandardInput) {
-        return probeList(stdin, options);
+        return probeList(stdin, "standard input", options);
     }
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> list(std::fopen(source.name.c_str(), "rb"),
                                                          std::fclose);
-    return list ? probeList(list.get(), options)
-                : complain(source.name + " cannot be read; --files-from wants a list of names");
+    return list ? probeList(list.get(), source.name, options)
+                : complain(source.name + kUnreadableList);
 }
 
 int run(const std::vector<std::string>& arguments) {

@@ -45,6 +45,15 @@ expect "a folder without -r says what to do" 1 "$(grep -c -- '-r looks' err.txt)
 expect "a list that is missing" 2 "$(status --files-from nothing.txt)"
 expect "--files-from without a name" 2 "$(status --files-from)"
 expect "an empty name" 2 "$(status '')"
+mkdir folder
+expect "a list that is a folder" 2 "$(status --files-from folder)"
+expect "it is named" 1 "$(grep -c '^mediaprobe: folder cannot be read' err.txt)"
+"$probe" - <folder >out.txt 2>err.txt
+expect "standard input that is a folder" 2 $?
+expect "it is told" 1 "$(grep -c '^mediaprobe: standard input cannot be read' err.txt)"
+: >empty.txt
+expect "an empty list" 0 "$(status --files-from empty.txt)"
+expect "an empty list says so" 1 "$(grep -c '^mediaprobe: empty.txt names no file' err.txt)"
 
 cp $good "tree/b.mp4"
 cp all/wave_pcm_stereo "tree/deep/한국어 녹화.wav"
@@ -58,6 +67,13 @@ expect "in a fixed order" "a.mp4 b.mp4" \
 expect "a Korean name" 1 "$(grep -c '"path": "tree/deep/한국어 녹화.wav"' out.txt)"
 expect "quotes are escaped" 1 "$(grep -c 'a quote\\" and \\\\ back.gif' out.txt)"
 expect "an empty folder" 0 "$(status -r tree/empty)"
+expect "an empty folder says so" 1 "$(grep -c '^mediaprobe: tree/empty holds no file' err.txt)"
+mkdir links
+cp $good links/a.mp4
+ln -s nowhere links/z.avi
+expect "a link that leads nowhere" 2 "$(status -r links)"
+expect "it is named" 1 "$(grep -c '^mediaprobe: links/z.avi cannot be opened' err.txt)"
+expect "the file beside it is shown" 1 "$(grep -c 'MP4/3GP' out.txt)"
 
 printf '%s\n' $good "tree/deep/한국어 녹화.wav" >list.txt
 printf '%s' "$no" >>list.txt
@@ -99,7 +115,7 @@ expect "a pipe" 2 $?
 expect "a pipe is named as such" 1 "$(grep -c 'fifo cannot be opened: it is no file' err.txt)"
 timeout 10 "$probe" /dev/null >out.txt 2>err.txt
 expect "a device" 2 $?
-expect "a folder with a pipe and a link to it" 0 "$(timeout 10 "$probe" -r tree/empty; echo $?)"
+expect "a folder with a pipe and a link to it" 0 "$(timeout 10 "$probe" -r tree/empty 2>err.txt; echo $?)"
 
 expect "a folder that is missing" 2 "$(status --json missing/one.avi)"
 expect "its open result" 1 "$(grep -c '"open": "0x80070003"' out.txt)"
