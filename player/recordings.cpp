@@ -69,7 +69,7 @@ void DeleteBrowseFile(std::int32_t index) {
         return;
     }
     appState.browseListing.GetPath(browseFolder);
-    const bool samePlayFolder = catalogue::samePath(browseFolder, appState.playFolderPath);
+    const bool samePlayFolder = catalogue::browsesPlayFolder(appState);
     const bool isSelected = samePlayFolder && index == appState.playIndex;
     const bool wasPlaying = isSelected && appState.persisted.playState != settings::kStopped;
     if (isSelected) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "graph/thread_priority.h"
 #include "platform/print.h"
 #include "platform/registry.h"
 #include "player/player.h"

@@ -273,11 +273,9 @@ void VideoRenderer::place() {
 
 HRESULT VideoRenderer::setRender(DWORD value) {
     if (value == kRenderShow || value == kRenderHide) {
-        if (placement_.shown != (value == kRenderShow)) {
-            tape::Line("filter")
-                .text("filter", vendor::kVideoRendererName)
-                .text("what", value == kRenderShow ? L"layer on" : L"layer off");
-        }
+        tape::Line("filter")
+            .text("filter", vendor::kVideoRendererName)
+            .text("what", value == kRenderShow ? L"layer on" : L"layer off");
         placement_.shown = value == kRenderShow;
         place();
     }

@@ -10,7 +10,8 @@ namespace tape {
 inline constexpr std::string_view kFaultNames[] = {
     "CutAfterMessages",      "DirectoryOrder",     "LeakReference",     "LiveLength",
     "NoAudioRenderer",       "NoVideoRenderer",    "NotConnectedAudio", "NullDecoder",
-    "ReadDelayMilliseconds", "ReadFailAfterBytes", "RenderResult",      "SecondNameOnly",
+    "ReadDelayMilliseconds", "ReadFailAfterBytes", "RenderResult",      "ReopenFails",
+    "SecondNameOnly",
 };
 
 constexpr bool isFaultName(std::string_view name) {
