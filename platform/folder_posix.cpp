@@ -7,7 +7,6 @@
 
 #include "platform/folder.h"
 #include "platform/host_path.h"
-#include "platform/text.h"
 
 namespace platform {
 
@@ -27,7 +26,7 @@ bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context) {
         struct stat status {};
         const bool isFolder =
             stat((path + "/" + name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-        if (!visitor(context, toUtf16(name).c_str(),
+        if (!visitor(context, fromHostPath(name).c_str(),
                      isFolder ? EntryKind::Folder : EntryKind::File)) {
             break;
         }
