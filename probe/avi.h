@@ -84,8 +84,8 @@ struct AviReader {
     bool hasIndex = false;
     // Bytes that may still be read apart from the walk over the top-level chunks: standard indexes
     // and the rest of a large header list. Super indexes lead anywhere, and every header list has
-    // its own, so that a hostile file could have the same index read without end. Indexes that lie
-    // side by side are far from using it up.
+    // its own, so that a hostile file could have the same index read without end. A sound file's
+    // entries are at most half of it: each has 8 bytes, as has the header of its chunk.
     std::uint64_t asideLeft;
 
     // Fills `out` from `offset`, with 0 where the file has ended. kFail when a seek or a read
