@@ -75,15 +75,10 @@ probe::Result WatchedInfo::Probe(platform::ReadOnlyFile& file) {
         const probe::ReasonSink sinkBefore = probe::setReasonSink(keepReason);
         writeAccount(window);
         probe::setReasonSink(sinkBefore);
-        return claimedBy_ ? 1 : 0;
+    } else if (const probe::Recogniser* claiming = probe::askRecognisers(*this, window)) {
+        claimedBy_ = claiming->name;
     }
-    for (const probe::Recogniser& recogniser : probe::recognisers()) {
-        if (recogniser.recognise(*this, window) != 0) {
-            claimedBy_ = recogniser.name;
-            return 1;
-        }
-    }
-    return 0;
+    return claimedBy_ ? 1 : 0;
 }
 
 void WatchedInfo::writeAccount(probe::ReadWindow& window) {

@@ -30,13 +30,7 @@ Result MediaInfo::Open(const char16_t* path) {
 
 Result MediaInfo::Probe(platform::ReadOnlyFile& file) {
     ReadWindow window(file);
-    for (const Recogniser& recogniser : recognisers()) {
-        const int claimed = recogniser.recognise(*this, window);
-        if (claimed != 0) {
-            return claimed;
-        }
-    }
-    return 0;
+    return askRecognisers(*this, window) != nullptr ? 1 : 0;
 }
 
 }  // namespace probe

@@ -37,4 +37,13 @@ std::span<const Recogniser> recognisers() {
     return kRecognisers;
 }
 
+const Recogniser* askRecognisers(MediaInfo& record, ReadWindow& file) {
+    for (const Recogniser& recogniser : kRecognisers) {
+        if (recogniser.recognise(record, file) != 0) {
+            return &recogniser;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace probe

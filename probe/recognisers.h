@@ -20,4 +20,7 @@ struct Recogniser {
 // claim frames inside other containers if it ran before those with a fixed header.
 std::span<const Recogniser> recognisers();
 
+// Asks them in turn: the one that claims the file, or null when none does.
+const Recogniser* askRecognisers(MediaInfo& record, ReadWindow& file);
+
 }  // namespace probe
