@@ -144,20 +144,33 @@ INSTANTIATE_TEST_SUITE_P(Codes, RenderResults,
                                          0x80004001, 0x80004002, 0x80004003, 0x80004004,
                                          0x80040265));
 
-TEST_F(Faults, GrowingFileAnnouncesItsLength) {
-    const std::wstring path = L"H:\\growing.avi";
-    ASSERT_TRUE(CopyFileW(clip(L"h264.avi").c_str(), path.c_str(), FALSE));
+class Growing : public Faults {
+protected:
+    ~Growing() override { DeleteFileW(path_.c_str()); }
+
+    // Plays a copy that the camera still writes to, for 1.5 s.
+    void play(Graph& graph) {
+        ASSERT_TRUE(CopyFileW(clip(L"h264.avi").c_str(), path_.c_str(), FALSE));
+        ASSERT_TRUE(grow(1)) << "the copy has the original's time";
+        ASSERT_EQ(graph.render(path_), S_OK);
+        graph.setUp();
+        ASSERT_TRUE(graph.run());
+        player.wait(1500);
+    }
+
     // The camera writes from outside the unit: no handle of this system stands in the way.
-    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1)) << "the copy has the original's time";
+    static bool grow(DWORD bytes) { return appendFromOutside(L"growing.avi", bytes); }
+
+    const std::wstring path_ = L"H:\\growing.avi";
+};
+
+TEST_F(Growing, FileAnnouncesItsLength) {
     Graph graph(player);
-    ASSERT_EQ(graph.render(path), S_OK);
-    graph.setUp();
-    ASSERT_TRUE(graph.run());
-    player.wait(1500);
+    ASSERT_NO_FATAL_FAILURE(play(graph));
     EXPECT_EQ(player.countEvents(33024), 0) << "it has not grown yet";
     WIN32_FILE_ATTRIBUTE_DATA facts{};
-    GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &facts);
-    ASSERT_TRUE(appendFromOutside(L"growing.avi", facts.nFileSizeLow));
+    GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &facts);
+    ASSERT_TRUE(grow(facts.nFileSizeLow));
     EXPECT_TRUE(player.wait(3000, [&] { return player.countEvents(33773) > 0; }));
     EXPECT_EQ(player.countEvents(33024), 1);
     for (const PlayerWindow::Event& event : player.events) {
@@ -166,34 +179,26 @@ TEST_F(Faults, GrowingFileAnnouncesItsLength) {
         }
     }
     graph.tearDown();
-    DeleteFileW(path.c_str());
 }
 
-class ReopenFailures : public Faults, public testing::WithParamInterface<DWORD> {};
+class ReopenFailures : public Growing, public testing::WithParamInterface<DWORD> {};
 
 TEST_P(ReopenFailures, EndTheRecording) {
     const Fault fault(L"ReopenFails", GetParam());
-    const std::wstring path = L"H:\\growing.avi";
-    ASSERT_TRUE(CopyFileW(clip(L"h264.avi").c_str(), path.c_str(), FALSE));
-    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1)) << "the copy has the original's time";
     Graph graph(player);
-    ASSERT_EQ(graph.render(path), S_OK);
-    graph.setUp();
-    ASSERT_TRUE(graph.run());
-    player.wait(1500);
-    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1000000));
+    ASSERT_NO_FATAL_FAILURE(play(graph));
+    ASSERT_TRUE(grow(1000000));
     EXPECT_TRUE(player.wait(10000, [&] { return player.countEvents(EC_COMPLETE) > 0; }));
     EXPECT_EQ(player.countEvents(33769), 1) << "the player is told to go on";
     // Nothing may reach for what went away with the first opening.
     const int announced = player.countEvents(33773);
-    ASSERT_TRUE(appendFromOutside(L"growing.avi", 1000000));
+    ASSERT_TRUE(grow(1000000));
     player.wait(2500);
     EXPECT_EQ(player.countEvents(33773), announced);
     graph.pause();
     graph.seek(1);
     graph.stop();
     EXPECT_EQ(graph.tearDown(), 0u);
-    DeleteFileW(path.c_str());
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ReopenFailures, testing::Values(1, 2));
