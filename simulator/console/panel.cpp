@@ -176,10 +176,8 @@ void showHelp(HWND panel, int) {
     // The box breaks the lines itself.
     text +=
         L"\nTab and Enter reach every control. Folder: the folder of the PC that the slot shows, "
-        L"or "
-        L"nothing for the slot's own card; Browse chooses one, Insert puts it in. After a power "
-        L"cut "
-        L"Start powers the unit on.\n"
+        L"or nothing for the slot's own card; Browse chooses one, Insert puts it in. An empty "
+        L"ConnectPath takes the hand-over back. After a power cut Start powers the unit on.\n"
         L"The list shows the tape: what passes between the processes, the newest last.";
     showBox(panel, text, L"Keys of the panel");
 }
