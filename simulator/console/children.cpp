@@ -103,12 +103,13 @@ DWORD WINAPI endThread(LPVOID parameter) {
     }
     DWORD value = 0;
     GetExitCodeProcess(watched->child.process, &value);
-    removeChild(watched->child.number);
     tape::Line("process")
         .text("from", watched->child.name.c_str())
         .text("text", L"ended")
         .number("process", watched->child.number)
         .number("exit", static_cast<std::int32_t>(value));
+    // Only now: who finds that it runs no more may end this program at once.
+    removeChild(watched->child.number);
     CloseHandle(watched->child.process);
     delete watched;
     return 0;
