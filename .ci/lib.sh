@@ -3,7 +3,8 @@
 # To run the player and its unit.
 run_packages="g++ cmake make g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-nanum ffmpeg xdotool
  x11-utils imagemagick gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
- gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev librsvg2-bin"
+ gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev librsvg2-bin libcli11-dev
+ nlohmann-json3-dev"
 # To test it.
 test_packages="$run_packages clang clang-format libclang-rt-14-dev libbenchmark-dev"
 
