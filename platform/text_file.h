@@ -28,7 +28,8 @@ private:
     std::FILE* file_;
 };
 
-// Replaces the file with `text`; false when it could not be written.
-bool writeTextFile(const char16_t* path, std::u16string_view text);
+// Replaces the file with `text`; false when it could not be written in full. The file is empty from
+// its opening until its text goes out, in one piece and without a pause between.
+[[nodiscard]] bool writeTextFile(const char16_t* path, std::u16string_view text);
 
 }  // namespace platform

@@ -1,5 +1,7 @@
 // Bytes are taken as characters one by one, as the device's runtime does in its "C" locale, so
 // that what is read is written back unchanged.
+#include <string>
+
 #include "platform/host_path.h"
 #include "platform/text_file.h"
 
@@ -29,17 +31,20 @@ bool TextReader::next(char16_t& character) {
 }
 
 bool writeTextFile(const char16_t* path, std::u16string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size() + text.size() / 16);
+    for (const char16_t character : text) {
+        if (character == u'\n') {
+            bytes += '\r';
+        }
+        bytes += static_cast<char>(character & 0xFF);
+    }
     std::FILE* const file = std::fopen(hostPath(path).c_str(), "w");
     if (file == nullptr) {
         return false;
     }
-    bool written = true;
-    for (const char16_t character : text) {
-        if (character == u'\n') {
-            written = std::fputc('\r', file) != EOF && written;
-        }
-        written = std::fputc(character & 0xFF, file) != EOF && written;
-    }
+    std::setvbuf(file, nullptr, _IONBF, 0);  // the block goes to the system as it is
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     return std::fclose(file) == 0 && written;
 }
 

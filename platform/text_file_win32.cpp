@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstdio>
 #include <cwchar>
 
 #include "platform/text_file.h"
@@ -25,6 +27,10 @@ bool writeTextFile(const char16_t* path, std::u16string_view text) {
     if (file == nullptr) {
         return false;
     }
+    // Room for all of it, so that it goes out with the one flush of the close. Without memory for
+    // that it goes out in pieces.
+    constexpr std::size_t kLongestCharacter = 2, kSmallestBuffer = 512;
+    std::setvbuf(file, nullptr, _IOFBF, std::max(text.size() * kLongestCharacter, kSmallestBuffer));
     bool written = true;
     for (const char16_t character : text) {
         if (std::fputwc(static_cast<wchar_t>(character), file) == WEOF) {

@@ -2,19 +2,21 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "platform/file.h"
 #include "platform/text_file.h"
 
 namespace settings {
 namespace {
 
 constexpr std::size_t kNameCapacity = 128;  // of a section, key or value, the terminator included
+constexpr std::uint64_t kLargestFileBytes = 1 << 20;  // that is rewritten; it is held in memory
 
 class BoundedText {
 public:
@@ -185,6 +187,47 @@ std::u16string withValue(std::u16string text, std::u16string_view section, std::
     return text.append(line);
 }
 
+// Text mode takes the byte 0x1A for the end wherever it stands in the file.
+bool holdsTextEnd(platform::ReadOnlyFile& file, std::uint64_t size) {
+    constexpr std::uint8_t kTextEnd = 0x1A;
+    std::array<std::uint8_t, 4096> block{};
+    std::size_t read = 0;
+    for (std::uint64_t offset = 0; offset < size; offset += read) {
+        if (!file.readAt(offset, block, read) || read == 0) {
+            return true;
+        }
+        if (std::find(block.begin(), block.begin() + read, kTextEnd) != block.begin() + read) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The whole text of the file, nothing when there is none. False when there is one and its end
+// cannot be reached: writing it back would lose what other programs keep there.
+bool readWhole(const char16_t* path, std::u16string& text) {
+    constexpr std::uint32_t kFileNotFound = 2, kPathNotFound = 3;
+    std::uint32_t error = 0;
+    const std::unique_ptr<platform::ReadOnlyFile> bytes = platform::openFile(path, error);
+    if (!bytes) {
+        return error == kFileNotFound || error == kPathNotFound;
+    }
+    std::uint64_t size = 0;
+    if (!bytes->size(size) || size > kLargestFileBytes || holdsTextEnd(*bytes, size)) {
+        return false;
+    }
+    platform::TextReader file(path);
+    if (!file.ok()) {
+        return false;
+    }
+    text.reserve(static_cast<std::size_t>(size));
+    char16_t character = 0;
+    while (file.next(character)) {
+        text += character;
+    }
+    return !file.failed();
+}
+
 }  // namespace
 
 std::int32_t readIniInt(const char16_t* section, const char16_t* key, std::int32_t fallback,
@@ -210,21 +253,16 @@ std::int32_t readIniInt(const char16_t* section, const char16_t* key, std::int32
 
 int writeIniString(const char16_t* section, const char16_t* key, const char16_t* value,
                    const char16_t* path) {
-    std::u16string text;
-    {
-        platform::TextReader file(path);
-        char16_t character = 0;
-        while (file.ok() && file.next(character)) {
-            text += character;
-        }
-        if (file.ok() && file.failed()) {
-            return 0;  // what could not be read would be lost
-        }
+    std::u16string before;
+    if (!readWhole(path, before)) {
+        return 0;
     }
-    return platform::writeTextFile(path,
-                                   withValue(std::move(text), cut(section), cut(key), cut(value)))
-               ? 1
-               : 0;
+    if (platform::writeTextFile(path, withValue(before, cut(section), cut(key), cut(value)))) {
+        return 1;
+    }
+    // What was there had room and may have it again; the other programs' settings stand in it.
+    static_cast<void>(platform::writeTextFile(path, before));
+    return 0;
 }
 
 int writeIniInt(const char16_t* section, const char16_t* key, std::int32_t value,

@@ -17,8 +17,10 @@ namespace settings {
                                       std::int32_t fallback, const char16_t* path);
 
 // Replaces the value of the key, or adds the key at the end of its section, or adds both at the
-// end of the file; everything else stays as it was. Returns 1, or 0 when the file could not be
-// read to its end, which leaves it alone, or could not be written.
+// end of the file; everything else stays as it was, and a missing file counts as empty. Returns 1,
+// or 0 when the file is there and cannot be opened or read to its end (a byte 0x1A ends text mode
+// before it), is larger than 1 MiB, which all leave it alone, or could not be written; the text
+// that was there is then written back.
 int writeIniString(const char16_t* section, const char16_t* key, const char16_t* value,
                    const char16_t* path);
 int writeIniInt(const char16_t* section, const char16_t* key, std::int32_t value,

@@ -17,6 +17,13 @@ std::string rewritten(const fuzz::Unit& unit) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const fuzz::Unit unit;
     unit.put(kFile, {data, size});
+    const std::string bytes(data, data + size);
+    constexpr char kTextEnd = 0x1A;
+    if (bytes.find(kTextEnd) != std::string::npos) {
+        fuzz::require(settings::writeIniString(u"TRIP", u"AppProgram", u"5", kPath) == 0);
+        fuzz::require(unit.contents(kFile) == bytes);
+        return 0;
+    }
     const std::int32_t before = settings::readIniInt(u"TRIP", u"AppProgram", -1, kPath);
     const std::string once = rewritten(unit);
     const std::string twice = rewritten(unit);
