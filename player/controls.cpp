@@ -3,12 +3,12 @@
 
 #include <algorithm>
 
+#include "app/app_state.h"
 #include "catalogue/camera.h"
 #include "player/player.h"
 #include "player/session.h"
-#include "shell/app_state.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace Player {
 namespace {

@@ -3,12 +3,12 @@
 
 #include <numeric>
 
+#include "app/app_state.h"
 #include "platform/print.h"
 #include "platform/wide.h"
 #include "player/player.h"
 #include "player/session.h"
 #include "probe/media_info.h"
-#include "shell/app_state.h"
 #include "shell/shell.h"
 
 namespace Player {

@@ -1,12 +1,12 @@
 // Play, pause, next, previous, stop.
 #include <windows.h>
 
+#include "app/app_state.h"
 #include "platform/print.h"
 #include "player/player.h"
 #include "player/session.h"
-#include "shell/app_state.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace Player {
 namespace {

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 
+#include "app/app_state.h"
 #include "catalogue/volumes.h"
 #include "platform/board.h"
 #include "player/player.h"
-#include "shell/app_state.h"
-#include "ui/screens.h"
+#include "shell/screens/screens.h"
 
 namespace Player {
 namespace {

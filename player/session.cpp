@@ -6,15 +6,15 @@
 #include <algorithm>
 #include <array>
 
+#include "app/app_state.h"
+#include "app/paths.h"
 #include "graph/thread_priority.h"
 #include "platform/print.h"
 #include "platform/registry.h"
 #include "player/player.h"
 #include "settings/ini_store.h"
-#include "shell/app_state.h"
-#include "shell/paths.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace Player {
 namespace {
@@ -37,7 +37,7 @@ void restoreRecord() {
 }
 
 void clearRunState() {
-    appState.muted = settings::readIniInt(u"Sound", u"MUTE", 0, shell::kConfigFile) == 1 ? 1 : 0;
+    appState.muted = settings::readIniInt(u"Sound", u"MUTE", 0, app::kConfigFile) == 1 ? 1 : 0;
     appState.audioSuppressed = 0;
     appState.fileCount = 0;
     appState.resumePending = 0;

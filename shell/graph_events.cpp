@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "app/app_state.h"
 #include "player/player.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
 #include "shell/shell.h"
 #include "ui/canvas.h"

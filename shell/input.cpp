@@ -2,11 +2,11 @@
 #include <windows.h>
 #include <windowsx.h>
 
+#include "app/app_state.h"
 #include "player/player.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace shell {
 

@@ -4,16 +4,16 @@
 #include <array>
 #include <cwchar>
 
+#include "app/app_state.h"
+#include "app/paths.h"
 #include "platform/board.h"
 #include "player/player.h"
 #include "settings/hand_over.h"
 #include "settings/ini_store.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
-#include "shell/paths.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
 #include "shell/start.h"
-#include "ui/screens.h"
 
 namespace shell {
 namespace {
@@ -112,7 +112,8 @@ LRESULT onCreate(HWND window, UINT, WPARAM, LPARAM lParam) {
     }
     SetTimer(window, kScreenTimer, kScreenPeriod, nullptr);
     SetTimer(window, kDrivingTimer, kDrivingPeriod, nullptr);
-    appState.dmbSetting = settings::readIniInt(u"MISC", u"DMB", appState.dmbSetting, kConfigFile);
+    appState.dmbSetting =
+        settings::readIniInt(u"MISC", u"DMB", appState.dmbSetting, app::kConfigFile);
     if (appState.screenMode == kHalfWidth) {
         postToProcessManager(kHalfWidthShown, 0);
     }

@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "app/app_state.h"
 #include "platform/wide.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
 #include "shell/registered_messages.h"
 

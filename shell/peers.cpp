@@ -2,14 +2,14 @@
 // what is sent to it into nothing.
 #include <windows.h>
 
+#include "app/app_state.h"
+#include "app/paths.h"
 #include "platform/board.h"
 #include "platform/wide.h"
 #include "settings/ini_store.h"
-#include "shell/app_state.h"
-#include "shell/paths.h"
 #include "shell/registered_messages.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace shell {
 namespace {
@@ -64,15 +64,15 @@ void writeExitPreparation() {
     const std::int32_t mode = appState.screenMode == kHalfWidth ? kModeHalf
                               : appState.screenMode == kHidden  ? kModeHidden
                                                                 : kModeFull;
-    settings::writeIniInt(u"TRIP", u"AppProgram", kThisProgram, kConfigFile);
-    settings::writeIniInt(u"TRIP", u"AppProgramMode", mode, kConfigFile);
+    settings::writeIniInt(u"TRIP", u"AppProgram", kThisProgram, app::kConfigFile);
+    settings::writeIniInt(u"TRIP", u"AppProgramMode", mode, app::kConfigFile);
 }
 
 void writeScreenExit() {
     constexpr std::int32_t kClosedByUser = 5;
-    settings::writeIniInt(u"TRIP", u"AppProgram", kClosedByUser, kConfigFile);
-    settings::writeIniInt(u"TRIP", u"AppProgramMode", kClosedByUser, kConfigFile);
-    settings::writeIniInt(u"TRIP", u"AppProgramModeTimer", kClosedByUser, kConfigFile);
+    settings::writeIniInt(u"TRIP", u"AppProgram", kClosedByUser, app::kConfigFile);
+    settings::writeIniInt(u"TRIP", u"AppProgramMode", kClosedByUser, app::kConfigFile);
+    settings::writeIniInt(u"TRIP", u"AppProgramModeTimer", kClosedByUser, app::kConfigFile);
 }
 
 void showNotice(const wchar_t* text) {

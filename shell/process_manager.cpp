@@ -3,8 +3,8 @@
 
 #include <array>
 
+#include "app/app_state.h"
 #include "player/player.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
 #include "shell/shell.h"
 

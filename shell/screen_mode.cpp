@@ -1,9 +1,9 @@
 // Screen modes and where the picture stands in them.
 #include <windows.h>
 
-#include "shell/app_state.h"
+#include "app/app_state.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace shell {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "app/app_state.h"
 #include "platform/display.h"
 #include "platform/wide.h"
-#include "shell/app_state.h"
 #include "shell/message_table.h"
 #include "shell/registered_messages.h"
 #include "shell/shell.h"

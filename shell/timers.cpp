@@ -3,14 +3,14 @@
 
 #include <array>
 
+#include "app/app_state.h"
+#include "app/paths.h"
 #include "platform/print.h"
 #include "player/player.h"
 #include "settings/ini_store.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
-#include "shell/paths.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace shell {
 namespace {
@@ -56,9 +56,10 @@ void reportExitReady(HWND window) {
 }
 
 void checkDriving(HWND window) {
-    appState.dmbSetting = settings::readIniInt(u"MISC", u"DMB", appState.dmbSetting, kConfigFile);
-    if (driveOneSecond(appState.systemBroadcastValue, appState.dmbSetting, appState.blockCounters,
-                       appState.drivingBlock) != 0) {
+    appState.dmbSetting =
+        settings::readIniInt(u"MISC", u"DMB", appState.dmbSetting, app::kConfigFile);
+    if (app::driveOneSecond(appState.systemBroadcastValue, appState.dmbSetting,
+                            appState.blockCounters, appState.drivingBlock) != 0) {
         InvalidateRect(window, nullptr, FALSE);
     }
 }

@@ -4,15 +4,15 @@
 
 #include <limits>
 
+#include "app/app_state.h"
 #include "catalogue/volumes.h"
 #include "platform/print.h"
 #include "player/player.h"
 #include "settings/hand_over.h"
-#include "shell/app_state.h"
 #include "shell/handlers.h"
 #include "shell/registered_messages.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace shell {
 namespace {

@@ -10,13 +10,13 @@ list=platform/ce_imports.txt
 nm=x86_64-w64-mingw32-nm
 
 # The files named *_desktop are the desktop's side of the seam and not part of the device's player.
-mapfile -t objects < <(find "$build"/{shell,player,ui,graph,catalogue,settings,probe,platform} \
+mapfile -t objects < <(find "$build"/{shell,player,app,ui,graph,catalogue,settings,probe,platform} \
   -name '*.obj' ! -name '*_desktop.cpp.obj' | sort)
 if [ "${#objects[@]}" -lt 30 ]; then
   echo "import check: only ${#objects[@]} object files below $build: build the device preset first" >&2
   exit 2
 fi
-defined=$(find "$build"/{shell,player,ui,graph,catalogue,settings,probe,platform} -name '*.obj' \
+defined=$(find "$build"/{shell,player,app,ui,graph,catalogue,settings,probe,platform} -name '*.obj' \
   -exec "$nm" --defined-only {} + | awk 'NF == 3 {print $3}' | sort -u)
 imported=$("$nm" -u "${objects[@]}" | awk '$1 == "U" {print $2}' | sort -u |
   comm -23 - <(printf '%s\n' "$defined") |

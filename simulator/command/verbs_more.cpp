@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-#include "shell/driving_check.h"
+#include "app/driving_check.h"
 #include "simulator/command/display.h"
 #include "simulator/command/verbs.h"
 
@@ -72,11 +72,11 @@ bool startServer(const Unit& unit, const process::Arguments& arguments, const ch
 }
 
 void chartRow(const char* name, int speed, int blockedAtFirst) {
-    shell::BlockCounters counters;
+    app::BlockCounters counters;
     std::int32_t blocked = blockedAtFirst;
     std::printf("  %-10s ", name);
     for (int second = 1; second <= 8; ++second) {
-        shell::driveOneSecond(speed, 0, counters, blocked);
+        app::driveOneSecond(speed, 0, counters, blocked);
         std::fputs(blocked != 0 ? " #" : " .", stdout);
     }
     std::puts("");

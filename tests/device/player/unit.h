@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "shell/app_state.h"
+#include "app/app_state.h"
 #include "tests/device/graph/box_stub.h"
 
 namespace test {

@@ -1,9 +1,9 @@
-#include "ui/state_view.h"
+#include "shell/screens/state_view.h"
 
 #include <windows.h>
 
+#include "app/app_state.h"
 #include "player/player.h"
-#include "shell/app_state.h"
 #include "ui/bitmap_sets.h"
 
 namespace ui {

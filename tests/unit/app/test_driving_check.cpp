@@ -3,7 +3,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "shell/driving_check.h"
+#include "app/driving_check.h"
 
 namespace {
 
@@ -14,14 +14,14 @@ protected:
         std::string states;
         for (const std::int32_t speed : speeds) {
             const std::int32_t before = block_;
-            const int changed = shell::driveOneSecond(speed, dmb, counters_, block_);
+            const int changed = app::driveOneSecond(speed, dmb, counters_, block_);
             EXPECT_EQ(changed, before != block_ ? 1 : 0);
             states += block_ == 1 ? '1' : '0';
         }
         return states;
     }
 
-    shell::BlockCounters counters_;
+    app::BlockCounters counters_;
     std::int32_t block_ = 0;
 };
 

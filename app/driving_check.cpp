@@ -1,6 +1,6 @@
-#include "shell/driving_check.h"
+#include "app/driving_check.h"
 
-namespace shell {
+namespace app {
 namespace {
 
 constexpr std::int32_t kNoSignal = -1;
@@ -41,4 +41,4 @@ int driveOneSecond(std::int32_t speed, std::int32_t dmbSetting, BlockCounters& c
     return drivingBlock != before ? 1 : 0;
 }
 
-}  // namespace shell
+}  // namespace app

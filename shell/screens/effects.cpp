@@ -1,12 +1,12 @@
-#include "ui/effects.h"
+#include "shell/screens/effects.h"
 
 #include <windows.h>
 
+#include "app/app_state.h"
 #include "platform/board.h"
 #include "player/player.h"
-#include "shell/app_state.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/screens.h"
 
 namespace ui {
 namespace {

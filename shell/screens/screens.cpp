@@ -1,13 +1,13 @@
 // Which screen is drawn, touched and entered.
-#include "ui/screens.h"
+#include "shell/screens/screens.h"
 
-#include "shell/app_state.h"
+#include "app/app_state.h"
+#include "shell/screens/effects.h"
+#include "shell/screens/state_view.h"
 #include "shell/shell.h"
 #include "ui/bitmap_sets.h"
-#include "ui/effects.h"
 #include "ui/gdi_canvas.h"
 #include "ui/paint.h"
-#include "ui/state_view.h"
 
 namespace ui {
 namespace {

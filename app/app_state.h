@@ -9,10 +9,10 @@
 #include <array>
 #include <cstdint>
 
+#include "app/driving_check.h"
 #include "catalogue/catalogue.h"
 #include "graph/filter_control.h"
 #include "platform/com_ptr.h"
-#include "shell/driving_check.h"
 #include "ui/screen_state.h"
 
 using ui::kScreenHeight;
@@ -70,7 +70,7 @@ struct AppState : catalogue::CatalogueFields {
     std::int32_t systemBroadcastValue = -1;  // vehicle speed in km/h, -1 without a signal
     std::int32_t dmbSetting = 0;             // nonzero: the picture may be shown while driving
     std::int32_t drivingBlock = 0;
-    shell::BlockCounters blockCounters;
+    app::BlockCounters blockCounters;
     std::int32_t drivingBlockAtLastTick = 0;
 
     std::int32_t videoLayerState = kLayerShown;

@@ -1,3 +1,3 @@
-#include "shell/app_state.h"
+#include "app/app_state.h"
 
 constinit AppState appState;

@@ -1,15 +1,15 @@
 // What is drawn anew, and when.
 #include <windows.h>
 
+#include "app/app_state.h"
 #include "player/player.h"
-#include "shell/app_state.h"
+#include "shell/screens/effects.h"
+#include "shell/screens/screens.h"
+#include "shell/screens/state_view.h"
 #include "shell/shell.h"
 #include "ui/bitmap_sets.h"
-#include "ui/effects.h"
 #include "ui/follow.h"
 #include "ui/paint.h"
-#include "ui/screens.h"
-#include "ui/state_view.h"
 
 namespace ui {
 namespace {

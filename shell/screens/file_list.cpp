@@ -1,11 +1,11 @@
 // The file list as the player's record has it: entering, folders, choosing and deleting.
 #include <windows.h>
 
+#include "app/app_state.h"
 #include "player/player.h"
-#include "shell/app_state.h"
+#include "shell/screens/effects.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
-#include "ui/effects.h"
-#include "ui/screens.h"
 
 namespace ui {
 namespace {

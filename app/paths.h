@@ -1,9 +1,9 @@
 // Files that more than one part names.
 #pragma once
 
-namespace shell {
+namespace app {
 
 // Shared by the unit's applications.
 inline constexpr char16_t kConfigFile[] = u"ResidentFlash2\\Data\\Config.ini";
 
-}  // namespace shell
+}  // namespace app

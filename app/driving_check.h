@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace shell {
+namespace app {
 
 // Consecutive seconds in each of the three states of the speed signal.
 struct BlockCounters {
@@ -20,4 +20,4 @@ struct BlockCounters {
 int driveOneSecond(std::int32_t speed, std::int32_t dmbSetting, BlockCounters& counters,
                    std::int32_t& drivingBlock);
 
-}  // namespace shell
+}  // namespace app
