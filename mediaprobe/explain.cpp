@@ -5,8 +5,8 @@
 #include <numeric>
 
 #include "mediaprobe/report.h"
-#include "probe/diagnostics.h"
 #include "probe/recognisers.h"
+#include "probe/record/diagnostics.h"
 
 namespace mediaprobe {
 namespace {

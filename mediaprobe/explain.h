@@ -4,7 +4,7 @@
 #include <string>
 
 #include "probe/media_info.h"
-#include "probe/read_window.h"
+#include "probe/read/read_window.h"
 
 namespace mediaprobe {
 

@@ -9,7 +9,7 @@
 #include "mediaprobe/host.h"
 #include "mediaprobe/options.h"
 #include "mediaprobe/report.h"
-#include "probe/diagnostics.h"
+#include "probe/record/diagnostics.h"
 
 namespace mediaprobe {
 namespace {

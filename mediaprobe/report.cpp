@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "platform/text.h"
-#include "probe/field_list.h"
+#include "probe/record/field_list.h"
 
 namespace mediaprobe {
 namespace {

@@ -1,6 +1,6 @@
 #include "probe/media_info.h"
 
-#include "probe/read_window.h"
+#include "probe/read/read_window.h"
 #include "probe/recognisers.h"
 
 namespace probe {

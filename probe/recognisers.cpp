@@ -2,16 +2,16 @@
 
 #include <array>
 
-#include "probe/ape.h"
-#include "probe/asf.h"
-#include "probe/flac.h"
-#include "probe/flv.h"
-#include "probe/image.h"
-#include "probe/mp4.h"
-#include "probe/mpegaudio.h"
-#include "probe/mpegps.h"
-#include "probe/ogg.h"
-#include "probe/riff.h"
+#include "probe/asf/asf.h"
+#include "probe/flv/flv.h"
+#include "probe/image/image.h"
+#include "probe/mp4/mp4.h"
+#include "probe/mpegaudio/ape.h"
+#include "probe/mpegaudio/flac.h"
+#include "probe/mpegaudio/mpegaudio.h"
+#include "probe/mpegps/mpegps.h"
+#include "probe/ogg/ogg.h"
+#include "probe/riff/riff.h"
 
 namespace probe {
 namespace {
@@ -37,7 +37,7 @@ std::span<const Recogniser> recognisers() {
     return kRecognisers;
 }
 
-const Recogniser* askRecognisers(MediaInfo& record, ReadWindow& file) {
+const Recogniser* askRecognisers(MediaRecord& record, ReadWindow& file) {
     for (const Recogniser& recogniser : kRecognisers) {
         if (recogniser.recognise(record, file) != 0) {
             return &recogniser;

@@ -5,15 +5,15 @@
 
 #include <span>
 
-#include "probe/media_info.h"
-#include "probe/read_window.h"
+#include "probe/read/read_window.h"
+#include "probe/record/media_record.h"
 
 namespace probe {
 
 struct Recogniser {
     const char* name;     // "RIFF: AVI and WAVE"
     const char* looksAt;  // what it decides by, for people
-    int (*recognise)(MediaInfo& record, ReadWindow& file);
+    int (*recognise)(MediaRecord& record, ReadWindow& file);
 };
 
 // All ten, in the order in which they are tried. The order is required: the MPEG audio scan would
@@ -21,6 +21,6 @@ struct Recogniser {
 std::span<const Recogniser> recognisers();
 
 // Asks them in turn: the one that claims the file, or null when none does.
-const Recogniser* askRecognisers(MediaInfo& record, ReadWindow& file);
+const Recogniser* askRecognisers(MediaRecord& record, ReadWindow& file);
 
 }  // namespace probe

@@ -19,8 +19,8 @@
 #include "others.h"
 #include "platform/file.h"
 #include "platform/text.h"
-#include "probe/diagnostics.h"
 #include "probe/media_info.h"
+#include "probe/record/diagnostics.h"
 
 namespace {
 

@@ -3,8 +3,9 @@
 #include <cstdlib>
 
 #include "platform/file.h"
-#include "probe/diagnostics.h"
+#include "probe/media_info.h"
 #include "probe/recognisers.h"
+#include "probe/record/diagnostics.h"
 
 namespace {
 

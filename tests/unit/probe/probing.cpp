@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "platform/text.h"
-#include "probe/diagnostics.h"
-#include "probe/field_list.h"
+#include "probe/record/diagnostics.h"
+#include "probe/record/field_list.h"
 
 namespace probe_test {
 namespace {

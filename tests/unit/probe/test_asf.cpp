@@ -1,7 +1,7 @@
 // ASF headers.
 #include "build_asf.h"
 #include "expectations.h"
-#include "probe/asf.h"
+#include "probe/asf/asf.h"
 
 namespace probe_test {
 namespace {

@@ -1,7 +1,7 @@
 // MPEG audio, FLAC and Monkey's Audio.
 #include "build_audio.h"
 #include "expectations.h"
-#include "probe/mpegaudio_header.h"
+#include "probe/codec/mpegaudio_header.h"
 
 namespace probe_test {
 namespace {

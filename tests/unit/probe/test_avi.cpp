@@ -1,7 +1,7 @@
 // AVI files: what hostile ones cost, and the values of the samples beside the plain ones.
 #include "build_riff.h"
 #include "expectations.h"
-#include "probe/riff.h"
+#include "probe/riff/riff.h"
 
 namespace probe_test {
 namespace {

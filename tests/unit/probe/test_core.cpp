@@ -4,12 +4,12 @@
 #include <array>
 #include <cstdio>
 
-#include "probe/bit_reader.h"
-#include "probe/block.h"
-#include "probe/byte_reader.h"
-#include "probe/diagnostics.h"
-#include "probe/four_cc.h"
+#include "probe/read/bit_reader.h"
+#include "probe/read/block.h"
+#include "probe/read/byte_reader.h"
+#include "probe/read/four_cc.h"
 #include "probe/recognisers.h"
+#include "probe/record/diagnostics.h"
 #include "probing.h"
 
 namespace probe_test {

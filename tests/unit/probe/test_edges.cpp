@@ -1,8 +1,8 @@
 // The values that single samples must give, worked out by hand.
 #include <gtest/gtest.h>
 
-#include "probe/four_cc.h"
-#include "probe/read_window.h"
+#include "probe/read/four_cc.h"
+#include "probe/read/read_window.h"
 #include "probing.h"
 
 namespace probe_test {

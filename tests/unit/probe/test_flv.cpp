@@ -1,7 +1,7 @@
 // Flash Video: script data, first tags, last time stamp.
 #include "build_flv.h"
 #include "expectations.h"
-#include "probe/flv_timestamp.h"
+#include "probe/flv/timestamp.h"
 
 namespace probe_test {
 namespace {

@@ -2,7 +2,7 @@
 #include "build_audio.h"
 #include "build_mpegps.h"
 #include "expectations.h"
-#include "probe/mpegps_pack.h"
+#include "probe/mpegps/pack.h"
 
 namespace probe_test {
 namespace {

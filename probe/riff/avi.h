@@ -1,0 +1,170 @@
+// The AVI reader: walks the chunks of a RIFF "AVI " file, reads its header lists and its index
+// (OpenDML standard indexes, or the older idx1) and finds the pixel aspect in the first picture.
+// Everything here lives for one probe. In this family bytes that the file does not hold are 0.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "probe/read/byte_reader.h"
+#include "probe/read/read_window.h"
+#include "probe/record/media_record.h"
+#include "probe/record/result.h"
+
+namespace probe {
+
+inline constexpr std::size_t kAviAudioStreams = 8;
+
+// An OpenDML super index; its entries stay in the header list's buffer.
+struct SuperIndex {
+    std::uint16_t longsPerEntry = 0;
+    std::uint8_t indexSubType = 0;
+    std::uint8_t indexType = 0;
+    std::uint32_t chunkId = 0;
+    std::uint32_t entryCount = 0;     // entries that can be read; 0 when none was found
+    std::uint64_t entryPosition = 0;  // of the first entry in the header list's buffer
+};
+
+struct BitmapInfoHeader {
+    std::uint32_t size = 0;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::uint32_t compression = 0;  // first letter highest
+};
+
+struct WaveFormat {
+    std::uint16_t formatTag = 0;
+    std::uint16_t channels = 0;
+    std::uint32_t samplesPerSec = 0;
+    std::uint32_t avgBytesPerSec = 0;
+};
+
+struct VideoSlot {
+    BitmapInfoHeader format;
+    SuperIndex index;
+};
+
+struct AudioSlot {
+    WaveFormat format;
+    SuperIndex index;
+};
+
+// What the "hdrl" list says.
+struct AviHeader {
+    std::uint32_t microSecPerFrame = 0;  // dwMicroSecPerFrame of "avih"
+    VideoSlot video;
+    std::array<AudioSlot, kAviAudioStreams> audio;
+    std::uint32_t videoCount = 0;  // 0 or 1
+    std::uint32_t audioCount = 0;  // 0 to 8
+    bool superIndexSeen = false;
+};
+
+// What the index says about the video stream. Of the chunk offsets only the first is kept: the
+// rest, and all of the audio streams' entries, would be read to be thrown away.
+struct AviIndex {
+    std::uint64_t frameCount = 0;      // as counted; with OpenDML, as the index headers declare
+    std::uint64_t entryCount = 0;      // video entries met
+    std::uint32_t videoBytes = 0;      // sum of their sizes, modulo 2^32
+    std::int64_t firstVideoChunk = 0;  // file position of the first one's chunk header
+};
+
+struct AviReader {
+    AviReader(ReadWindow& window, std::uint64_t fileSize)
+        : file(window), end(fileSize), asideLeft(fileSize + kAsideAlways) {}
+
+    ReadWindow& file;
+    std::uint64_t position = 0;
+    std::uint64_t end;  // size of the file
+    bool moviSeen = false;
+    std::uint64_t moviStart = 0;  // file position of the first "movi" list's type word
+    AviHeader header;
+    AviIndex index;
+    bool hasIndex = false;
+    // Bytes that may still be read apart from the walk over the top-level chunks: standard indexes
+    // and the rest of a large header list. Super indexes lead anywhere, and every header list has
+    // its own, so that a hostile file could have the same index read without end. A sound file's
+    // entries are at most half of it: each has 8 bytes, as has the header of its chunk.
+    std::uint64_t asideLeft;
+
+    // Fills `out` from `offset`, with 0 where the file has ended. kFail when a seek or a read
+    // failed; a position whose low 32 bits are all ones cannot be told from a failed seek.
+    [[nodiscard]] Result read(std::uint64_t offset, std::span<std::uint8_t> out) const;
+    // The same apart from the walk. kFail too when that is used up.
+    [[nodiscard]] Result readAside(std::uint64_t offset, std::span<std::uint8_t> out);
+    // Takes `bytes` of what may be read apart from the walk; false, and nothing is left, when it
+    // is more than that.
+    [[nodiscard]] bool takeAside(std::uint64_t bytes);
+
+private:
+    static constexpr std::uint64_t kAsideAlways = 512 << 10;
+    // Whether a seek to `offset` could be told from a failed one.
+    static bool canSeek(std::uint64_t offset);
+};
+
+// The payload of a header list. Its first bytes are held in memory; a list that is larger than any
+// real one is read on through a window of its own. Bytes beyond what the file holds are 0.
+class ListBytes {
+public:
+    // A list of `size` bytes at `start`, of which `available` lie within the file and `first` are
+    // in memory.
+    ListBytes(AviReader& reader, std::uint64_t start, std::uint64_t available,
+              std::span<const std::uint8_t> first)
+        : reader_(reader),
+          start_(start),
+          available_(available),
+          first_(first),
+          rest_(reader.file.file(), reader.file.counts()) {}
+
+    // Bytes that the file holds of the list.
+    std::uint64_t available() const { return available_; }
+    // Whether a read of the rest failed or was one too many; what was read since is 0.
+    bool failed() const { return failed_; }
+
+    std::uint8_t u8(std::uint64_t at) const { return bytesAt<1>(at)[0]; }
+    std::uint16_t le16(std::uint64_t at) const { return probe::le16(bytesAt<2>(at).data()); }
+    std::uint32_t le32(std::uint64_t at) const { return probe::le32(bytesAt<4>(at).data()); }
+    std::uint64_t le64(std::uint64_t at) const { return probe::le64(bytesAt<8>(at).data()); }
+    // First letter highest.
+    std::uint32_t fourcc(std::uint64_t at) const { return be32(bytesAt<4>(at).data()); }
+
+private:
+    template <std::size_t kCount>
+    std::array<std::uint8_t, kCount> bytesAt(std::uint64_t at) const {
+        std::array<std::uint8_t, kCount> bytes = {};
+        if (at + kCount <= first_.size()) {
+            std::copy_n(first_.begin() + static_cast<std::ptrdiff_t>(at), kCount, bytes.begin());
+        } else if (at < available_) {
+            readRest(at, bytes);
+        }
+        return bytes;
+    }
+    void readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const;
+
+    AviReader& reader_;
+    std::uint64_t start_;
+    std::uint64_t available_;
+    std::span<const std::uint8_t> first_;
+    mutable ReadWindow rest_;
+    mutable bool failed_ = false;
+};
+
+// Walks the top-level chunks from offset 12.
+[[nodiscard]] Result ReadAviHeaders(AviReader& reader);
+// Parses the "hdrl" list whose `size` bytes begin with the type word at `start`.
+[[nodiscard]] Result ParseHdrl(AviReader& reader, std::uint64_t start, std::uint32_t size);
+// Parses a stream list: `listBytes` bytes behind the type word "strl", from `at` in the buffer.
+[[nodiscard]] Result ParseStrl(AviReader& reader, const ListBytes& bytes, std::uint64_t at,
+                               std::int64_t listBytes);
+// Reads the standard indexes that the super indexes point to. kFail too when they are read more
+// often than a sound file needs.
+[[nodiscard]] Result ReadOdmlIndexes(AviReader& reader, const ListBytes& bytes);
+// Reads the `size` bytes of an "idx1" chunk that begin at `start`.
+[[nodiscard]] Result ReadIdx1(AviReader& reader, std::uint64_t start, std::uint32_t size);
+
+// All of it: fills the record when everything that it needs could be read, and leaves it alone
+// otherwise.
+Result parseAvi(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record);
+
+}  // namespace probe
