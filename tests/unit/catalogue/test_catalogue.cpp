@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -207,6 +208,63 @@ TEST(Listing, ManyEntriesKeepTheirOrder) {
     EXPECT_EQ(platform::toUtf8(path), "\\USB\\17919.avi");
 }
 
+TEST(Listing, IsEmptyAfterClear) {
+    offered = {{u"clip.avi", kFile}, {u"sub", kFolder}};
+    FolderListing listing;
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    listing.Clear();
+    EXPECT_EQ(listing.GetFileCount(), 0);
+    EXPECT_EQ(listing.GetFolderCount(), 0);
+    EXPECT_EQ(listing.GetPageCount(), 0);
+    PathBuffer text = {u'x'};
+    EXPECT_EQ(listing.GetPath(text), 0);
+    EXPECT_EQ(std::u16string_view(text), u"");
+    text[0] = u'x';
+    EXPECT_EQ(listing.GetFolderPath(0, text), 0);
+    EXPECT_EQ(std::u16string_view(text), u"");
+    EXPECT_EQ(listing.GetFileName(0, text), 0);
+}
+
+TEST(Listing, ReplacesWhatWasListedBefore) {
+    offered = {{u"clip.avi", kFile}, {u"sub", kFolder}};
+    FolderListing listing;
+    listing.OpenListing(u"\\USB", Order::FileSystem, walkOffered);
+    listing.OpenListing(u"\\USB2", Order::FileSystem, walkOffered);
+    EXPECT_EQ(filesOf(listing), Paths{"\\USB2\\clip.avi"});
+    EXPECT_EQ(foldersOf(listing), Paths{"\\USB2\\sub"});
+    offered.clear();
+    listing.OpenListing(u"\\USB3", Order::FileSystem, walkOffered);
+    EXPECT_EQ(listing.GetPageCount(), 0);
+    PathBuffer path;
+    EXPECT_EQ(listing.GetPath(path), 1);
+    EXPECT_EQ(std::u16string_view(path), u"\\USB3");
+}
+
+TEST(Paths, AreCopiedAndComparedWhole) {
+    PathBuffer a, b;
+    std::fill(std::begin(a), std::end(a), u'x');
+    catalogue::copyPath(a, u"\\USB");
+    for (std::size_t i = 4; i < std::size(a); ++i) {
+        EXPECT_EQ(a[i], u'\0') << i;
+    }
+    catalogue::copyPath(b, a);
+    EXPECT_TRUE(catalogue::samePath(a, b));
+    b[259] = u'x';  // whole buffers are compared
+    EXPECT_FALSE(catalogue::samePath(a, b));
+    catalogue::copyPath(a, std::u16string(400, u'y').c_str());
+    EXPECT_EQ(std::u16string_view(a), std::u16string(259, u'y'));
+    catalogue::copyPath(a, a + 257);  // from within itself
+    EXPECT_EQ(std::u16string_view(a), u"yy");
+    EXPECT_EQ(a[258], u'\0');
+}
+
+TEST(Paths, EndInTheirLastComponent) {
+    EXPECT_EQ(std::u16string_view(catalogue::lastComponent(u"\\USB\\a.avi")), u"a.avi");
+    EXPECT_EQ(std::u16string_view(catalogue::lastComponent(u"\\USB")), u"USB");
+    EXPECT_EQ(std::u16string_view(catalogue::lastComponent(u"a.avi")), u"a.avi");
+    EXPECT_EQ(std::u16string_view(catalogue::lastComponent(u"\\USB\\")), u"");
+}
+
 class Catalogue : public test::UnitFolder {
 protected:
     catalogue::CatalogueFields fields_;
@@ -286,6 +344,117 @@ TEST_F(Catalogue, RelistingKeepsThePageThatIsStillThere) {
     EXPECT_EQ(fields_.browsePage, 0);
 }
 
+TEST_F(Catalogue, RelistingShowsTheLastPageThereIs) {
+    offered.assign(20, {u"a.avi", kFile});
+    makeFolder("USB");
+    catalogue::ListBrowseFolder(fields_, u"\\USB", walkOffered);
+    EXPECT_EQ(fields_.browseFileCount, 20);
+    EXPECT_EQ(fields_.browsePageCount, 3);
+    struct Case {
+        std::size_t entries;
+        std::int32_t page, pageAfter;
+    };
+    for (const Case& c :
+         {Case{20, 2, 2}, {20, 3, 2}, {20, -1, 0}, {20, 1, 1}, {16, 2, 1}, {8, 2, 0}, {0, 2, 0}}) {
+        offered.assign(c.entries, {u"a.avi", kFile});
+        fields_.browsePage = c.page;
+        catalogue::RelistBrowseFolder(fields_, walkOffered);
+        EXPECT_EQ(fields_.browsePage, c.pageAfter) << c.entries << " entries, page " << c.page;
+    }
+}
+
+TEST_F(Catalogue, ListsByNameInConnectModeAlone) {
+    makeFolder("USB");
+    offered = {{u"B.avi", kFile}, {u"b", kFolder}, {u"A.avi", kFile}, {u"a", kFolder}};
+    EXPECT_EQ(catalogue::ListPlayFolder(fields_, u"\\USB", walkOffered), 2);
+    EXPECT_EQ(fields_.playFileCount, 2);
+    EXPECT_EQ(fields_.fileCount, 2);
+    EXPECT_EQ(filesOf(fields_.playListing), (Paths{"\\USB\\B.avi", "\\USB\\A.avi"}));
+    fields_.connectMode = 1;
+    catalogue::ListPlayFolder(fields_, u"\\USB", walkOffered);
+    EXPECT_EQ(filesOf(fields_.playListing), (Paths{"\\USB\\A.avi", "\\USB\\B.avi"}));
+    catalogue::ListBrowseFolder(fields_, u"\\USB", walkOffered);
+    EXPECT_EQ(foldersOf(fields_.browseListing), (Paths{"\\USB\\a", "\\USB\\b"}));
+    EXPECT_EQ(fields_.browseFileCount, 2);
+    EXPECT_EQ(fields_.browseFolderCount, 2);
+    EXPECT_EQ(fields_.browsePageCount, 1);
+}
+
+TEST_F(Catalogue, AFileIsNoFolderToList) {
+    put("USB/a.avi");
+    EXPECT_EQ(catalogue::ListPlayFolder(fields_, u"\\USB"), 1);
+    EXPECT_EQ(catalogue::ListPlayFolder(fields_, u"\\USB\\a.avi"), 0);
+    EXPECT_EQ(fields_.playFolderPath[0], u'\0');
+}
+
+TEST_F(Catalogue, TellsWhetherThePlayFolderIsBrowsed) {
+    makeFolder("USB");
+    makeFolder("USB2");
+    EXPECT_TRUE(catalogue::browsesPlayFolder(fields_));  // both at the root
+    catalogue::ListBrowseFolder(fields_, u"\\USB");
+    EXPECT_FALSE(catalogue::browsesPlayFolder(fields_));
+    catalogue::ListPlayFolder(fields_, u"\\USB");
+    EXPECT_TRUE(catalogue::browsesPlayFolder(fields_));
+    catalogue::ListPlayFolder(fields_, u"\\USB2");
+    EXPECT_FALSE(catalogue::browsesPlayFolder(fields_));
+}
+
+TEST_F(Catalogue, ConnectModeGoesUpToTheTopLevelFolder) {
+    put("USB/trip/a.avi");
+    fields_.connectMode = 1;
+    catalogue::ListBrowseFolder(fields_, u"\\USB\\trip");
+    fields_.browsePage = 2;
+    catalogue::BrowseParent(fields_);
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"\\USB");
+    EXPECT_EQ(fields_.browsePage, 0);
+    fields_.connectMode = 0;
+    fields_.browsePage = 2;
+    catalogue::BrowseParent(fields_);
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"ROOT");
+    EXPECT_EQ(fields_.browsePage, 0);
+}
+
+int walks = 0;
+
+bool walkCounted(const char16_t* folder, platform::EntryVisitor visitor, void* context) {
+    ++walks;
+    return walkOffered(folder, visitor, context);
+}
+
+TEST_F(Catalogue, ChoosingAFileListsOnlyWhatDiffers) {
+    makeFolder("USB");
+    offered.assign(2, {u"a.avi", kFile});
+    catalogue::ListPlayFolder(fields_, u"\\USB", walkOffered);
+    catalogue::ListBrowseFolder(fields_, u"\\USB", walkOffered);
+    walks = 0;
+    catalogue::SelectBrowseFile(fields_, 1, walkCounted);
+    EXPECT_EQ(walks, 0);
+    EXPECT_EQ(fields_.playIndex, 1);
+    catalogue::SelectBrowseFile(fields_, 0, walkCounted);
+    EXPECT_EQ(fields_.playIndex, 0);
+    fields_.playIndex = 1;
+    catalogue::SelectBrowseFile(fields_, -1, walkCounted);
+    EXPECT_EQ(fields_.playIndex, 1);
+    offered.assign(3, {u"a.avi", kFile});  // one more on the card
+    catalogue::RelistBrowseFolder(fields_, walkOffered);
+    catalogue::SelectBrowseFile(fields_, 2, walkCounted);
+    EXPECT_EQ(walks, 1);
+    EXPECT_EQ(fields_.playFileCount, 3);
+    EXPECT_EQ(fields_.playIndex, 2);
+}
+
+TEST_F(Catalogue, NothingIsListedBeforeTheFirstFolder) {
+    EXPECT_EQ(fields_.connectMode, 0);
+    EXPECT_EQ(fields_.fileCount, 0);
+    EXPECT_EQ(fields_.browsePage, 0);
+    EXPECT_EQ(fields_.browseFileCount, 0);
+    EXPECT_EQ(fields_.browseFolderCount, 0);
+    EXPECT_EQ(fields_.browsePageCount, 0);
+    EXPECT_EQ(fields_.playListing.GetPageCount(), 0);
+    EXPECT_EQ(std::u16string_view(fields_.connectPath), u"");
+    EXPECT_EQ(std::u16string_view(fields_.browseFolderPath), u"");
+}
+
 TEST(Volumes, FirstComponentDecides) {
     using catalogue::liesOnVolume;
     EXPECT_TRUE(liesOnVolume(u"\\USB\\a", u"USB"));
@@ -307,6 +476,9 @@ TEST(Camera, IsToldByTheNamesEnd) {
         {u"\\USB\\20261121_081500_R.mp4", catalogue::kRearCamera, u"\\USB\\20261121_081500_F.mp4"},
         {u"\\USB\\x_f.avi", catalogue::kFrontCamera, u"\\USB\\x_r.avi"},
         {u"\\USB\\x_r.AVI", catalogue::kRearCamera, u"\\USB\\x_f.AVI"},
+        {u"_F.avi", catalogue::kFrontCamera, u"_R.avi"},
+        {u"F.avi", catalogue::kUnknownCamera, u""},
+        {u"\\USB\\x_F.2.avi", catalogue::kUnknownCamera, u""},
         {u"\\USB\\xR.avi", catalogue::kUnknownCamera, u""},
         {u"\\USB\\x_Q.avi", catalogue::kUnknownCamera, u""},
         {u"\\USB\\x_F", catalogue::kUnknownCamera, u""},

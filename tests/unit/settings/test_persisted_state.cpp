@@ -83,9 +83,21 @@ TEST_F(MovieDat, LongerIsReadForItsFirstBytes) {
 TEST_F(MovieDat, MissingGivesDefaultsAndMakesItsFolder) {
     PersistedState state = sample();
     EXPECT_EQ(settings::readPersistedState(state), 0);
+    EXPECT_EQ(bytes(state), bytes(PersistedState{}));
+    EXPECT_TRUE(exists("ResidentFlash2/Data"));
+}
+
+TEST(MovieDatDefaults, AreThoseOfAFirstStart) {
+    const PersistedState state;
     EXPECT_EQ(state.playState, 0);
     EXPECT_EQ(state.volume, 5);
-    EXPECT_TRUE(exists("ResidentFlash2/Data"));
+    EXPECT_EQ(state.fileIndex, 0);
+    EXPECT_EQ(state.reserved, 0);
+    EXPECT_EQ(state.position, 0.0);
+    EXPECT_EQ(state.endTime, 0.0);
+    const std::u16string_view folder(state.folder, 260), file(state.file, 260);
+    EXPECT_EQ(folder, std::u16string(260, u'\0'));
+    EXPECT_EQ(file, std::u16string(260, u'\0'));
 }
 
 TEST_F(MovieDat, WriteErrorsAreIgnored) {
@@ -108,6 +120,10 @@ TEST(MovieDatRepair, PutsWhatIsOutOfRangeToItsDefault) {
         {"edges", 2, 10, 0, 60, 60, 2, 10, 0, 60, 60},
         {"above", 3, 11, 4, 61, 60, 0, 5, 4, 0, 60},
         {"below", -1, -1, -1, 0, -1, 0, 5, 0, 0, 0},
+        {"half a second", 1, 5, 0, 0.5, 0.75, 1, 5, 0, 0.5, 0.75},
+        {"just before the beginning", 1, 5, 0, -0.25, 60, 1, 5, 0, 0, 60},
+        {"just behind the end", 1, 5, 0, 60.25, 60, 1, 5, 0, 0, 60},
+        {"just below no time", 1, 5, 0, 0, -0.25, 1, 5, 0, 0, 0},
         {"position behind a repaired end", 1, 5, 0, 5, -1, 1, 5, 0, 0, 0},
         {"120 s of 60 s", 1, 5, 0, 120, 60, 1, 5, 0, 0, 60},
         {"no numbers", 1, 5, 0, kNan, kNan, 1, 5, 0, 0, 0},
