@@ -6,7 +6,8 @@ run_packages="g++ cmake make g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-n
  gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev librsvg2-bin libcli11-dev
  nlohmann-json3-dev"
 # To test it.
-test_packages="$run_packages clang clang-format libclang-rt-14-dev libbenchmark-dev"
+test_packages="$run_packages clang clang-format clang-tidy cppcheck shellcheck
+ libclang-rt-14-dev libbenchmark-dev"
 
 say() { echo "$name: $*"; }
 die() { echo "$name: $*" >&2; exit 1; }

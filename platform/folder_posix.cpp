@@ -11,12 +11,14 @@
 namespace platform {
 
 bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context) {
-    const std::string path = hostPath(folder);
+    const std::string path = hostPath(folder) + "/";
     DIR* const directory = opendir(path.c_str());
     if (directory == nullptr) {
         return false;
     }
     bool any = false;
+    // The stream is this call's own.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
     while (const dirent* const entry = readdir(directory)) {
         const std::string name = entry->d_name;
         if (name == "." || name == "..") {
@@ -24,8 +26,7 @@ bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context) {
         }
         any = true;
         struct stat status {};
-        const bool isFolder =
-            stat((path + "/" + name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+        const bool isFolder = stat((path + name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
         if (!visitor(context, fromHostPath(name).c_str(),
                      isFolder ? EntryKind::Folder : EntryKind::File)) {
             break;

@@ -16,12 +16,12 @@ fc-list 'NanumGothic:bold' family | grep -q . || fail "NanumGothic is missing: i
 
 # Nothing to do when every bitmap is there and nothing here is newer than the last rendering.
 stamp=$out/.built
-complete() {
+is_complete() {
     grep -v '^#' "$here/manifest.txt" | while read -r set file rest; do
         [ -f "$out/$set/$file" ] || exit 1
     done
 }
-if [ -f "$stamp" ] && [ -z "$(find "$here" -type f -newer "$stamp")" ] && complete; then
+if [ -f "$stamp" ] && [ -z "$(find "$here" -type f -newer "$stamp")" ] && is_complete; then
     exit 0
 fi
 
@@ -62,6 +62,7 @@ awk '{ print $6, $7 }' "$work/lines" | sort -u >"$work/sheets"
 while read -r drawing styles; do
     sheet "$drawing" "$styles"
     set -f
+    # shellcheck disable=SC2046  # words
     (cd "$out" && "$convert" "$work/$drawing-$styles.png" $(cuts "$drawing" "$styles") null:)
     set +f
 done <"$work/sheets"

@@ -41,7 +41,7 @@ judge() {
 grep -v '^#' "$here/manifest.txt" | (
     total=0
     wrong=0
-    while read -r set file width height paint source place screens role; do
+    while read -r set file width height _ _ _ screens role; do
         total=$((total + 1))
         path=$dir/$set/$file
         if [ ! -f "$path" ]; then

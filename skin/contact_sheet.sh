@@ -17,7 +17,7 @@ colour() { sed -n "s/^$1  *\(#[0-9A-F]*\).*/\1/p" "$here/palette.txt"; }
 line() { awk -v f="$1" '$1 "/" $2 == f { print $3, $4, $5, $7 }' "$here/manifest.txt"; }
 
 # Smallest files: no alpha, strongest compression, no dates (a picture changes only with the skin).
-packed=(-alpha off -depth 8 -define png:compression-level=9 -define png:exclude-chunks=date,time)
+packed=(-alpha off -depth 8 -define png:compression-level=9 -define "png:exclude-chunks=date,time")
 
 args=()
 start() { args=(-size "$1" "xc:$(colour night)"); }

@@ -42,8 +42,8 @@ rendering() {
 # Magenta stands in keyed bitmaps only, and no pixel there mixes with it; the colour that the video
 # layer shows through (0xF800F8) stands nowhere.
 keys() {
-    local set file width height paint rest all mixed
-    while read -r set file width height paint rest; do
+    local set file paint rest all mixed
+    while read -r set file _ _ paint rest; do
         all=$(colours "$skin/$set/$file")
         if [ "$paint" = key ]; then
             grep -q '#FF00FF' <<<"$all"
@@ -110,7 +110,7 @@ heldFaces() {
 
 # same A B CROP: the bitmap B equals the part CROP of the bitmap A.
 same() {
-    [ "$("$convert" "$skin/$1" -crop "$3" +repage "$skin/$2" -metric AE -format %[distortion] \
+    [ "$("$convert" "$skin/$1" -crop "$3" +repage "$skin/$2" -metric AE -format '%[distortion]' \
         -compare info:)" = 0 ]
     ok "$2 is the part $3 of $1" $?
 }

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kNameBytes = 64;
 constexpr std::size_t kNameLimit = 32;  // names of this many bytes and more are passed over
-constexpr std::size_t kKeptBytes = (kTextLength - 1) * 2;
+constexpr std::size_t kKeptBytes = (kTextLength - 1) * std::size_t{2};
 
 // Value types of an attribute; 1 is a byte array, 2 a boolean.
 enum ValueType : std::uint16_t { Text = 0, Number32 = 3, Number64 = 4, Number16 = 5 };

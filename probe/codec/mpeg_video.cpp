@@ -59,6 +59,7 @@ void SequenceFinder::feed(std::span<const std::uint8_t> bytes) {
 // Width 12, height 12, aspect 4, frame rate 4, bit rate 18, marker 1, buffer size 10, constrained
 // 1, then a bit and 64 bytes for each of two matrices where the bit is set.
 bool SequenceFinder::read(VideoSequence& sequence) const {
+    constexpr std::size_t kMatrixBits = 512;
     if (count_ < kFixedBytes) {
         return false;
     }
@@ -69,10 +70,10 @@ bool SequenceFinder::read(VideoSequence& sequence) const {
     const std::uint32_t rateCode = bits.bits(4), bitRate = bits.bits(18);
     bits.skip(1 + 10 + 1);
     if (bits.flag()) {
-        bits.skip(64 * 8);
+        bits.skip(kMatrixBits);
     }
     if (bits.flag()) {
-        bits.skip(64 * 8);
+        bits.skip(kMatrixBits);
     }
     const Extension extension = readExtension(gathered.subspan(bits.bitPosition() / 8));
     sequence.width = extension.width << 12 | width;

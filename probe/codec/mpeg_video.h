@@ -31,7 +31,7 @@ public:
 
 private:
     static constexpr std::size_t kFixedBytes = 8;  // behind the start code
-    static constexpr std::size_t kMatrixBytes = 2 * 64;
+    static constexpr std::size_t kMatrixBytes = std::size_t{2} * 64;
     static constexpr std::size_t kExtensionBytes = 10;  // start code included
 
     std::array<std::uint8_t, kFixedBytes + kMatrixBytes + kExtensionBytes> header_{};

@@ -16,7 +16,7 @@ constexpr std::uint32_t kUtf8Version = 2000;  // values are UTF-8 from this vers
 
 // No more of a value is converted: a field holds 127 UTF-16 units, each of at most three bytes
 // of UTF-8.
-constexpr std::size_t kLongestValue = 3 * kTextLength;
+constexpr std::size_t kLongestValue = std::size_t{3} * kTextLength;
 
 struct ItemRow {
     std::string_view key;

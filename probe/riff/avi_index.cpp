@@ -210,7 +210,7 @@ Result ReadIdx1(AviReader& reader, std::uint64_t start, std::uint32_t size) {
     AviIndex& index = reader.index;
     std::uint32_t firstVideo = 0;
     const std::uint64_t left = reader.end > start ? reader.end - start : 0;
-    const std::uint64_t whole = size / kIdx1Entry * kIdx1Entry;
+    const std::uint64_t whole = std::uint64_t{size} / kIdx1Entry * kIdx1Entry;
     const std::uint64_t held = std::min(whole, left / kIdx1Entry * kIdx1Entry);
     for (std::uint64_t done = 0; done < held;) {
         std::span<const std::uint8_t> block;

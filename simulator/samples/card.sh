@@ -5,7 +5,10 @@
 # camera would have closed it, so that the order in which a FAT card lists them is that of the drive.
 # usage: card.sh DIR [FILES]     FILES: number of recordings in the drive's folder, default 20
 set -eu
-[ $# -ge 1 ] && [ $# -le 2 ] || { echo "usage: card.sh DIR [FILES]" >&2; exit 2; }
+if [ $# -lt 1 ] || [ $# -gt 2 ]; then
+    echo "usage: card.sh DIR [FILES]" >&2
+    exit 2
+fi
 here=$(cd "$(dirname "$0")" && pwd)
 card=$1
 files=${2:-20}
@@ -34,6 +37,7 @@ rear=$clips/rear.avi
 
 mkdir -p "$card"
 room=$(df -Pk "$card" | awk 'NR == 2 { print $4 }')
+# shellcheck disable=SC2017  # whole KiB are near enough
 wanted=$(($(stat -c %s "$front") / 1024 * (files + 2) + 40000))
 [ "$room" -gt "$wanted" ] ||
     { echo "card: $files recordings take $((wanted / 1024)) MB, $card has $((room / 1024)) MB" >&2

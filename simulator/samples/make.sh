@@ -5,7 +5,10 @@
 # are copied into that folder, where nothing that is there already is touched.
 # Each shows a running clock and a moving pattern and beeps once a second.
 set -eu
-[ $# -ge 1 ] && [ $# -le 2 ] || { echo "usage: make.sh SAMPLES [DEVICE]" >&2; exit 2; }
+if [ $# -lt 1 ] || [ $# -gt 2 ]; then
+    echo "usage: make.sh SAMPLES [DEVICE]" >&2
+    exit 2
+fi
 samples=$1
 face=/usr/share/fonts/truetype/nanum/NanumGothicBold.ttf
 command -v ffmpeg >/dev/null || { echo "samples: ffmpeg is missing: apt-get install ffmpeg" >&2; exit 1; }

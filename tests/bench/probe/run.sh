@@ -45,7 +45,7 @@ rm -rf $five
 mkdir -p $five
 n=0
 while [ $n -lt 500 ]; do
-    for file in $media/*.*; do
+    for file in "$media"/*.*; do
         [ $n -lt 500 ] || break
         ln "$file" "$five/$n.${file##*.}"
         n=$((n + 1))

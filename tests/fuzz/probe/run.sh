@@ -17,11 +17,12 @@ for target; do
     cmake --build out/build/fuzz --target "fuzz_probe_$target" >/dev/null
     mkdir -p "out/fuzz/$target/corpus"
     dictionary=tests/fuzz/probe/dictionaries/$target.dict
+    if [ -e "$dictionary" ]; then dictionary=-dict=$dictionary; else dictionary=; fi
     status=0
     nice -n 15 "out/build/fuzz/tests/fuzz/probe/fuzz_probe_$target" \
         -max_total_time="$seconds" -max_len=600000 -timeout=10 -rss_limit_mb=1024 \
         -print_final_stats=1 -artifact_prefix="out/fuzz/$target/" \
-        $([ -e "$dictionary" ] && echo "-dict=$dictionary") \
+        $dictionary \
         "out/fuzz/$target/corpus" out/fuzz/seeds >"out/fuzz/$target/log.txt" 2>&1 || status=$?
     printf '%-10s %12s executions, coverage %s, status %s\n' "$target" \
         "$(sed -n 's/^stat::number_of_executed_units: *//p' "out/fuzz/$target/log.txt")" \

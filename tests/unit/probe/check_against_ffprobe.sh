@@ -23,6 +23,7 @@ LIST
 }
 
 # field JSON NAME
+# shellcheck disable=SC2001  # an expression
 field() { sed "s/.*\"$2\": \\([0-9-]*\\).*/\\1/" <<<"$1"; }
 # stream FILE v|a ENTRY
 stream() {

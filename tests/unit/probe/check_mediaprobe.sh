@@ -160,6 +160,7 @@ expect "--explain of a missing file" 2 "$(status --explain missing.avi)"
 # Hostile sizes in sparse files of 300 MiB: the memory stays small, whatever they declare.
 # hostile NAME BYTES: a file that begins with the bytes (printf escapes)
 hostile() {
+    # shellcheck disable=SC2059  # the bytes as printf's escapes
     printf "$2" >"$1"
     truncate -s 300M "$1"
 }
@@ -172,6 +173,7 @@ little list.avi 1
 cp all/avi_idx1_before_movi picture.avi
 patch_size() { # what the four letters of a chunk or list type are found by, bytes, their place
     at=$(($(grep -abo "$1" picture.avi | tail -1 | cut -d: -f1) + $3))
+    # shellcheck disable=SC2059  # the bytes as printf's escapes
     printf "$2" | dd of=picture.avi bs=1 seek=$at conv=notrunc 2>dd.txt
 }
 patch_size movi '\xff\xff\xff\x7f' -4

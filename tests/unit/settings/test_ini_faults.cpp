@@ -83,9 +83,10 @@ TextReader::~TextReader() {
     }
 }
 
+// A byte above 0x7F is a character above 0xFF with its seven low bits.
 bool TextReader::next(char16_t& character) {
     const int read = std::fgetc(file_);
-    character = static_cast<char16_t>(read);
+    character = static_cast<char16_t>(read < 0x80 ? read : 0x100 + (read & 0x7F));
     return read != EOF;
 }
 
@@ -143,6 +144,13 @@ TEST(IniFaults, NothingOfOtherProgramsIsLost) {
         EXPECT_EQ(settings::writeIniInt(u"MISC", u"DMB", 3, u"Config.ini"), c.result) << c.name;
         EXPECT_TRUE(storage.written == c.written) << c.name;
     }
+}
+
+TEST(IniFaults, OnlyAsciiDigitsCount) {
+    storage = {.bytes = "[MISC]\nDMB=\xB1\n"};  // U+0131, whose low byte is that of "1"
+    EXPECT_EQ(settings::readIniInt(u"MISC", u"DMB", 8, u"Config.ini"), 0);
+    storage = {.bytes = "[MISC]\nDMB=7\xB1\n"};
+    EXPECT_EQ(settings::readIniInt(u"MISC", u"DMB", 8, u"Config.ini"), 7);
 }
 
 TEST(IniFaults, WhatCannotBeReadGivesTheFallback) {

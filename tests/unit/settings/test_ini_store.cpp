@@ -58,6 +58,7 @@ TEST_F(IniStore, ReadsWhatTheMachineFinds) {
         {"beyond 32 bits", "[MISC]\nDMB=99999999999\n", 2147483647},
         {"comment line", ";[MISC]\nDMB=1\n", kFallback},
         {"comment in the section", "[MISC]\n;DMB=9\nDMB=1\n", 1},
+        {"comment without an equals sign", "[MISC]\n;note\nDMB=1\n", 1},
         {"text behind the section header is skipped", "[MISC] DMB=9\nDMB=1\n", 1},
         {"bracket inside a line outside the section opens a name", "x[MISC]\nDMB=6\n", 6},
         {"other section first", "[Sound]\nMUTE=1\n[MISC]\nDMB=8\n", 8},
@@ -81,6 +82,14 @@ TEST_F(IniStore, NamesAndValuesAreCutAt127Characters) {
     const std::string name(127, 'k'), tail(40, 'x');
     const std::u16string key(200, u'k');
     EXPECT_EQ(read("[MISC]\n" + name + tail + "=3\n", u"MISC", key.c_str()), 3);
+    // The last character that counts, and the first that does not.
+    const std::string inKey(126, 'k');
+    const std::u16string other = std::u16string(126, u'k') + u"b";
+    EXPECT_EQ(read("[MISC]\n" + inKey + "a=4\n", u"MISC", other.c_str()), kFallback);
+    EXPECT_EQ(read("[MISC]\n" + inKey + "bc=4\n", u"MISC", (other + u"d").c_str()), 4);
+    EXPECT_EQ(read("[" + inKey + "a]\nDMB=5\n", other.c_str()), kFallback);
+    EXPECT_EQ(read("[" + inKey + "bc]\nDMB=5\n", (other + u"d").c_str()), 5);
+    EXPECT_EQ(read("[MISC]\nDMB=" + std::string(126, '0') + "78\n"), 7);
     EXPECT_EQ(read("[MISC]\nDMB=7" + std::string(500, ' ') + "\n"), 7);
 }
 

@@ -87,6 +87,14 @@ TEST_F(MovieDat, MissingGivesDefaultsAndMakesItsFolder) {
     EXPECT_TRUE(exists("ResidentFlash2/Data"));
 }
 
+TEST(MovieDatDefaults, NumbersAreThoseOfTheFile) {
+    EXPECT_EQ(settings::kStopped, 0);
+    EXPECT_EQ(settings::kPlaying, 1);
+    EXPECT_EQ(settings::kPaused, 2);
+    EXPECT_EQ(settings::kDefaultVolume, 5);
+    EXPECT_EQ(settings::kLoudestVolume, 10);
+}
+
 TEST(MovieDatDefaults, AreThoseOfAFirstStart) {
     const PersistedState state;
     EXPECT_EQ(state.playState, 0);
