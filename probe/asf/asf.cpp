@@ -72,19 +72,17 @@ Result AsfFillInfo(AsfReader& reader, MediaRecord& record, std::uint32_t headerS
 }
 
 int AsfRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kHeadBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kHeadBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kHeadBytes, kHeadBytes, head)) {
         return decline(why);
     }
-    if (!std::ranges::equal(kHeaderObject, std::span(head).first<16>())) {
+    if (!std::ranges::equal(kHeaderObject, head.bytes.first<16>())) {
         return decline("does not begin with the GUID of the Header Object");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
-    AsfReader reader{.file = file, .fileSize = fileSize};
+    record.setFileSize(head.fileSize);
+    AsfReader reader{.file = file, .fileSize = head.fileSize};
     // Required: a damaged header leaves the record with its size alone, the status too.
-    static_cast<void>(AsfFillInfo(reader, record, le32(&head[16])));
+    static_cast<void>(AsfFillInfo(reader, record, le32(&head.bytes[16])));
     return 1;
 }
 

@@ -201,7 +201,7 @@ bool takeAsfStep(AsfReader& reader) {
 }
 
 Result AsfReadHeader(AsfReader& reader) {
-    if (!blockFits(reader.headerSize, reader.fileSize)) {
+    if (!canAllocate(reader.headerSize)) {
         return kOutOfMemory;
     }
     reader.stepsLeft = reader.headerSize / kSmallestStep + 1;

@@ -73,7 +73,7 @@ struct AsfReader {
 
 // Walks the objects of the header, which the file is known to be long enough for. A step that
 // would pass the header's end ends the walk; what was read up to there is kept. Returns kOk,
-// kFail when a read fails, or kOutOfMemory for a header of 2 GiB and more.
+// kFail when a read fails, or kOutOfMemory for a header of 1 GiB and more.
 [[nodiscard]] Result AsfReadHeader(AsfReader& reader);
 
 }  // namespace probe

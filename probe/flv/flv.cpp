@@ -38,7 +38,7 @@ struct FlvReader {
     std::uint8_t flags = 0;
     std::uint8_t firstAudioByte = 0;
     std::uint8_t videoCodecByte = 0;
-    FlvMetadata metadata;
+    FlvMetadata metadata{};
 };
 
 struct PictureSize {
@@ -70,15 +70,6 @@ void readSorensonSize(const std::uint8_t* data, FlvMetadata& metadata) {
     }
 }
 
-// Whether the data of a tag could be read in full: as many bytes as fit into memory, all of them
-// inside the file. Only the first few are looked at.
-Result checkTagData(const FlvReader& reader, std::uint32_t dataSize) {
-    if (!blockFits(dataSize, reader.end)) {
-        return kOutOfMemory;
-    }
-    return reader.position <= reader.end && dataSize <= reader.end - reader.position ? kOk : kFail;
-}
-
 Result readScriptTag(FlvReader& reader, std::uint32_t dataSize) {
     FileCursor cursor(reader.file, reader.position, reader.position + dataSize);
     // The name of the script, then its properties; the second is read whatever the first was.
@@ -90,21 +81,25 @@ Result readScriptTag(FlvReader& reader, std::uint32_t dataSize) {
 }
 
 Result readVideoTag(FlvReader& reader, std::uint32_t dataSize) {
-    std::array<std::uint8_t, kSorensonBytes> head{};
-    const auto count = std::min<std::size_t>(dataSize, head.size());
-    if (!reader.file.readExact(reader.position, std::span(head).first(count))) {
+    std::span<const std::uint8_t> head;
+    if (!reader.file.viewAll(reader.position, std::min<std::size_t>(dataSize, kSorensonBytes),
+                             head)) {
         return kFail;
     }
-    reader.videoCodecByte = head[0];
-    if ((head[0] & 0x0F) == kCodecSorenson && dataSize >= kSorensonBytes) {
+    reader.videoCodecByte = head.empty() ? std::uint8_t{0} : head[0];
+    if ((reader.videoCodecByte & 0x0F) == kCodecSorenson && dataSize >= kSorensonBytes) {
         readSorensonSize(head.data(), reader.metadata);
     }
     return kOk;
 }
 
 Result readAudioTag(FlvReader& reader, std::uint32_t dataSize) {
-    const auto count = std::min<std::size_t>(dataSize, 1);
-    return reader.file.readExact(reader.position, {&reader.firstAudioByte, count}) ? kOk : kFail;
+    std::span<const std::uint8_t> head;
+    if (!reader.file.viewAll(reader.position, std::min<std::size_t>(dataSize, 1), head)) {
+        return kFail;
+    }
+    reader.firstAudioByte = head.empty() ? std::uint8_t{0} : head[0];
+    return kOk;
 }
 
 // Walks the tags until the first of each announced kind has been seen.
@@ -113,8 +108,8 @@ Result readTags(FlvReader& reader) {
     bool audioWanted = (reader.flags & kFlagAudio) != 0;
     reader.position = reader.dataStart;
     while (videoWanted || audioWanted) {
-        std::array<std::uint8_t, kTagPrefixBytes> prefix;
-        if (!reader.file.readExact(reader.position, prefix)) {
+        std::span<const std::uint8_t> prefix;
+        if (!reader.file.viewAll(reader.position, kTagPrefixBytes, prefix)) {
             return kFail;
         }
         reader.position += kTagPrefixBytes;
@@ -123,12 +118,13 @@ Result readTags(FlvReader& reader) {
         const bool isVideo = type == kTagVideo && videoWanted;
         const bool isAudio = type == kTagAudio && audioWanted;
         if (isVideo || isAudio || type == kTagScript) {
-            Result result = checkTagData(reader, dataSize);
-            if (result == kOk) {
-                result = isVideo   ? readVideoTag(reader, dataSize)
-                         : isAudio ? readAudioTag(reader, dataSize)
-                                   : readScriptTag(reader, dataSize);
+            // All of it must be there, though only the first few bytes are looked at.
+            if (!fileHolds(reader.end, reader.position, dataSize)) {
+                return kFail;
             }
+            const Result result = isVideo   ? readVideoTag(reader, dataSize)
+                                  : isAudio ? readAudioTag(reader, dataSize)
+                                            : readScriptTag(reader, dataSize);
             if (result != kOk) {
                 return result;
             }
@@ -201,17 +197,18 @@ Result parseFlv(FlvReader& reader, MediaRecord& record) {
 }  // namespace
 
 int FlvRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kFileHeaderBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kFileHeaderBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kFileHeaderBytes, kFileHeaderBytes, head)) {
         return decline(why);
     }
-    if (!beginsWith(head, "FLV")) {
+    if (!beginsWith(head.bytes, "FLV")) {
         return decline("does not begin with FLV");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
-    FlvReader reader{file, be32(&head[5]), 0, fileSize, head[4], 0, 0, {}};
+    record.setFileSize(head.fileSize);
+    FlvReader reader{.file = file,
+                     .dataStart = be32(&head.bytes[5]),
+                     .end = head.fileSize,
+                     .flags = head.bytes[4]};
     static_cast<void>(parseFlv(reader, record));
     return 1;
 }

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "probe/read/byte_reader.h"
+#include "probe/read/read_budget.h"
 
 namespace probe {
 namespace {
@@ -34,6 +35,7 @@ struct Scan {
     std::uint8_t* scratch;
     std::uint64_t blockStart = 0;
     std::size_t blockBytes = 0;
+    ReadBudget budget;  // of the headers that are looked up elsewhere
 };
 
 enum class Candidate : std::uint8_t { No, Confirmed, ReadFailed };
@@ -63,8 +65,12 @@ Candidate confirm(Scan& scan, const std::uint8_t* p) {
     const std::uint8_t* bytes = header;
     if (tag >= scan.blockStart) {
         bytes = scan.scratch + (tag - scan.blockStart);
-    } else if (!scan.file.readPast(tag, header)) {
-        return Candidate::ReadFailed;
+    } else {
+        std::size_t read = 0;
+        if (!scan.budget.take(kConfirmBytes) || !scan.file.readAside(tag, header, read) ||
+            read < kConfirmBytes) {
+            return Candidate::ReadFailed;
+        }
     }
     return be24(bytes + 1) + kTagHeaderBytes == previousBytes ? Candidate::Confirmed
                                                               : Candidate::No;
@@ -76,12 +82,18 @@ bool findLastFlvTimestamp(ReadWindow& file, std::uint64_t dataStart, std::uint64
                           FlvTags wanted, std::uint32_t& milliseconds) {
     std::array<std::uint8_t, kFirstBlock> first;  // mostly enough
     std::unique_ptr<std::uint8_t[]> larger;
-    Scan scan{file, dataStart, wanted, first.data()};
+    Scan scan{.file = file,
+              .dataStart = dataStart,
+              .wanted = wanted,
+              .scratch = first.data(),
+              .budget = ReadBudget(end)};
     std::size_t step = kFirstBlock;
     while (end > dataStart && end - dataStart >= kLookBack) {
         scan.blockBytes = static_cast<std::size_t>(std::min<std::uint64_t>(step, end - dataStart));
         scan.blockStart = end - scan.blockBytes;
-        if (!file.readPast(scan.blockStart, {scan.scratch, scan.blockBytes})) {
+        std::size_t read = 0;
+        if (!file.readAside(scan.blockStart, {scan.scratch, scan.blockBytes}, read) ||
+            read < scan.blockBytes) {
             return false;
         }
         for (std::size_t at = scan.blockBytes; at >= kLookBack; --at) {

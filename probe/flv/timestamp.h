@@ -12,8 +12,9 @@ enum class FlvTags : std::uint8_t { Any, KeyFrames };
 // Looks backwards from `end` (the file's size) for the last place that reads as the size of a
 // previous tag followed by a tag header, and whose previous tag really has that size. Nothing
 // before `dataStart` is taken for a tag. On success `milliseconds` is that tag's time stamp.
-// Returns false when there is none or when a read fails. Reads at most twice the bytes between
-// `dataStart` and `end`, and no more than one header for each 7 of them.
+// Returns false when there is none, when a read fails, or when more headers are looked up than a
+// ReadBudget of `end` bytes allows: a file of nothing but such places would have one read for every
+// seventh byte.
 [[nodiscard]] bool findLastFlvTimestamp(ReadWindow& file, std::uint64_t dataStart,
                                         std::uint64_t end, FlvTags wanted,
                                         std::uint32_t& milliseconds);

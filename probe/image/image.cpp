@@ -1,10 +1,9 @@
 #include "probe/image/image.h"
 
-#include <algorithm>
-#include <array>
 #include <span>
 
 #include "probe/read/byte_reader.h"
+#include "probe/read/head.h"
 #include "probe/record/diagnostics.h"
 
 namespace probe {
@@ -12,12 +11,6 @@ namespace {
 
 constexpr std::size_t kHeadBytes = 64;
 constexpr std::size_t kSegmentBytes = 16;  // read of every marker segment
-
-using Head = std::array<std::uint8_t, kHeadBytes>;
-
-bool begins(const Head& head, std::size_t at, std::span<const std::uint8_t> wanted) {
-    return std::equal(wanted.begin(), wanted.end(), head.begin() + static_cast<long>(at));
-}
 
 struct Picture {
     ContainerType container;
@@ -39,8 +32,8 @@ int fill(MediaRecord& record, const Picture& picture) {
 // then 4 precision, 5-6 lines, 7-8 samples per line, 9 components (ITU-T T.81, B.2.2).
 Result JpegFindFrame(JpegReader& reader) {
     while (reader.position < reader.fileSize) {
-        std::array<std::uint8_t, kSegmentBytes> segment;
-        if (!reader.file.readExact(reader.position, segment) || segment[0] != 0xFF) {
+        std::span<const std::uint8_t> segment;
+        if (!reader.file.viewAll(reader.position, kSegmentBytes, segment) || segment[0] != 0xFF) {
             return kFail;
         }
         if ((segment[1] & 0xFC) == 0xC0) {
@@ -57,8 +50,8 @@ Result JpegFindFrame(JpegReader& reader) {
 }
 
 Result JpegReadHeader(JpegReader& reader, MediaRecord& record) {
-    std::array<std::uint8_t, kSegmentBytes> head;
-    if (!reader.file.readExact(0, head)) {
+    std::span<const std::uint8_t> head;
+    if (!reader.file.viewAll(0, kSegmentBytes, head)) {
         return kFail;
     }
     Result result = kOk;
@@ -82,39 +75,26 @@ Result JpegReadHeader(JpegReader& reader, MediaRecord& record) {
 }
 
 int ImageRecognise(MediaRecord& record, ReadWindow& file) {
-    std::uint64_t size = 0;
-    Head head;
-    if (!file.size(size)) {
-        return decline("its size cannot be told");
+    Head start;
+    if (const char* why = readHead(file, kHeadBytes, kHeadBytes, start)) {
+        return decline(why);
     }
-    if (size < kHeadBytes) {
-        return decline("it is smaller than 64 bytes");
-    }
-    if (!file.readExact(0, head)) {
-        return decline("its first 64 bytes cannot be read");
-    }
-    record.fileSize = static_cast<std::uint32_t>(size);
-    record.fileSizeHigh = 0;
-
-    static constexpr std::uint8_t kJpeg[] = {0xFF, 0xD8};
-    static constexpr std::uint8_t kGif[] = {'G', 'I', 'F'};
-    static constexpr std::uint8_t kBmp[] = {'B', 'M'};
-    static constexpr std::uint8_t kPng[] = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
-    static constexpr std::uint8_t kIhdr[] = {'I', 'H', 'D', 'R'};
-    if (begins(head, 0, kJpeg)) {
-        JpegReader reader{.file = file, .fileSize = size};
+    const auto head = start.bytes;
+    record.setFileSize(start.fileSize);
+    if (beginsWith(head, "\xFF\xD8")) {
+        JpegReader reader{.file = file, .fileSize = start.fileSize};
         return JpegReadHeader(reader, record) == kOk ? 1 : decline("JPEG without a frame header");
     }
     // The three depths mean different things, and must: GIF's colour resolution, BMP's bit count
     // of the whole pixel, PNG's depth of one channel.
-    if (begins(head, 0, kGif)) {
+    if (beginsWith(head, "GIF")) {
         return fill(record,
                     {kContainerGif, le16(&head[6]), le16(&head[8]), ((head[10] >> 4) & 7u) + 1});
     }
-    if (begins(head, 0, kBmp)) {
+    if (beginsWith(head, "BM")) {
         return fill(record, {kContainerBmp, le32(&head[18]), le32(&head[22]), le16(&head[28])});
     }
-    if (begins(head, 0, kPng) && begins(head, 12, kIhdr)) {
+    if (beginsWith(head, "\x89PNG\r\n\x1A\n") && beginsWith(head.subspan(12), "IHDR")) {
         return fill(record, {kContainerPng, be32(&head[16]), be32(&head[20]), head[24]});
     }
     return decline("it begins as none of the four kinds");

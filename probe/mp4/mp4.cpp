@@ -8,6 +8,7 @@
 #include "probe/codec/mpeg4_visual.h"
 #include "probe/read/byte_reader.h"
 #include "probe/read/four_cc.h"
+#include "probe/read/head.h"
 #include "probe/record/diagnostics.h"
 #include "probe/record/saturate.h"
 
@@ -18,24 +19,17 @@ constexpr std::size_t kHeadBytes = 256;
 constexpr int kNoBrand = -1;
 
 int brandCode(std::uint32_t brand) {
-    switch (brand) {
-        case fourCc("mp41"):
-            return 0;
-        case fourCc("mp42"):
-            return 1;
-        case fourCc("isom"):
-            return 2;
-        case fourCc("M4A "):
-            return 3;
-        case fourCc("MSNV"):
-            return 4;
-        default:
-            return brand >= fourCc("3gp1") && brand <= fourCc("3gp6") ? 5 : kNoBrand;
+    static constexpr auto kBrands = std::to_array<std::uint32_t>(
+        {fourCc("mp41"), fourCc("mp42"), fourCc("isom"), fourCc("M4A "), fourCc("MSNV")});
+    const auto found = std::ranges::find(kBrands, brand);
+    if (found != kBrands.end()) {
+        return static_cast<int>(found - kBrands.begin());
     }
+    return brand >= fourCc("3gp1") && brand <= fourCc("3gp6") ? 5 : kNoBrand;
 }
 
 // "ftyp": 0 size, 4 type, 8 major brand, 12 minor version, 16 compatible brands.
-int brandOf(const std::array<std::uint8_t, kHeadBytes>& head) {
+int brandOf(std::span<const std::uint8_t> head) {
     int code = brandCode(be32(&head[8]));
     // Required: counting from the size less 10, up to two words behind a short box are looked at.
     auto left = std::int64_t{static_cast<std::int32_t>(be32(&head[0]) - 10)};
@@ -183,27 +177,19 @@ Result Mp4Parse(Mp4Reader& reader, MediaRecord& record, int /*brandCode: decides
 }
 
 int Mp4Recognise(MediaRecord& record, ReadWindow& file) {
-    std::uint64_t size = 0;
-    std::array<std::uint8_t, kHeadBytes> head;
-    if (!file.size(size)) {
-        return decline("its size cannot be told");
+    Head head;
+    if (const char* why = readHead(file, kHeadBytes, kHeadBytes, head)) {
+        return decline(why);
     }
-    if (size < kHeadBytes) {
-        return decline("it is smaller than 256 bytes");
-    }
-    if (!file.readExact(0, head)) {
-        return decline("its first 256 bytes cannot be read");
-    }
-    if (be32(&head[4]) != fourCc("ftyp")) {
+    if (be32(&head.bytes[4]) != fourCc("ftyp")) {
         return decline("it does not begin with an ftyp box");
     }
-    const int code = brandOf(head);
+    const int code = brandOf(head.bytes);
     if (code == kNoBrand) {
         return decline("its ftyp box names none of the accepted brands");
     }
-    record.fileSize = static_cast<std::uint32_t>(size);
-    record.fileSizeHigh = 0;
-    Mp4Reader reader(file, size);
+    record.setFileSize(head.fileSize);
+    Mp4Reader reader(file, head.fileSize);
     static_cast<void>(Mp4Parse(reader, record, code));
     return 1;
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 #include "probe/read/read_window.h"
 #include "probe/record/result.h"
@@ -15,21 +16,25 @@ inline constexpr std::size_t kMp4Tracks = 20;
 
 enum class TrackKind { Video = 0, Audio = 1, Hint = 2, Other = 3, Unset = 5 };
 
+struct FileRange {
+    std::uint64_t start = 0;
+    std::uint64_t size = 0;
+
+    std::uint64_t end() const { return start + size; }
+};
+
 // A box: 32-bit big-endian size (header included), then four letters.
 struct Mp4Box {
-    static constexpr std::uint64_t kHeader = 8;
+    static constexpr std::size_t kHeader = 8;
 
     std::uint64_t start = 0;
-    std::uint64_t size = 0;  // never beyond the parent's end
+    std::uint64_t size = 0;  // a child's never leads beyond the parent's end
     std::uint32_t type = 0;
 
     std::uint64_t body() const { return start + kHeader; }
     std::uint64_t end() const { return start + size; }
-};
-
-struct FileRange {
-    std::uint64_t start = 0;
-    std::uint64_t size = 0;
+    // Where its children lie; empty when it is no larger than its header.
+    FileRange children() const { return {body(), size > kHeader ? size - kHeader : 0}; }
 };
 
 struct Mp4Table {
@@ -75,23 +80,29 @@ struct Mp4Reader {
     std::size_t trackCount = 0;
     TrackSlot* current = nullptr;     // opened by the latest "tkhd"; null before one, or beyond 20
     std::array<KindTables, 4> kinds;  // by TrackKind
+    SampleDescription* entry = nullptr;  // whose boxes are being walked
 
     KindTables& of(TrackKind kind) { return kinds[static_cast<std::size_t>(kind)]; }
     // The last track of that kind, or null.
     const TrackSlot* lastTrack(TrackKind kind) const;
 };
 
-enum class BoxStep { Box, End, Failed };
+struct BoxRow {
+    std::uint32_t type;
+    Result (*read)(Mp4Reader& reader, const Mp4Box& box);
+};
 
-// The next child at `position`, which moves to the child's end. A child that reaches beyond
-// `parentEnd` is cut there; fewer than 8 bytes, or a child of size 0, end the parent.
-[[nodiscard]] BoxStep nextBox(ReadWindow& file, std::uint64_t& position, std::uint64_t parentEnd,
-                              Mp4Box& box);
+// Calls the row of each box in `boxes`, in file order; boxes without a row are passed over. A box
+// that reaches beyond the end is cut there; fewer than 8 bytes, or a box of size 0, end the walk.
+// kFail when a read failed; what a row returns other than kOk ends the walk and is returned.
+[[nodiscard]] Result forEachBox(Mp4Reader& reader, const FileRange& boxes,
+                                std::span<const BoxRow> rows);
 
 // Walks the whole file; kOk when a movie box was met and the walk reached the file's end.
 [[nodiscard]] Result Mp4WalkTopLevel(Mp4Reader& reader);
-// kOutOfMemory when a table or a sample description cannot be parsed, kFail when a read failed.
-[[nodiscard]] Result Mp4ParseMdia(Mp4Reader& reader, const Mp4Box& mdia, TrackSlot& slot);
+// Parses into the current slot. kOutOfMemory when a table or a sample description cannot be parsed,
+// kFail when a read failed.
+[[nodiscard]] Result Mp4ParseMdia(Mp4Reader& reader, const Mp4Box& mdia);
 [[nodiscard]] Result Mp4ParseSampleDescription(Mp4Reader& reader, const Mp4Box& stsd,
                                                TrackKind kind);
 // Adds up the payload of the video samples and finds a place for each sample of the kind. kFail

@@ -15,8 +15,8 @@ namespace {
 constexpr std::uint64_t kVisualEntry = 86;
 // Audio entry: 8 reserved, 14 data reference, 16 reserved, 24 channels, 26 sample size,
 // 28 pre-defined, 32 sample rate (16.16), 36 boxes.
-constexpr std::uint64_t kAudioEntry = 36;
-constexpr std::uint64_t kEntriesAt = 8;  // in "stsd": behind version, flags and entry count
+constexpr std::size_t kAudioEntry = 36;
+constexpr std::size_t kEntriesAt = 8;  // in "stsd": behind version, flags and entry count
 
 constexpr std::uint8_t kEsDescriptor = 3;
 constexpr std::uint8_t kDecoderConfigDescriptor = 4;
@@ -54,11 +54,14 @@ void readDecoderConfig(ByteReader bytes, std::uint64_t at, SampleDescription& de
 
 // "esds": 0 version and flags, 4 ES descriptor: ES_ID, flags, what the flags announce,
 // descriptors. A damaged one gives what could be read of it.
-Result readEsds(ReadWindow& file, const Mp4Box& box, SampleDescription& description) {
+Result readEsds(Mp4Reader& reader, const Mp4Box& box) {
+    if (reader.entry->format == fourCc("avc1")) {
+        return kOk;
+    }
     std::span<const std::uint8_t> body;
     const auto size = static_cast<std::size_t>(
         std::min<std::uint64_t>(box.size - Mp4Box::kHeader, ReadWindow::kLargest));
-    if (!file.view(box.body(), size, body)) {
+    if (!reader.file.viewAll(box.body(), size, body)) {
         return kFail;
     }
     ByteReader bytes(body);
@@ -76,9 +79,9 @@ Result readEsds(ReadWindow& file, const Mp4Box& box, SampleDescription& descript
         const std::uint8_t tag = bytes.u8();
         const std::size_t length = descriptorLength(bytes);
         const std::uint64_t at = box.body() + bytes.position();
-        ByteReader content = bytes.sub(length);
+        const ByteReader content = bytes.sub(length);
         if (tag == kDecoderConfigDescriptor) {
-            readDecoderConfig(content, at, description);
+            readDecoderConfig(content, at, *reader.entry);
             break;
         }
     }
@@ -87,41 +90,26 @@ Result readEsds(ReadWindow& file, const Mp4Box& box, SampleDescription& descript
 
 // "avcC": 0 version, 1 profile, 2 compatibility, 3 level, 4 length size, 5 number of sequence
 // parameter sets (low 5 bits), then each with a 16-bit length before it.
-Result readAvcConfiguration(ReadWindow& file, const Mp4Box& box, SampleDescription& description) {
-    constexpr std::uint64_t kFirstSet = 8;
-    std::array<std::uint8_t, kFirstSet> head;
-    if (box.size < Mp4Box::kHeader + kFirstSet) {
+Result readAvcConfiguration(Mp4Reader& reader, const Mp4Box& box) {
+    constexpr std::size_t kFirstSet = 8;
+    if (reader.entry->format != fourCc("avc1") || box.size < Mp4Box::kHeader + kFirstSet) {
         return kOk;
     }
-    if (!file.readExact(box.body(), head)) {
+    std::span<const std::uint8_t> head;
+    if (!reader.file.viewAll(box.body(), kFirstSet, head)) {
         return kFail;
     }
     if ((head[5] & 0x1F) != 0) {
         const std::uint64_t start = box.body() + kFirstSet;
-        description.parameterSet = {start,
-                                    std::min<std::uint64_t>(be16(&head[6]), box.end() - start)};
+        reader.entry->parameterSet = {start,
+                                      std::min<std::uint64_t>(be16(&head[6]), box.end() - start)};
     }
     return kOk;
 }
 
 // The boxes behind the fixed part of an entry.
-Result readEntryBoxes(ReadWindow& file, std::uint64_t position, std::uint64_t end,
-                      SampleDescription& description) {
-    Mp4Box box;
-    BoxStep step;
-    while ((step = nextBox(file, position, end, box)) == BoxStep::Box) {
-        Result result = kOk;
-        if (box.type == fourCc("esds") && description.format != fourCc("avc1")) {
-            result = readEsds(file, box, description);
-        } else if (box.type == fourCc("avcC") && description.format == fourCc("avc1")) {
-            result = readAvcConfiguration(file, box, description);
-        }
-        if (result != kOk) {
-            return result;
-        }
-    }
-    return step == BoxStep::Failed ? kFail : kOk;
-}
+constexpr auto kEntryBoxes =
+    std::to_array<BoxRow>({{fourCc("esds"), readEsds}, {fourCc("avcC"), readAvcConfiguration}});
 
 struct Layout {
     bool visual;
@@ -144,17 +132,17 @@ Layout layoutOf(std::uint32_t format, TrackKind kind) {
     return {.visual = kind == TrackKind::Video, .boxes = false};
 }
 
-Result readEntry(ReadWindow& file, const Mp4Box& entry, TrackKind kind,
-                 SampleDescription& description) {
+Result readEntry(Mp4Reader& reader, const Mp4Box& entry, TrackKind kind) {
     const Layout layout = layoutOf(entry.type, kind);
     const std::uint64_t fixed = layout.visual ? kVisualEntry : kAudioEntry;
     if (entry.size < fixed) {
         return kOutOfMemory;
     }
-    std::array<std::uint8_t, kAudioEntry> head;  // what is wanted of either kind
-    if (!file.readExact(entry.start, head)) {
+    std::span<const std::uint8_t> head;
+    if (!reader.file.viewAll(entry.start, kAudioEntry, head)) {  // what is wanted of either kind
         return kFail;
     }
+    SampleDescription& description = reader.of(kind).description;
     description = {};
     description.format = entry.type;
     if (layout.visual) {
@@ -164,34 +152,34 @@ Result readEntry(ReadWindow& file, const Mp4Box& entry, TrackKind kind,
         description.channels = be16(&head[24]);
         description.sampleRate = be16(&head[32]);
     }
-    return layout.boxes ? readEntryBoxes(file, entry.start + fixed, entry.end(), description) : kOk;
+    reader.entry = &description;
+    const FileRange boxes{entry.start + fixed, layout.boxes ? entry.size - fixed : 0};
+    return forEachBox(reader, boxes, kEntryBoxes);
 }
 
 }  // namespace
 
 Result Mp4ParseSampleDescription(Mp4Reader& reader, const Mp4Box& stsd, TrackKind kind) {
-    std::array<std::uint8_t, kEntriesAt> head;
     if (stsd.size < Mp4Box::kHeader + kEntriesAt) {
         return kOutOfMemory;
     }
-    if (!reader.file.readExact(stsd.body(), head)) {
+    std::span<const std::uint8_t> header;
+    if (!reader.file.viewAll(stsd.body(), kEntriesAt, header)) {
         return kFail;
     }
     std::uint64_t position = stsd.body() + kEntriesAt;
-    for (std::uint32_t left = be32(&head[4]); left > 0; --left) {
-        std::array<std::uint8_t, Mp4Box::kHeader> header;
-        if (stsd.end() - position < header.size()) {
+    for (std::uint32_t left = be32(&header[4]); left > 0; --left) {
+        if (stsd.end() - position < Mp4Box::kHeader) {
             return kOutOfMemory;
         }
-        if (!reader.file.readExact(position, header)) {
+        if (!reader.file.viewAll(position, Mp4Box::kHeader, header)) {
             return kFail;
         }
         const Mp4Box entry{.start = position, .size = be32(&header[0]), .type = be32(&header[4])};
         if (entry.size > stsd.end() - position) {
             return kOutOfMemory;
         }
-        const Result result = readEntry(reader.file, entry, kind, reader.of(kind).description);
-        if (result != kOk) {
+        if (const Result result = readEntry(reader, entry, kind); result != kOk) {
             return result;
         }
         position += entry.size;

@@ -117,8 +117,9 @@ Result Mp4SetSampleOffsets(Mp4Reader& reader, TrackKind kind) {
         !tables.chunkOffset.present) {
         return kFail;
     }
-    // The places, one more than there are samples, must be such that they could be kept.
-    if (!blockFits((std::uint64_t{tables.sampleSize.count} + 1) * 4, reader.fileSize)) {
+    // The places, one more than there are samples, are a table that the unit computes: its size has
+    // nothing to do with the file's. Sound of one byte a sample has many.
+    if (!canAllocate((std::uint64_t{tables.sampleSize.count} + 1) * 4)) {
         return kFail;
     }
     std::uint64_t samples = 0;

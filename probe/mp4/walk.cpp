@@ -12,91 +12,49 @@ namespace probe {
 namespace {
 
 // A table box: 0 size, 4 type, 8 version and flags, then (in "stsz" behind the constant size) the
-// number of entries and the entries.
-struct TableKind {
-    std::uint32_t type;
-    Mp4Table KindTables::*table;
-    std::uint32_t entryBytes;
-    std::uint64_t countAt;  // from the start of the body
-};
-constexpr auto kTables = std::to_array<TableKind>({
-    {fourCc("stts"), &KindTables::timeToSample, 8, 4},
-    {fourCc("stsc"), &KindTables::sampleToChunk, 12, 4},
-    {fourCc("stsz"), &KindTables::sampleSize, 4, 8},
-    {fourCc("stco"), &KindTables::chunkOffset, 4, 4},
-});
-
-// A table that its box cannot hold counts as one that cannot be allocated.
-Result readTable(ReadWindow& file, const Mp4Box& box, const TableKind& kind, Mp4Table& table) {
-    const std::uint64_t head = kind.countAt + 4;
-    if (box.size < Mp4Box::kHeader + head) {
+// number of entries and the entries. A table that its box cannot hold counts as one that cannot be
+// allocated.
+template <Mp4Table KindTables::*kTable, std::uint32_t kEntryBytes, std::size_t kCountAt = 4>
+Result readTable(Mp4Reader& reader, const Mp4Box& box) {
+    constexpr std::size_t kHead = kCountAt + 4;
+    if (box.size < Mp4Box::kHeader + kHead) {
         return kOutOfMemory;
     }
-    std::array<std::uint8_t, 12> bytes;
-    if (!file.readExact(box.body(), {bytes.data(), static_cast<std::size_t>(head)})) {
+    std::span<const std::uint8_t> head;
+    if (!reader.file.viewAll(box.body(), kHead, head)) {
         return kFail;
     }
+    Mp4Table& table = reader.of(reader.current->kind).*kTable;
     table = {.present = true,
-             .count = be32(&bytes[kind.countAt]),
-             .entries = box.body() + head,
-             .constant = kind.countAt == 8 ? be32(&bytes[4]) : 0};
-    const std::uint64_t held = (box.end() - table.entries) / kind.entryBytes;
+             .count = be32(&head[kCountAt]),
+             .entries = box.body() + kHead,
+             .constant = kCountAt == 8 ? be32(&head[4]) : 0};
+    const std::uint64_t held = (box.end() - table.entries) / kEntryBytes;
     return table.constant != 0 || table.count <= held ? kOk : kOutOfMemory;
 }
 
-Result parseStbl(Mp4Reader& reader, const Mp4Box& stbl, TrackKind kind) {
-    if (kind == TrackKind::Unset) {
-        return kOk;
-    }
-    std::uint64_t position = stbl.body();
-    Mp4Box box;
-    BoxStep step;
-    while ((step = nextBox(reader.file, position, stbl.end(), box)) == BoxStep::Box) {
-        Result result = kOk;
-        if (box.type == fourCc("stsd")) {
-            if (kind == TrackKind::Video || kind == TrackKind::Audio) {
-                result = Mp4ParseSampleDescription(reader, box, kind);
-            }
-        } else {
-            const auto* row = std::find_if(kTables.begin(), kTables.end(),
-                                           [&](const auto& one) { return one.type == box.type; });
-            if (row != kTables.end()) {
-                result = readTable(reader.file, box, *row, reader.of(kind).*(row->table));
-            }
-        }
-        if (result != kOk) {
-            return result;
-        }
-    }
-    return step == BoxStep::Failed ? kFail : kOk;
+Result readStsd(Mp4Reader& reader, const Mp4Box& stsd) {
+    const TrackKind kind = reader.current->kind;
+    return kind == TrackKind::Video || kind == TrackKind::Audio
+               ? Mp4ParseSampleDescription(reader, stsd, kind)
+               : kOk;
 }
 
-Result parseMinf(Mp4Reader& reader, const Mp4Box& minf, TrackKind kind) {
-    std::uint64_t position = minf.body();
-    Mp4Box box;
-    BoxStep step;
-    while ((step = nextBox(reader.file, position, minf.end(), box)) == BoxStep::Box) {
-        if (box.type != fourCc("stbl")) {
-            continue;
-        }
-        if (const Result result = parseStbl(reader, box, kind); result != kOk) {
-            return result;
-        }
-    }
-    return step == BoxStep::Failed ? kFail : kOk;
+Result readStbl(Mp4Reader& reader, const Mp4Box& stbl) {
+    static constexpr auto kRows = std::to_array<BoxRow>({
+        {fourCc("stsd"), readStsd},
+        {fourCc("stts"), readTable<&KindTables::timeToSample, 8>},
+        {fourCc("stsc"), readTable<&KindTables::sampleToChunk, 12>},
+        {fourCc("stsz"), readTable<&KindTables::sampleSize, 4, 8>},
+        {fourCc("stco"), readTable<&KindTables::chunkOffset, 4>},
+    });
+    return reader.current->kind == TrackKind::Unset ? kOk
+                                                    : forEachBox(reader, stbl.children(), kRows);
 }
 
-TrackKind kindOf(std::uint32_t handler) {
-    switch (handler) {
-        case fourCc("vide"):
-            return TrackKind::Video;
-        case fourCc("soun"):
-            return TrackKind::Audio;
-        case fourCc("hint"):
-            return TrackKind::Hint;
-        default:
-            return TrackKind::Other;
-    }
+Result readMinf(Mp4Reader& reader, const Mp4Box& minf) {
+    static constexpr auto kRows = std::to_array<BoxRow>({{fourCc("stbl"), readStbl}});
+    return forEachBox(reader, minf.children(), kRows);
 }
 
 // A 32-bit field at `at` of the box's body; 0 when the box does not hold it.
@@ -105,119 +63,112 @@ Result readField(ReadWindow& file, const Mp4Box& box, std::uint64_t at, std::uin
     if (box.size < Mp4Box::kHeader + at + 4) {
         return kOk;
     }
-    std::array<std::uint8_t, 4> bytes;
-    if (!file.readExact(box.body() + at, bytes)) {
+    std::span<const std::uint8_t> bytes;
+    if (!file.viewAll(box.body() + at, 4, bytes)) {
         return kFail;
     }
     value = be32(bytes.data());
     return kOk;
 }
 
+// "hdlr": 0 version and flags, 4 pre_defined, 8 handler_type.
+Result readHdlr(Mp4Reader& reader, const Mp4Box& hdlr) {
+    struct Row {
+        std::uint32_t handler;
+        TrackKind kind;
+    };
+    static constexpr auto kHandlers = std::to_array<Row>({{fourCc("vide"), TrackKind::Video},
+                                                          {fourCc("soun"), TrackKind::Audio},
+                                                          {fourCc("hint"), TrackKind::Hint}});
+    std::uint32_t handler = 0;
+    const Result result = readField(reader.file, hdlr, 8, handler);
+    const auto row = std::ranges::find(kHandlers, handler, &Row::handler);
+    reader.current->kind = row != kHandlers.end() ? row->kind : TrackKind::Other;
+    return result;
+}
+
 // "mdhd": 0 version (0: 32-bit times, 1: 64-bit), 4 creation, 8 or 12 modification, 12 or 20
 // timescale.
-Result readTimescale(ReadWindow& file, const Mp4Box& mdhd, std::uint32_t& timescale) {
+Result readMdhd(Mp4Reader& reader, const Mp4Box& mdhd) {
     std::uint32_t versionAndFlags = 0;
-    const Result result = readField(file, mdhd, 0, versionAndFlags);
+    const Result result = readField(reader.file, mdhd, 0, versionAndFlags);
     const std::uint64_t at = (versionAndFlags >> 24) == 1 ? 20 : 12;
-    return result == kOk ? readField(file, mdhd, at, timescale) : result;
+    return result == kOk ? readField(reader.file, mdhd, at, reader.current->timescale) : result;
 }
 
-Result parseTrak(Mp4Reader& reader, const Mp4Box& trak) {
-    std::uint64_t position = trak.body();
-    Mp4Box box;
-    BoxStep step;
-    while ((step = nextBox(reader.file, position, trak.end(), box)) == BoxStep::Box) {
-        if (box.type == fourCc("tkhd")) {
-            const bool room = reader.trackCount < kMp4Tracks;
-            reader.current = room ? &reader.tracks[reader.trackCount++] : nullptr;
-        } else if (box.type == fourCc("mdia") && reader.current) {
-            const Result result = Mp4ParseMdia(reader, box, *reader.current);
-            if (result == kOutOfMemory) {
-                diagnose("[ERROR] MP4 Parse MEDIA memory alloc fail\n");
-            }
-            if (result != kOk) {
-                return result;
-            }
-        }
+Result openTrack(Mp4Reader& reader, const Mp4Box& /*tkhd*/) {
+    const bool room = reader.trackCount < kMp4Tracks;
+    reader.current = room ? &reader.tracks[reader.trackCount++] : nullptr;
+    return kOk;
+}
+
+Result readMdia(Mp4Reader& reader, const Mp4Box& mdia) {
+    const Result result = reader.current ? Mp4ParseMdia(reader, mdia) : kOk;
+    if (result == kOutOfMemory) {
+        diagnose("[ERROR] MP4 Parse MEDIA memory alloc fail\n");
     }
-    return step == BoxStep::Failed ? kFail : kOk;
+    return result;
 }
 
-Result parseMoov(Mp4Reader& reader, const Mp4Box& moov) {
-    std::uint64_t position = moov.body();
-    Mp4Box box;
-    BoxStep step;
-    while ((step = nextBox(reader.file, position, moov.end(), box)) == BoxStep::Box) {
-        if (box.type == fourCc("trak") && box.size > Mp4Box::kHeader) {
-            if (const Result result = parseTrak(reader, box); result != kOk) {
-                return result;
-            }
-        }
-    }
-    return step == BoxStep::Failed ? kFail : kOk;
+Result readTrak(Mp4Reader& reader, const Mp4Box& trak) {
+    static constexpr auto kRows =
+        std::to_array<BoxRow>({{fourCc("tkhd"), openTrack}, {fourCc("mdia"), readMdia}});
+    return forEachBox(reader, trak.children(), kRows);
 }
 
-// The movie box must be one that could be read into memory whole.
-Result enterMoov(Mp4Reader& reader, const Mp4Box& moov) {
-    if (!blockFits(moov.size, reader.fileSize)) {
+// The movie box is one that is read into memory whole: the unit must have room for it, and the file
+// all of it.
+Result readMoov(Mp4Reader& reader, const Mp4Box& moov) {
+    static constexpr auto kRows = std::to_array<BoxRow>({{fourCc("trak"), readTrak}});
+    if (!canAllocate(moov.size)) {
         diagnose("[ERROR] MP4 Parse memory alloc fail\n");
         return kOutOfMemory;
     }
-    if (moov.size > reader.fileSize - moov.start) {
-        return kFail;
-    }
-    return moov.size > Mp4Box::kHeader ? parseMoov(reader, moov) : kOk;
+    return fileHolds(reader.fileSize, moov.start, moov.size)
+               ? forEachBox(reader, moov.children(), kRows)
+               : kFail;
 }
 
 }  // namespace
 
-BoxStep nextBox(ReadWindow& file, std::uint64_t& position, std::uint64_t parentEnd, Mp4Box& box) {
-    if (position >= parentEnd || parentEnd - position < Mp4Box::kHeader) {
-        return BoxStep::End;
-    }
-    std::span<const std::uint8_t> header;
-    if (!file.view(position, Mp4Box::kHeader, header) || header.size() < Mp4Box::kHeader) {
-        return BoxStep::Failed;
-    }
-    const std::uint64_t size = be32(&header[0]);
-    if (size == 0) {
-        return BoxStep::End;
-    }
-    box = {.start = position,
-           .size = std::min(size, parentEnd - position),
-           .type = size < Mp4Box::kHeader ? 0 : be32(&header[4])};  // too small to be anything
-    position += box.size;
-    return BoxStep::Box;
-}
-
-Result Mp4ParseMdia(Mp4Reader& reader, const Mp4Box& mdia, TrackSlot& slot) {
-    std::uint64_t position = mdia.body();
-    Mp4Box box;
-    BoxStep step;
-    while ((step = nextBox(reader.file, position, mdia.end(), box)) == BoxStep::Box) {
-        Result result = kOk;
-        if (box.type == fourCc("hdlr")) {
-            std::uint32_t handler = 0;  // 0 version and flags, 4 pre_defined, 8 handler_type
-            result = readField(reader.file, box, 8, handler);
-            slot.kind = kindOf(handler);
-        } else if (box.type == fourCc("mdhd")) {
-            result = readTimescale(reader.file, box, slot.timescale);
-        } else if (box.type == fourCc("minf")) {
-            result = parseMinf(reader, box, slot.kind);
+Result forEachBox(Mp4Reader& reader, const FileRange& boxes, std::span<const BoxRow> rows) {
+    const std::uint64_t end = boxes.end();
+    std::uint64_t position = boxes.start;
+    while (position < end && end - position >= Mp4Box::kHeader) {
+        std::span<const std::uint8_t> header;
+        if (!reader.file.viewAll(position, Mp4Box::kHeader, header)) {
+            return kFail;
         }
-        if (result != kOk) {
+        const std::uint64_t size = be32(&header[0]);
+        if (size == 0) {
+            break;
+        }
+        const Mp4Box box{
+            .start = position, .size = std::min(size, end - position), .type = be32(&header[4])};
+        position += box.size;
+        const auto row = std::ranges::find(rows, box.type, &BoxRow::type);
+        if (row == rows.end() || size < Mp4Box::kHeader) {  // too small to be anything
+            continue;
+        }
+        if (const Result result = row->read(reader, box); result != kOk) {
             return result;
         }
     }
-    return step == BoxStep::Failed ? kFail : kOk;
+    return kOk;
+}
+
+Result Mp4ParseMdia(Mp4Reader& reader, const Mp4Box& mdia) {
+    static constexpr auto kRows = std::to_array<BoxRow>(
+        {{fourCc("hdlr"), readHdlr}, {fourCc("mdhd"), readMdhd}, {fourCc("minf"), readMinf}});
+    return forEachBox(reader, mdia.children(), kRows);
 }
 
 Result Mp4WalkTopLevel(Mp4Reader& reader) {
     bool moovRead = false;
     std::uint64_t position = 0;
     while (!moovRead || position < reader.fileSize) {
-        std::array<std::uint8_t, Mp4Box::kHeader> header;
-        if (!reader.file.readExact(position, header)) {
+        std::span<const std::uint8_t> header;
+        if (!reader.file.viewAll(position, Mp4Box::kHeader, header)) {
             return kFail;
         }
         const Mp4Box box{.start = position, .size = be32(&header[0]), .type = be32(&header[4])};
@@ -225,7 +176,7 @@ Result Mp4WalkTopLevel(Mp4Reader& reader) {
             return kFail;
         }
         if (box.type == fourCc("moov")) {
-            if (const Result result = enterMoov(reader, box); result != kOk) {
+            if (const Result result = readMoov(reader, box); result != kOk) {
                 return result;
             }
             moovRead = true;

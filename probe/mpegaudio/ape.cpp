@@ -1,7 +1,6 @@
 #include "probe/mpegaudio/ape.h"
 
-#include <array>
-#include <utility>
+#include <span>
 
 #include "probe/mpegaudio/ape_tag.h"
 #include "probe/mpegaudio/id3.h"
@@ -51,7 +50,7 @@ std::uint32_t blocksPerFrame(std::uint32_t version, std::uint32_t compressionLev
 }
 
 // `bytes` begin at the version, four bytes into the file.
-ApeHeader readApeHeader(std::span<const std::uint8_t, kHeaderBytes> bytes) {
+ApeHeader readApeHeader(std::span<const std::uint8_t> bytes) {
     const std::uint32_t version = le16(&bytes[0]);
     ApeHeader header;
     if (version < 3980) {
@@ -97,21 +96,21 @@ void fillAudio(const ApeHeader& header, std::uint64_t fileSize, MediaRecord& rec
 }
 
 Result readTags(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) {
-    std::array<std::uint8_t, kId3v1Bytes> tail;
-    if (!file.readExact(fileSize - tail.size(), tail)) {
+    std::span<const std::uint8_t> tail;
+    if (!file.viewAll(fileSize - kId3v1Bytes, kId3v1Bytes, tail)) {
         return kFail;
     }
     if (beginsWith(tail, "TAG")) {
-        readId3v1(tail, record);
+        readId3v1(tail.first<kId3v1Bytes>(), record);
         return kOk;
     }
-    const auto footer = std::span(std::as_const(tail)).last<kApeFooterBytes>();
+    const auto footer = tail.last<kApeFooterBytes>();
     return beginsWith(footer, "APETAGEX") ? readApeTag(file, fileSize, footer, record) : kOk;
 }
 
 Result parseApe(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) {
-    std::array<std::uint8_t, kHeaderBytes> bytes;
-    if (!file.readExact(kHeaderOffset, bytes)) {
+    std::span<const std::uint8_t> bytes;
+    if (!file.viewAll(kHeaderOffset, kHeaderBytes, bytes)) {
         return kFail;
     }
     fillAudio(readApeHeader(bytes), fileSize, record);
@@ -121,17 +120,15 @@ Result parseApe(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) {
 }  // namespace
 
 int ApeRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kMinimumBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kMinimumBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kMinimumBytes, kMinimumBytes, head)) {
         return decline(why);
     }
-    if (!beginsWith(head, "MAC ")) {
+    if (!beginsWith(head.bytes, "MAC ")) {
         return decline("does not begin with MAC");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
-    record.status = parseApe(file, fileSize, record);
+    record.setFileSize(head.fileSize);
+    record.status = parseApe(file, head.fileSize, record);
     return 1;
 }
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <string_view>
 
-#include "probe/read/block.h"
 #include "probe/read/file_cursor.h"
 #include "probe/record/text_field.h"
 
@@ -77,9 +76,6 @@ Result readApeTag(ReadWindow& file, std::uint64_t fileSize,
     const std::uint32_t items = le32(&footer[16]);
     if (tagBytes > kLargestTag || tagBytes < kApeFooterBytes) {
         return kOk;
-    }
-    if (!blockFits(tagBytes, fileSize)) {
-        return kOutOfMemory;
     }
     if (tagBytes > fileSize) {
         return kFail;

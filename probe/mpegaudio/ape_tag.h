@@ -21,7 +21,7 @@ constexpr std::size_t kApeFooterBytes = 32;
 // Reads the items in front of `footer` (the last 32 bytes of the file, "APETAGEX" has been seen)
 // into title, album, artist, genre and track; a later item of a key overwrites. A tag larger than
 // 16 MiB is passed over. Returns kFail when the tag would begin before the file does or when a
-// read fails, kOutOfMemory when it exceeds both the file and 1 MiB.
+// read fails.
 [[nodiscard]] Result readApeTag(ReadWindow& file, std::uint64_t fileSize,
                                 std::span<const std::uint8_t, kApeFooterBytes> footer,
                                 MediaRecord& record);

@@ -1,6 +1,6 @@
 #include "probe/mpegaudio/flac.h"
 
-#include <array>
+#include <span>
 
 #include "probe/mpegaudio/id3.h"
 #include "probe/read/byte_reader.h"
@@ -33,8 +33,8 @@ constexpr int kMostBlocks = 64;
 std::uint64_t findFrames(ReadWindow& file, std::uint64_t start, std::uint64_t fileSize) {
     std::uint64_t at = start + 4;
     for (int i = 0; i < kMostBlocks; ++i) {
-        std::array<std::uint8_t, kBlockHeaderBytes> header;
-        if (!file.readExact(at, header)) {
+        std::span<const std::uint8_t> header;
+        if (!file.viewAll(at, kBlockHeaderBytes, header)) {
             break;
         }
         at += kBlockHeaderBytes + be24(&header[1]);
@@ -50,18 +50,18 @@ std::uint64_t findFrames(ReadWindow& file, std::uint64_t start, std::uint64_t fi
 
 // `head` begins with "fLaC" at file offset `start`.
 Result parseFlac(ReadWindow& file, std::uint64_t start, std::uint64_t fileSize,
-                 std::span<const std::uint8_t, kHeadBytes> head, MediaRecord& record) {
+                 std::span<const std::uint8_t> head, MediaRecord& record) {
+    record.containerType = kContainerFlac;
+    record.audioFormatTag = kAudioFlac;
+    record.videoFourCC = 0;
     if ((head[4] & ~kLastBlock) != 0 || be24(&head[5]) < kStreamInfoBytes) {
         return kFail;
     }
     const std::uint64_t fields = be64(&head[18]);
     const auto sampleRate = static_cast<std::uint32_t>(fields >> 44);
     const std::uint64_t samples = fields & 0xFFFFFFFFFu;
-    record.containerType = kContainerFlac;
-    record.audioFormatTag = kAudioFlac;
     record.audioSampleRate = sampleRate;
     record.audioChannels = static_cast<std::uint32_t>((fields >> 41) & 7u) + 1;
-    record.videoFourCC = 0;
     if (sampleRate == 0 || samples == 0) {  // 0 samples: the encoder did not know
         return kOk;
     }
@@ -77,24 +77,22 @@ Result parseFlac(ReadWindow& file, std::uint64_t start, std::uint64_t fileSize,
 }  // namespace
 
 int FlacRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kHeadBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kHeadBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kHeadBytes, kHeadBytes, head)) {
         return decline(why);
     }
     std::uint64_t start = 0;
-    if (beginsWith(head, "ID3")) {
-        start = id3TagSize(head) + kId3HeaderBytes;
-        if (!file.readExact(start, head)) {
+    if (beginsWith(head.bytes, "ID3")) {
+        start = id3TagSize(head.bytes) + kId3HeaderBytes;
+        if (!file.viewAll(start, kHeadBytes, head.bytes)) {
             return decline("fewer than 256 bytes follow its ID3 tag");
         }
     }
-    if (!beginsWith(head, "fLaC")) {
+    if (!beginsWith(head.bytes, "fLaC")) {
         return decline(start == 0 ? "does not begin with fLaC" : "no fLaC behind its ID3 tag");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
-    record.status = parseFlac(file, start, fileSize, head, record);
+    record.setFileSize(head.fileSize);
+    record.status = parseFlac(file, start, head.fileSize, head.bytes, record);
     return 1;
 }
 

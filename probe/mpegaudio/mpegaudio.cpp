@@ -34,15 +34,6 @@ bool holdsTag(std::span<const std::uint8_t> head, std::uint64_t fileSize) {
     return tagBytes + kHeadBytes <= fileSize;
 }
 
-// Reads the frame header at `offset`; false when the stretch ends before, when there is none, or
-// when it is of the free format and so does not tell where the next one stands.
-bool readFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t end, MpegAudioHeader& header) {
-    std::span<const std::uint8_t> bytes;
-    return offset <= end && end - offset >= kMpegAudioHeaderBytes &&
-           file.view(offset, kMpegAudioHeaderBytes, bytes) && parseMpegAudioHeader(bytes, header) &&
-           header.frameBytes != 0;
-}
-
 // The first offset in [offset, end) that holds a frame header with a length; `end` when there is
 // none or a read fails.
 std::uint64_t findFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t end,
@@ -50,7 +41,7 @@ std::uint64_t findFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t en
     while (end - offset >= kMpegAudioHeaderBytes) {
         std::span<const std::uint8_t> bytes;
         const auto most = static_cast<std::size_t>(end - offset);
-        if (!file.viewSome(offset, kMpegAudioHeaderBytes, most, bytes) ||
+        if (!file.view(offset, kMpegAudioHeaderBytes, most, bytes) ||
             bytes.size() < kMpegAudioHeaderBytes) {
             return end;
         }
@@ -82,7 +73,7 @@ bool findFrames(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& first) 
     for (int frames = 1; frames < kFramesInARow; ++frames) {
         const MpegAudioHeader before = header;
         at += before.frameBytes;
-        if (!readFrame(file, at, end, header) || header.version != before.version ||
+        if (!readMpegAudioFrame(file, at, end, header) || header.version != before.version ||
             header.layer != before.layer) {
             return false;
         }
@@ -93,21 +84,19 @@ bool findFrames(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& first) 
 }  // namespace
 
 int MpegAudioRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kHeadBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kHeadBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kHeadBytes, kHeadBytes, head)) {
         return decline(why);
     }
-    if (!holdsTag(head, fileSize)) {
+    if (!holdsTag(head.bytes, head.fileSize)) {
         return decline("ends inside its ID3 tag or less than 1024 bytes behind it");
     }
     std::uint64_t first = 0;
-    if (!findFrames(file, fileSize, first)) {
+    if (!findFrames(file, head.fileSize, first)) {
         return decline("no six frame headers in a row within 2 MiB");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
-    record.status = parseMpegAudio(file, fileSize, first, record);
+    record.setFileSize(head.fileSize);
+    record.status = parseMpegAudio(file, head.fileSize, first, record);
     return 1;
 }
 

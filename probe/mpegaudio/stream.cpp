@@ -29,17 +29,11 @@ struct VbrHeader {
     std::uint32_t bytes = 0;
 };
 
-bool readHeader(ReadWindow& file, std::uint64_t offset, MpegAudioHeader& header) {
-    std::span<const std::uint8_t> bytes;
-    return file.view(offset, kMpegAudioHeaderBytes, bytes) && parseMpegAudioHeader(bytes, header) &&
-           header.frameBytes != 0;
-}
-
 // Without a tag in front the first frame stands at 0, before the place where the search begins;
 // the frame that was found is then the second.
 std::uint64_t trueBegin(ReadWindow& file, std::uint64_t found, const MpegAudioHeader& second) {
     MpegAudioHeader header;
-    const bool isFirst = readHeader(file, 0, header) && header.frameBytes == found &&
+    const bool isFirst = readMpegAudioFrame(file, 0, found, header) && header.frameBytes == found &&
                          header.version == second.version && header.layer == second.layer;
     return isFirst ? 0 : found;
 }
@@ -50,7 +44,8 @@ Result findEnd(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& end) {
     constexpr std::size_t kTailBytes = kApeFooterBytes + kId3v1Bytes;
     constexpr std::uint32_t kHasHeader = 0x80000000;
     std::array<std::uint8_t, kTailBytes> bytes;
-    if (!file.readPast(fileSize - kTailBytes, bytes)) {
+    std::size_t read = 0;
+    if (!file.readAside(fileSize - kTailBytes, bytes, read) || read < kTailBytes) {
         return kFail;
     }
     std::span<const std::uint8_t> tail = bytes;
@@ -83,14 +78,13 @@ Result readVbrHeader(ReadWindow& file, const Stream& stream, VbrHeader& vbr) {
     if (stream.header.layer != 3) {
         return kOk;
     }
-    std::array<std::uint8_t, kBytes> frame;
-    if (!file.readExact(stream.begin, frame)) {
+    std::span<const std::uint8_t> bytes;
+    if (!file.viewAll(stream.begin, kBytes, bytes)) {
         return kFail;
     }
     const bool mpeg1 = stream.header.version == MpegVersion::Mpeg1;
     const bool mono = stream.header.channels == 1;
     const std::size_t sideBytes = mpeg1 ? (mono ? 17u : 32u) : (mono ? 9u : 17u);
-    const std::span<const std::uint8_t> bytes = frame;
     ByteReader xing(bytes.subspan(kMpegAudioHeaderBytes + sideBytes));
     const auto name = xing.take(4);
     if (beginsWith(name, "Xing") || beginsWith(name, "Info")) {
@@ -101,8 +95,8 @@ Result readVbrHeader(ReadWindow& file, const Stream& stream, VbrHeader& vbr) {
         vbr.bytes = (flags & kHasBytes) != 0 ? xing.be32() : 0;
     } else if (beginsWith(bytes.subspan(kVbri), "VBRI")) {
         vbr.found = true;
-        vbr.bytes = be32(&frame[kVbri + 10]);
-        vbr.frames = be32(&frame[kVbri + 14]);
+        vbr.bytes = be32(&bytes[kVbri + 10]);
+        vbr.frames = be32(&bytes[kVbri + 14]);
     }
     return kOk;
 }
@@ -111,7 +105,7 @@ Result readVbrHeader(ReadWindow& file, const Stream& stream, VbrHeader& vbr) {
 void skipSilentFrame(ReadWindow& file, Stream& stream) {
     MpegAudioHeader next;
     const std::uint64_t at = stream.begin + stream.header.frameBytes;
-    if (at <= stream.end && readHeader(file, at, next) && next.version == stream.header.version &&
+    if (readMpegAudioFrame(file, at, stream.end, next) && next.version == stream.header.version &&
         next.layer == stream.header.layer) {
         stream.begin = at;
         stream.header.bitRate = next.bitRate;
@@ -126,8 +120,8 @@ double meanBitRate(ReadWindow& file, const Stream& stream) {
     bool varies = false;
     MpegAudioHeader header;
     for (int frames = 0; (varies || frames < kComparedFrames) && at < limit; ++frames) {
-        if (!readHeader(file, at, header) || header.version != stream.header.version ||
-            header.layer != stream.header.layer) {
+        if (!readMpegAudioFrame(file, at, limit, header) ||
+            header.version != stream.header.version || header.layer != stream.header.layer) {
             break;
         }
         varies = varies || header.bitRate != stream.header.bitRate;
@@ -160,14 +154,22 @@ void fillFromFrames(ReadWindow& file, const Stream& stream, MediaRecord& record)
 
 }  // namespace
 
+bool readMpegAudioFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t end,
+                        MpegAudioHeader& header) {
+    std::span<const std::uint8_t> bytes;
+    return offset <= end && end - offset >= kMpegAudioHeaderBytes &&
+           file.view(offset, kMpegAudioHeaderBytes, bytes) && parseMpegAudioHeader(bytes, header) &&
+           header.frameBytes != 0;
+}
+
 Result parseMpegAudio(ReadWindow& file, std::uint64_t fileSize, std::uint64_t first,
                       MediaRecord& record) {
     Stream stream;
-    if (!readHeader(file, first, stream.header)) {
+    if (!readMpegAudioFrame(file, first, fileSize, stream.header)) {
         return kFail;
     }
     stream.begin = trueBegin(file, first, stream.header);
-    if (stream.begin != first && !readHeader(file, stream.begin, stream.header)) {
+    if (stream.begin != first && !readMpegAudioFrame(file, 0, fileSize, stream.header)) {
         return kFail;
     }
     const MpegAudioHeader& header = stream.header;

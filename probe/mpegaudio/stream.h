@@ -10,6 +10,11 @@
 
 namespace probe {
 
+// Reads the frame header at `offset`; false when less than all of it lies in front of `end`, when
+// there is none, or when it is of the free format and so does not tell where the next one stands.
+[[nodiscard]] bool readMpegAudioFrame(ReadWindow& file, std::uint64_t offset, std::uint64_t end,
+                                      MpegAudioHeader& header);
+
 // Fills the audio fields of `record` from the stream whose first found frame stands at `first`.
 // The play time is that of
 //  - the frame count of a "Xing", "Info" or "VBRI" header, or else

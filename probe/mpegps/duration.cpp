@@ -53,7 +53,7 @@ ClockPoint findPack(Clock& clock, std::uint64_t from, std::uint64_t limit) {
     while (from + kPackBytes <= limit && !clock.exhausted()) {
         std::span<const std::uint8_t> bytes;
         const auto most = static_cast<std::size_t>(limit - from);
-        if (!clock.reader.file.viewSome(from, kPackBytes, most, bytes)) {
+        if (!clock.reader.file.view(from, kPackBytes, most, bytes)) {
             clock.readFailed = true;
             break;
         }

@@ -26,8 +26,7 @@ bool findFirstPack(ReadWindow& file, std::uint64_t length, std::uint64_t& offset
     for (offset = 0; offset + kStartCodeBytes <= length;) {
         std::span<const std::uint8_t> bytes;
         const auto most = static_cast<std::size_t>(length - offset);
-        if (!file.viewSome(offset, kStartCodeBytes, most, bytes) ||
-            bytes.size() < kStartCodeBytes) {
+        if (!file.view(offset, kStartCodeBytes, most, bytes) || bytes.size() < kStartCodeBytes) {
             return false;
         }
         const std::size_t found = findStartCode(bytes, kPackStart, kPackStart);
@@ -86,22 +85,20 @@ Result parseMpegPs(MpegPsReader& reader, MediaRecord& record) {
 }  // namespace
 
 int MpegPsRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kHeadBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kMinimumBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kMinimumBytes, kHeadBytes, head)) {
         return decline(why);
     }
-    const bool cdxa = isCdxa(head);
-    const std::uint64_t searched = cdxa ? std::min(fileSize, kCdxaSearchBytes) : kHeadBytes;
+    const bool cdxa = isCdxa(head.bytes);
+    const std::uint64_t searched = cdxa ? std::min(head.fileSize, kCdxaSearchBytes) : kHeadBytes;
     std::uint64_t firstPack = 0;
     if (!findFirstPack(file, searched, firstPack)) {
         return decline(cdxa ? "a VideoCD without a pack start code in its first 2 MiB"
                             : "no pack start code in its first 256 bytes");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
+    record.setFileSize(head.fileSize);
     MpegPsReader reader{file};
-    reader.end = fileSize;
+    reader.end = head.fileSize;
     reader.firstPack = firstPack;
     record.status = parseMpegPs(reader, record);
     return 1;

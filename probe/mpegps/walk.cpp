@@ -201,7 +201,7 @@ Result findNext(Walk& walk) {
     while (walk.at < walk.limit) {
         std::span<const std::uint8_t> bytes;
         const auto most = static_cast<std::size_t>(walk.limit - walk.at);
-        if (!walk.reader.file.viewSome(walk.at, std::min(most, kStartCodeBytes), most, bytes)) {
+        if (!walk.reader.file.view(walk.at, std::min(most, kStartCodeBytes), most, bytes)) {
             return kFail;
         }
         if (bytes.size() < kStartCodeBytes) {

@@ -36,7 +36,7 @@ constexpr std::size_t kCommentSearchFrom = 28;  // behind the fields of the iden
 constexpr std::size_t kCommentSearchEnd = 1984;
 constexpr std::size_t kPacketMagicBytes = 7;  // packet type and "vorbis"
 
-using Head = std::span<const std::uint8_t, kHeadBytes>;
+using Start = std::span<const std::uint8_t, kHeadBytes>;
 
 struct Identification {
     std::uint32_t channels = 0;
@@ -69,7 +69,7 @@ bool beginsWithKey(std::span<const std::uint8_t> comment, std::string_view key) 
     });
 }
 
-bool readIdentification(Head head, Identification& identification) {
+bool readIdentification(Start head, Identification& identification) {
     const std::size_t offset = kPageHeaderBytes + head[26];
     const auto packet = head.subspan(offset);
     if (!beginsWith(packet, "\1vorbis")) {
@@ -107,7 +107,7 @@ void readComments(std::span<const std::uint8_t> packet, MediaRecord& record) {
     }
 }
 
-void findComments(Head head, std::size_t identification, MediaRecord& record) {
+void findComments(Start head, std::size_t identification, MediaRecord& record) {
     for (std::size_t at = identification + kCommentSearchFrom; at < kCommentSearchEnd; ++at) {
         if (head[at] == 3 && beginsWith(head.subspan(at), "\3vorbis")) {
             readComments(head.subspan(at + kPacketMagicBytes), record);
@@ -137,7 +137,7 @@ std::size_t findLastPage(std::span<const std::uint8_t> tail) {
 Result readLastGranule(ReadWindow& file, std::uint64_t fileSize, std::uint64_t& granule) {
     const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(kTailBytes, fileSize));
     std::span<const std::uint8_t> tail;
-    if (!file.view(fileSize - count, count, tail) || tail.size() < count) {
+    if (!file.viewAll(fileSize - count, count, tail)) {
         return kFail;
     }
     const std::size_t page = findLastPage(tail);
@@ -153,10 +153,10 @@ Result parseOgg(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) {
     Identification identification;
     {
         std::span<const std::uint8_t> head;
-        if (!file.view(0, kHeadBytes, head) || head.size() < kHeadBytes) {
+        if (!file.viewAll(0, kHeadBytes, head)) {
             return kFail;
         }
-        const Head whole = head.first<kHeadBytes>();
+        const Start whole = head.first<kHeadBytes>();
         if (!readIdentification(whole, identification)) {
             return kFail;
         }
@@ -183,17 +183,16 @@ Result parseOgg(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) {
 }  // namespace
 
 int OggRecognise(MediaRecord& record, ReadWindow& file) {
-    std::array<std::uint8_t, kMinimumBytes> head;
-    std::uint64_t fileSize = 0;
-    if (const char* why = readHead(file, kMinimumBytes, head, fileSize)) {
+    Head head;
+    if (const char* why = readHead(file, kMinimumBytes, kMinimumBytes, head)) {
         return decline(why);
     }
-    if (!beginsWith(head, "OggS")) {
+    if (!beginsWith(head.bytes, "OggS")) {
         return decline("does not begin with OggS");
     }
-    record.fileSize = static_cast<std::uint32_t>(fileSize);
-    record.fileSizeHigh = 0;
-    static_cast<void>(parseOgg(file, fileSize, record));  // required: the status stays as it was
+    record.setFileSize(head.fileSize);
+    static_cast<void>(
+        parseOgg(file, head.fileSize, record));  // required: the status stays as it was
     return 1;
 }
 

@@ -19,9 +19,6 @@ inline std::uint32_t le32(const std::uint8_t* p) {
     return static_cast<std::uint32_t>(p[0]) | (static_cast<std::uint32_t>(p[1]) << 8) |
            (static_cast<std::uint32_t>(p[2]) << 16) | (static_cast<std::uint32_t>(p[3]) << 24);
 }
-inline std::uint64_t le64(const std::uint8_t* p) {
-    return le32(p) | (static_cast<std::uint64_t>(le32(p + 4)) << 32);
-}
 inline std::uint16_t be16(const std::uint8_t* p) {
     return static_cast<std::uint16_t>((p[0] << 8) | p[1]);
 }
@@ -32,20 +29,25 @@ inline std::uint32_t be24(const std::uint8_t* p) {
 inline std::uint32_t be32(const std::uint8_t* p) {
     return (static_cast<std::uint32_t>(p[0]) << 24) | be24(p + 1);
 }
-inline std::uint64_t be64(const std::uint8_t* p) {
-    return (static_cast<std::uint64_t>(be32(p)) << 32) | be32(p + 4);
-}
 
 // The 64-bit value at the cursor, which moves on by 8. The caller vouches for the 8 bytes.
 inline std::uint64_t ReadLE64(const std::uint8_t*& cursor) {
-    const std::uint64_t value = le64(cursor);
+    const std::uint64_t value = le32(cursor) | (static_cast<std::uint64_t>(le32(cursor + 4)) << 32);
     cursor += 8;
     return value;
 }
 inline std::uint64_t ReadBE64(const std::uint8_t*& cursor) {
-    const std::uint64_t value = be64(cursor);
+    const std::uint64_t value = (static_cast<std::uint64_t>(be32(cursor)) << 32) | be32(cursor + 4);
     cursor += 8;
     return value;
+}
+
+// The same at a fixed place.
+inline std::uint64_t le64(const std::uint8_t* p) {
+    return ReadLE64(p);
+}
+inline std::uint64_t be64(const std::uint8_t* p) {
+    return ReadBE64(p);
 }
 
 class ByteReader {
@@ -60,15 +62,8 @@ public:
         const std::uint8_t* p = advance(1);
         return p ? *p : std::uint8_t{0};
     }
-    std::uint16_t le16() { return read<std::uint16_t, 2, probe::le16>(); }
-    std::uint32_t le32() { return read<std::uint32_t, 4, probe::le32>(); }
-    std::uint64_t le64() { return read<std::uint64_t, 8, probe::le64>(); }
-    std::uint16_t be16() { return read<std::uint16_t, 2, probe::be16>(); }
-    std::uint32_t be24() { return read<std::uint32_t, 3, probe::be24>(); }
-    std::uint32_t be32() { return read<std::uint32_t, 4, probe::be32>(); }
-    std::uint64_t be64() { return read<std::uint64_t, 8, probe::be64>(); }
-    // First character in the most significant byte, as fourCc().
-    std::uint32_t fourcc() { return be32(); }
+    std::uint32_t le32() { return read<probe::le32>(); }
+    std::uint32_t be32() { return read<probe::be32>(); }
 
     void skip(std::size_t count) { advance(count); }
     // The next `count` bytes, or none after a failure.
@@ -89,10 +84,10 @@ private:
         position_ += count;
         return p;
     }
-    template <typename T, std::size_t kBytes, T (*kDecode)(const std::uint8_t*)>
-    T read() {
-        const std::uint8_t* p = advance(kBytes);
-        return p ? kDecode(p) : T{0};
+    template <std::uint32_t (*kDecode)(const std::uint8_t*)>
+    std::uint32_t read() {
+        const std::uint8_t* p = advance(4);
+        return p ? kDecode(p) : 0;
     }
 
     std::span<const std::uint8_t> bytes_;

@@ -10,7 +10,7 @@ const std::uint8_t* FileCursor::advance(std::size_t count) {
         return nullptr;
     }
     std::span<const std::uint8_t> bytes;
-    if (!file_.view(position_, count, bytes) || bytes.size() < count) {
+    if (!file_.viewAll(position_, count, bytes)) {
         ok_ = false;
         readFailed_ = true;
         return nullptr;

@@ -2,15 +2,14 @@
 
 namespace probe {
 
-const char* readHead(ReadWindow& file, std::uint64_t minimum, std::span<std::uint8_t> head,
-                     std::uint64_t& fileSize) {
-    if (!file.size(fileSize)) {
+const char* readHead(ReadWindow& file, std::uint64_t minimum, std::size_t count, Head& head) {
+    if (!file.size(head.fileSize)) {
         return "its size cannot be told";
     }
-    if (fileSize < minimum) {
+    if (head.fileSize < minimum) {
         return "too short";
     }
-    if (!file.readExact(0, head)) {
+    if (!file.viewAll(0, count, head.bytes)) {
         return "its head cannot be read";
     }
     return nullptr;

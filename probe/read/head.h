@@ -1,4 +1,4 @@
-// What every recogniser does first: the size check and the read of the file's head.
+// What every recogniser does first: the size check and a look at the file's head.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,16 @@
 
 namespace probe {
 
-// Tells the file's size, checks it against `minimum` bytes and fills `head` from the start of the
-// file. Returns null when all went well, otherwise why the file is to be declined.
-[[nodiscard]] const char* readHead(ReadWindow& file, std::uint64_t minimum,
-                                   std::span<std::uint8_t> head, std::uint64_t& fileSize);
+struct Head {
+    std::span<const std::uint8_t> bytes;  // valid as long as the window
+    std::uint64_t fileSize = 0;
+};
+
+// Tells the file's size, checks it against `minimum` bytes and shows the first `count` bytes (at
+// most ReadWindow::kSmallest). Returns null when all went well, otherwise why the file is to be
+// declined.
+[[nodiscard]] const char* readHead(ReadWindow& file, std::uint64_t minimum, std::size_t count,
+                                   Head& head);
 
 // Whether `bytes` begin with the characters of `magic`, its terminator not counted.
 template <std::size_t kSize>

@@ -1,7 +1,6 @@
 #include "probe/read/read_window.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 
 namespace probe {
@@ -10,6 +9,7 @@ bool ReadWindow::size(std::uint64_t& bytes) {
     constexpr std::uint32_t kInvalidFileSize = 0xFFFFFFFF;  // of the high word
     if (!sizeKnown_) {
         sizeKnown_ = file_.size(size_) && (size_ >> 32) != kInvalidFileSize;
+        end_ = sizeKnown_ ? size_ : end_;
     }
     bytes = size_;
     return sizeKnown_;
@@ -22,15 +22,17 @@ bool ReadWindow::readFile(std::uint64_t offset, std::span<std::uint8_t> out, std
         read = 0;
     }
     counts_.bytes += read;
+    if (done && read < out.size()) {
+        end_ = offset + read;
+    }
     return done;
 }
 
-// How much of `length` bytes at `offset` the file holds: to ask for more would cost a call that
-// only finds its end. Behind the end, the file is left to answer.
+// How much of `length` bytes at `offset` the file holds, as far as is known: to ask for more would
+// cost a call that only finds its end.
 std::size_t ReadWindow::withinFile(std::uint64_t offset, std::size_t length) const {
-    return sizeKnown_ && offset < size_
-               ? static_cast<std::size_t>(std::min<std::uint64_t>(length, size_ - offset))
-               : length;
+    return offset < end_ ? static_cast<std::size_t>(std::min<std::uint64_t>(length, end_ - offset))
+                         : 0;
 }
 
 // The buffer for a window of `length` bytes, which is shortened when the large one cannot be had;
@@ -54,7 +56,7 @@ std::uint8_t* ReadWindow::bufferFor(std::uint64_t offset, std::size_t wanted, st
 bool ReadWindow::fill(std::uint64_t offset, std::size_t wanted) {
     // The next bytes or bytes shortly behind them are a walk; anything else starts small again.
     const bool goesOn = length_ != 0 && offset >= start_ && offset <= start_ + length_ + kSmallest;
-    step_ = goesOn ? std::min(step_ * 2, kLargest) : kSmallest;
+    step_ = goesOn ? std::clamp(step_ * 2, kSmallest, kLargest) : kSmallest;
     std::size_t length = withinFile(offset, std::max(step_, wanted));
     std::uint8_t* const buffer = bufferFor(offset, wanted, length);
     if (!buffer) {
@@ -63,17 +65,27 @@ bool ReadWindow::fill(std::uint64_t offset, std::size_t wanted) {
     length_ = 0;
     window_ = buffer;
     start_ = offset;
-    const bool done = readFile(offset, {buffer, length}, length_);
+    bool done = readFile(offset, {buffer, length}, length_);
+    if (!done) {
+        // To the end of the sector: not a byte of another one is touched by that.
+        const std::uint64_t end = (offset + wanted + kSector - 1) / kSector * kSector;
+        const auto needed = static_cast<std::size_t>(std::min<std::uint64_t>(end - offset, length));
+        step_ = 0;  // so that a walk towards the bad sector does not fall behind by halves
+        done = needed < length && readFile(offset, {buffer, needed}, length_);
+    }
     if (buffer == head_.data()) {
         headLength_ = length_;
     }
     return done;
 }
 
-bool ReadWindow::viewSome(std::uint64_t offset, std::size_t least, std::size_t most,
-                          std::span<const std::uint8_t>& bytes) {
+bool ReadWindow::view(std::uint64_t offset, std::size_t least, std::size_t most,
+                      std::span<const std::uint8_t>& bytes) {
     bytes = {};
     least = withinFile(offset, std::min(least, kLargest));
+    if (least == 0) {
+        return true;  // behind the end
+    }
     if (!atHand(offset, least)) {
         if (const std::uint8_t* kept = inHead(offset, least)) {
             bytes = {kept, std::min(most, headLength_ - static_cast<std::size_t>(offset))};
@@ -88,27 +100,12 @@ bool ReadWindow::viewSome(std::uint64_t offset, std::size_t least, std::size_t m
     return true;
 }
 
-bool ReadWindow::readUpTo(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read) {
-    read = 0;
-    if (out.size() > kLargest) {
-        return readFile(offset, out, read);
-    }
-    std::span<const std::uint8_t> bytes;
-    if (!view(offset, out.size(), bytes)) {
-        return false;
-    }
-    std::copy(bytes.begin(), bytes.end(), out.begin());
-    read = bytes.size();
-    return true;
-}
-
-bool ReadWindow::readExactSlowly(std::uint64_t offset, std::span<std::uint8_t> out) {
-    std::size_t read = 0;
-    return readUpTo(offset, out, read) && read == out.size();
-}
-
 bool ReadWindow::readAside(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read) {
     const std::size_t length = withinFile(offset, out.size());
+    read = 0;
+    if (length == 0) {
+        return true;
+    }
     const std::uint8_t* bytes = atHand(offset, length);
     if (!bytes) {
         bytes = inHead(offset, length);
@@ -119,11 +116,6 @@ bool ReadWindow::readAside(std::uint64_t offset, std::span<std::uint8_t> out, st
     std::copy_n(bytes, length, out.data());
     read = length;
     return true;
-}
-
-bool ReadWindow::readPast(std::uint64_t offset, std::span<std::uint8_t> out) {
-    std::size_t read = 0;
-    return readFile(offset, out, read) && read == out.size();
 }
 
 }  // namespace probe

@@ -1,9 +1,9 @@
 // The parsers' view of a file: exact reads at absolute offsets through one window, so that a walk
 // in small steps costs one linear pass and few system calls, and that the ten recognisers share
 // one read of the file's head, which is kept. The window starts at 4 KiB and doubles while the
-// reads go on where the last one ended, up to 64 KiB. Larger reads go past it straight into the
-// caller's buffer. What the file's size rules out is not asked for. Lives for one probe; one
-// thread.
+// reads go on where the last one ended, up to 64 KiB. What the file's size rules out is not asked
+// for, and a read ahead that fails is no failure: what was wanted is asked for once more by itself,
+// as the bad sector may be one that nobody needs. Lives for one probe; one thread.
 #pragma once
 
 #include <algorithm>
@@ -26,11 +26,10 @@ class ReadWindow {
 public:
     static constexpr std::size_t kSmallest = 4096;
     static constexpr std::size_t kLargest = 65536;
+    static constexpr std::size_t kSector = 512;  // a card reads no less, however little is wanted
 
     // `file` must outlive the window.
-    explicit ReadWindow(platform::ReadOnlyFile& file) : ReadWindow(file, ownCounts_) {}
-    // A second window over the file of a first one, in whose counts its reads are counted.
-    ReadWindow(platform::ReadOnlyFile& file, ReadCounts& counts) : file_(file), counts_(counts) {}
+    explicit ReadWindow(platform::ReadOnlyFile& file) : file_(file) {}
     ReadWindow(const ReadWindow&) = delete;
     ReadWindow& operator=(const ReadWindow&) = delete;
 
@@ -38,53 +37,36 @@ public:
     // bits are all ones, by which Windows tells the same.
     [[nodiscard]] bool size(std::uint64_t& bytes);
 
-    // Fills `out` from `offset`. False when a read failed or the file ends before.
-    [[nodiscard]] bool readExact(std::uint64_t offset, std::span<std::uint8_t> out) {
-        const std::uint8_t* bytes = atHand(offset, out.size());
-        if (!bytes) {
-            return readExactSlowly(offset, out);
+    // Shows the `count` bytes (at most kLargest) at `offset` without copying them; fewer only
+    // where the file ends. Valid until the next call that moves the window; what lies in the
+    // first kSmallest bytes of the file stays valid as long as the window. False when a read
+    // failed.
+    [[nodiscard]] bool view(std::uint64_t offset, std::size_t count,
+                            std::span<const std::uint8_t>& bytes) {
+        if (const std::uint8_t* first = atHand(offset, count)) {
+            bytes = {first, count};
+            return true;
         }
-        std::copy_n(bytes, out.size(), out.data());
-        return true;
+        return view(offset, count, count, bytes);
+    }
+    // The same for a search: at least `least` bytes, and up to `most` as far as they are at hand.
+    // A search that takes what there is reads no byte twice.
+    [[nodiscard]] bool view(std::uint64_t offset, std::size_t least, std::size_t most,
+                            std::span<const std::uint8_t>& bytes);
+
+    // As view, but a file that ends before all `count` bytes is a failure.
+    [[nodiscard]] bool viewAll(std::uint64_t offset, std::size_t count,
+                               std::span<const std::uint8_t>& bytes) {
+        return view(offset, count, bytes) && bytes.size() == count;
     }
 
-    // The same straight from the file, without a look at the window and without moving it: for
-    // large blocks, and for single small reads that lie scattered.
-    [[nodiscard]] bool readPast(std::uint64_t offset, std::span<std::uint8_t> out);
-
-    // For reads that lie apart from a walk: takes what is at hand from the window, anything else
-    // straight from the file, and never moves the window. `read` tells how much of `out` was
-    // filled, less than all of it only where the file ends. False when a read failed.
+    // For reads that lie apart from a walk: takes what is at hand, anything else straight from the
+    // file, and never moves the window. `read` tells how much of `out` was filled, less than all
+    // of it only where the file ends. False when a read failed.
     [[nodiscard]] bool readAside(std::uint64_t offset, std::span<std::uint8_t> out,
                                  std::size_t& read);
 
-    // As readExact, but the end of the file is no failure: `read` tells how much of `out` was
-    // filled.
-    [[nodiscard]] bool readUpTo(std::uint64_t offset, std::span<std::uint8_t> out,
-                                std::size_t& read);
-
-    // Shows up to `wanted` bytes (at most kLargest) at `offset` without copying them; fewer only
-    // where the file ends. Valid until the next call. False when a read failed.
-    [[nodiscard]] bool view(std::uint64_t offset, std::size_t wanted,
-                            std::span<const std::uint8_t>& bytes) {
-        if (const std::uint8_t* first = atHand(offset, wanted)) {
-            bytes = {first, wanted};
-            return true;
-        }
-        return viewSome(offset, wanted, wanted, bytes);
-    }
-
-    // The same for a search: at least `least` bytes, and up to `most` as far as they are at hand.
-    // A search that takes what there is reads no byte twice.
-    [[nodiscard]] bool viewSome(std::uint64_t offset, std::size_t least, std::size_t most,
-                                std::span<const std::uint8_t>& bytes);
-
-    // The file itself, for a second window over it.
-    platform::ReadOnlyFile& file() { return file_; }
-
     const ReadCounts& counts() const { return counts_; }
-    // The same, for a second window to count in.
-    ReadCounts& counts() { return counts_; }
 
 private:
     // `count` bytes of the window at `offset`, or null when it does not hold them all.
@@ -98,7 +80,6 @@ private:
         return offset <= headLength_ && count <= headLength_ - offset ? head_.data() + offset
                                                                       : nullptr;
     }
-    bool readExactSlowly(std::uint64_t offset, std::span<std::uint8_t> out);
     bool readFile(std::uint64_t offset, std::span<std::uint8_t> out, std::size_t& read);
     bool fill(std::uint64_t offset, std::size_t wanted);
     std::size_t withinFile(std::uint64_t offset, std::size_t length) const;
@@ -117,8 +98,8 @@ private:
     std::size_t headLength_ = 0;
     std::uint64_t size_ = 0;
     bool sizeKnown_ = false;
-    ReadCounts ownCounts_;
-    ReadCounts& counts_;
+    std::uint64_t end_ = UINT64_MAX;  // no byte lies behind: the size, or where a read came up short
+    ReadCounts counts_;
 };
 
 }  // namespace probe

@@ -80,6 +80,11 @@ struct MediaRecord {
     std::uint32_t imageWidth = 0;  // still images only
     std::uint32_t imageHeight = 0;
     std::uint32_t imageBitsPerPixel = 0;
+
+    void setFileSize(std::uint64_t bytes) {
+        fileSize = static_cast<std::uint32_t>(bytes);
+        fileSizeHigh = 0;  // required, however large the file
+    }
 };
 
 }  // namespace probe

@@ -54,7 +54,7 @@ Result findPixelAspect(AviReader& reader, PixelAspect& aspect) {
         return result;
     }
     const std::uint32_t size = le32(&header[4]);
-    if (!blockFits(size, reader.end)) {
+    if (!canAllocate(size)) {
         return kOutOfMemory;
     }
     // The payload is looked through in windows; beyond the file's end it would be zeros, which
@@ -110,28 +110,20 @@ bool AviReader::canSeek(std::uint64_t offset) {
 }
 
 Result AviReader::read(std::uint64_t offset, std::span<std::uint8_t> out) const {
-    std::size_t got = 0;
-    if (!canSeek(offset) || (offset < end && !file.readUpTo(offset, out, got))) {
+    std::span<const std::uint8_t> got;
+    if (!canSeek(offset) || (offset < end && !file.view(offset, out.size(), got))) {
         return kFail;
     }
-    std::fill(out.begin() + static_cast<std::ptrdiff_t>(got), out.end(), std::uint8_t{0});
+    std::fill(std::ranges::copy(got, out.begin()).out, out.end(), std::uint8_t{0});
     return kOk;
 }
 
-bool AviReader::takeAside(std::uint64_t bytes) {
-    const bool enough = bytes <= asideLeft;
-    asideLeft = enough ? asideLeft - bytes : 0;
-    return enough;
-}
-
 Result AviReader::readAside(std::uint64_t offset, std::span<std::uint8_t> out) {
-    constexpr std::uint64_t kSector = 512;  // a card reads no less, however little is wanted
     std::size_t got = 0;
     if (!canSeek(offset)) {
         return kFail;
     }
-    if (offset < end && (!takeAside(std::max<std::uint64_t>(out.size(), kSector)) ||
-                         !file.readAside(offset, out, got))) {
+    if (offset < end && (!aside.take(out.size()) || !file.readAside(offset, out, got))) {
         return kFail;
     }
     std::fill(out.begin() + static_cast<std::ptrdiff_t>(got), out.end(), std::uint8_t{0});

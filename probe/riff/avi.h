@@ -9,6 +9,7 @@
 #include <span>
 
 #include "probe/read/byte_reader.h"
+#include "probe/read/read_budget.h"
 #include "probe/read/read_window.h"
 #include "probe/record/media_record.h"
 #include "probe/record/result.h"
@@ -17,14 +18,14 @@ namespace probe {
 
 inline constexpr std::size_t kAviAudioStreams = 8;
 
-// An OpenDML super index; its entries stay in the header list's buffer.
+// An OpenDML super index; its entries stay in the header list.
 struct SuperIndex {
     std::uint16_t longsPerEntry = 0;
     std::uint8_t indexSubType = 0;
     std::uint8_t indexType = 0;
     std::uint32_t chunkId = 0;
     std::uint32_t entryCount = 0;     // entries that can be read; 0 when none was found
-    std::uint64_t entryPosition = 0;  // of the first entry in the header list's buffer
+    std::uint64_t entryPosition = 0;  // of the first entry in the header list
 };
 
 struct BitmapInfoHeader {
@@ -72,7 +73,7 @@ struct AviIndex {
 
 struct AviReader {
     AviReader(ReadWindow& window, std::uint64_t fileSize)
-        : file(window), end(fileSize), asideLeft(fileSize + kAsideAlways) {}
+        : file(window), end(fileSize), aside(fileSize) {}
 
     ReadWindow& file;
     std::uint64_t position = 0;
@@ -82,44 +83,34 @@ struct AviReader {
     AviHeader header;
     AviIndex index;
     bool hasIndex = false;
-    // Bytes that may still be read apart from the walk over the top-level chunks: standard indexes
-    // and the rest of a large header list. Super indexes lead anywhere, and every header list has
-    // its own, so that a hostile file could have the same index read without end. A sound file's
-    // entries are at most half of it: each has 8 bytes, as has the header of its chunk.
-    std::uint64_t asideLeft;
+    // Of the reads apart from the walk over the top-level chunks: header lists and standard
+    // indexes. Super indexes lead anywhere, and every header list has its own. A sound file's
+    // entries are at most half of the file: each has 8 bytes, as has the header of its chunk.
+    ReadBudget aside;
 
     // Fills `out` from `offset`, with 0 where the file has ended. kFail when a seek or a read
     // failed; a position whose low 32 bits are all ones cannot be told from a failed seek.
     [[nodiscard]] Result read(std::uint64_t offset, std::span<std::uint8_t> out) const;
     // The same apart from the walk. kFail too when that is used up.
     [[nodiscard]] Result readAside(std::uint64_t offset, std::span<std::uint8_t> out);
-    // Takes `bytes` of what may be read apart from the walk; false, and nothing is left, when it
-    // is more than that.
-    [[nodiscard]] bool takeAside(std::uint64_t bytes);
 
 private:
-    static constexpr std::uint64_t kAsideAlways = 512 << 10;
     // Whether a seek to `offset` could be told from a failed one.
     static bool canSeek(std::uint64_t offset);
 };
 
-// The payload of a header list. Its first bytes are held in memory; a list that is larger than any
-// real one is read on through a window of its own. Bytes beyond what the file holds are 0.
+// The payload of a header list, read through the file's window where it is wanted. Bytes beyond
+// what the file holds are 0. A list leads back and forth, so that what it costs comes out of the
+// budget.
 class ListBytes {
 public:
-    // A list of `size` bytes at `start`, of which `available` lie within the file and `first` are
-    // in memory.
-    ListBytes(AviReader& reader, std::uint64_t start, std::uint64_t available,
-              std::span<const std::uint8_t> first)
-        : reader_(reader),
-          start_(start),
-          available_(available),
-          first_(first),
-          rest_(reader.file.file(), reader.file.counts()) {}
+    // A list at `start`, of which `available` bytes lie within the file.
+    ListBytes(AviReader& reader, std::uint64_t start, std::uint64_t available)
+        : reader_(reader), start_(start), available_(available) {}
 
     // Bytes that the file holds of the list.
     std::uint64_t available() const { return available_; }
-    // Whether a read of the rest failed or was one too many; what was read since is 0.
+    // Whether a read failed or was one too many; what was read since is 0.
     bool failed() const { return failed_; }
 
     std::uint8_t u8(std::uint64_t at) const { return bytesAt<1>(at)[0]; }
@@ -133,20 +124,16 @@ private:
     template <std::size_t kCount>
     std::array<std::uint8_t, kCount> bytesAt(std::uint64_t at) const {
         std::array<std::uint8_t, kCount> bytes = {};
-        if (at + kCount <= first_.size()) {
-            std::copy_n(first_.begin() + static_cast<std::ptrdiff_t>(at), kCount, bytes.begin());
-        } else if (at < available_) {
-            readRest(at, bytes);
+        if (at < available_ && !failed_) {
+            read(at, bytes);
         }
         return bytes;
     }
-    void readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const;
+    void read(std::uint64_t at, std::span<std::uint8_t> bytes) const;
 
     AviReader& reader_;
     std::uint64_t start_;
     std::uint64_t available_;
-    std::span<const std::uint8_t> first_;
-    mutable ReadWindow rest_;
     mutable bool failed_ = false;
 };
 

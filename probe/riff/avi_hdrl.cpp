@@ -1,7 +1,5 @@
 // The "hdrl" list: main header, stream lists, stream headers and formats, super indexes.
 #include <algorithm>
-#include <limits>
-#include <new>
 
 #include "probe/read/block.h"
 #include "probe/read/byte_reader.h"
@@ -19,7 +17,6 @@ constexpr std::int64_t kStreamListMargin = 40;  // no child begins with fewer by
 constexpr std::uint32_t kBitmapInfoHeader = 40;
 constexpr std::uint32_t kWaveFormat = 16;
 constexpr std::uint32_t kSmallestSuperIndex = 40;
-constexpr std::uint64_t kLargestHeld = 1 << 20;  // of a header list, kept in memory
 
 enum class StreamKind { Video, Audio };
 
@@ -36,7 +33,7 @@ struct Stream {
 
 // BITMAPINFOHEADER: 0 biSize, 4 biWidth, 8 biHeight, 12 biPlanes, 14 biBitCount, 16 biCompression.
 Result readVideoFormat(const ListBytes& bytes, std::uint64_t at, std::uint32_t size,
-                       std::uint64_t fileSize, VideoSlot* slot) {
+                       VideoSlot* slot) {
     if (size < kBitmapInfoHeader) {
         return kFail;
     }
@@ -51,7 +48,7 @@ Result readVideoFormat(const ListBytes& bytes, std::uint64_t at, std::uint32_t s
         return kFail;
     }
     // The codec data behind the header reaches nobody; only its size can be too much.
-    return blockFits(slot->format.size - kBitmapInfoHeader, fileSize) ? kOk : kOutOfMemory;
+    return canAllocate(slot->format.size - kBitmapInfoHeader) ? kOk : kOutOfMemory;
 }
 
 // WAVEFORMATEX: 0 wFormatTag, 2 nChannels, 4 nSamplesPerSec, 8 nAvgBytesPerSec, 12 nBlockAlign,
@@ -72,8 +69,7 @@ Result readAudioFormat(const ListBytes& bytes, std::uint64_t at, std::uint32_t s
 
 // "indx" (OpenDML 1.02): 0 wLongsPerEntry, 2 bIndexSubType, 3 bIndexType, 4 nEntriesInUse,
 // 8 dwChunkId, 12 and 20 reserved, 24 entries of 64-bit offset, 32-bit size, 32-bit duration.
-void readSuperIndex(const ListBytes& bytes, std::uint64_t at, const Stream& stream,
-                    std::uint64_t fileSize) {
+void readSuperIndex(const ListBytes& bytes, std::uint64_t at, const Stream& stream) {
     constexpr std::uint64_t kHeader = 24;
     constexpr std::uint64_t kEntry = 16;
     SuperIndex& index = *stream.index();
@@ -91,7 +87,7 @@ void readSuperIndex(const ListBytes& bytes, std::uint64_t at, const Stream& stre
         }
     }
     const std::uint64_t count = bytes.le32(at + 4);
-    if (!blockFits(count * 8, fileSize)) {
+    if (!canAllocate(count * 8)) {
         return;  // its tables would not be had: no entries
     }
     const std::uint64_t held = bytes.available() > index.entryPosition
@@ -112,7 +108,7 @@ Result readStreamChildren(AviReader& reader, const ListBytes& bytes, std::uint64
                 return kFail;
             }
             if (stream.index()) {
-                readSuperIndex(bytes, at + kChunkHeader, stream, reader.end);
+                readSuperIndex(bytes, at + kChunkHeader, stream);
                 reader.header.superIndexSeen = true;
             }
         } else if (id != fourCc("strn") && id != fourCc("strd") && id != fourCc("JUNK") &&
@@ -159,13 +155,15 @@ Result walkHdrl(AviReader& reader, const ListBytes& bytes, std::uint64_t size) {
 
 }  // namespace
 
-void ListBytes::readRest(std::uint64_t at, std::span<std::uint8_t> bytes) const {
+void ListBytes::read(std::uint64_t at, std::span<std::uint8_t> bytes) const {
     const auto held =
         static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), available_ - at));
-    std::size_t read = 0;
     const std::uint64_t before = reader_.file.counts().bytes;
-    failed_ = failed_ || !rest_.readUpTo(start_ + at, bytes.first(held), read) ||
-              !reader_.takeAside(reader_.file.counts().bytes - before);
+    std::span<const std::uint8_t> got;
+    failed_ = !reader_.file.view(start_ + at, held, got);
+    std::ranges::copy(got, bytes.begin());
+    const std::uint64_t cost = reader_.file.counts().bytes - before;
+    failed_ = failed_ || (cost != 0 && !reader_.aside.take(cost));
 }
 
 // "strh": 0 fccType, 4 fccHandler, ...
@@ -200,7 +198,7 @@ Result ParseStrl(AviReader& reader, const ListBytes& bytes, std::uint64_t at,
     const std::uint32_t formatBytes = bytes.le32(at + 4);
     const std::uint64_t format = at + kChunkHeader;
     Result result = stream.kind == StreamKind::Video
-                        ? readVideoFormat(bytes, format, formatBytes, reader.end, stream.video)
+                        ? readVideoFormat(bytes, format, formatBytes, stream.video)
                         : readAudioFormat(bytes, format, formatBytes, stream.audio);
     at = format + formatBytes;
     if (result == kOk) {
@@ -217,20 +215,12 @@ Result ParseStrl(AviReader& reader, const ListBytes& bytes, std::uint64_t at,
 }
 
 Result ParseHdrl(AviReader& reader, std::uint64_t start, std::uint32_t size) {
-    if (!blockFits(size, reader.end)) {
+    if (!canAllocate(size)) {
         return kOutOfMemory;
     }
     const std::uint64_t left = reader.end > start ? reader.end - start : 0;
     const std::uint64_t available = std::min<std::uint64_t>(size, left);
-    const auto held = static_cast<std::size_t>(std::min(available, kLargestHeld));
-    const std::unique_ptr<std::uint8_t[]> buffer(new (std::nothrow) std::uint8_t[held]);
-    if (!buffer) {
-        return kOutOfMemory;
-    }
-    if (const Result result = reader.read(start, {buffer.get(), held}); result != kOk) {
-        return result;
-    }
-    const ListBytes bytes(reader, start, available, {buffer.get(), held});
+    const ListBytes bytes(reader, start, available);
     Result result = walkHdrl(reader, bytes, size);
     if (result == kOk && reader.header.superIndexSeen) {
         result = ReadOdmlIndexes(reader, bytes);

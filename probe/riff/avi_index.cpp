@@ -185,7 +185,7 @@ Result ReadOdmlIndexes(AviReader& reader, const ListBytes& bytes) {
     StandardIndexes indexes(reader, bytes);
     const SuperIndex& video = reader.header.video.index;
     Result result = indexes.count(video, reader.index.frameCount);
-    if (result == kOk && !blockFits(reader.index.frameCount * 4, reader.end)) {
+    if (result == kOk && !canAllocate(reader.index.frameCount * 4)) {
         diagnose("ERROR: indx) video index alloc fail\n");
         result = kOutOfMemory;
     }
@@ -196,7 +196,7 @@ Result ReadOdmlIndexes(AviReader& reader, const ListBytes& bytes) {
     for (std::uint32_t stream = 0; stream < reader.header.audioCount && result == kOk; ++stream) {
         std::uint64_t count = 0;
         result = indexes.count(reader.header.audio[stream].index, count);
-        if (result == kOk && !blockFits((count + 1) * 4, reader.end)) {
+        if (result == kOk && !canAllocate((count + 1) * 4)) {
             diagnose("ERROR: indx) audio index alloc fail\n");
             result = kOutOfMemory;
         }

@@ -43,7 +43,10 @@ bool TestFile::size(std::uint64_t& bytes) {
 bool TestFile::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) {
     read = 0;
     bytesAsked += buffer.size();
-    if (++reads == failAtRead) {
+    constexpr std::size_t kSector = 512;
+    cost += kSector;
+    const bool isBad = offset < badTo && offset + buffer.size() > badFrom;
+    if (++reads == failAtRead || isBad) {
         return false;
     }
     if (offset < bytes_.size()) {
@@ -52,6 +55,7 @@ bool TestFile::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std:
         std::memcpy(buffer.data(), bytes_.data() + offset, read);
     }
     bytesRead += read;
+    cost += read - std::min(read, kSector);
     return true;
 }
 
@@ -65,6 +69,7 @@ Outcome probeFile(TestFile& file) {
     caught = nullptr;
     outcome.reads = file.reads;
     outcome.bytesRead = file.bytesRead;
+    outcome.cost = file.cost;
     return outcome;
 }
 

@@ -21,6 +21,8 @@ public:
     bool readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) override;
 
     std::uint64_t failAtRead = 0;        // this read, counted from 1, fails; 0 none does
+    std::uint64_t badFrom = 0;           // reads that touch the bytes from here
+    std::uint64_t badTo = 0;             // to here, exclusive, fail
     std::size_t longestRead = SIZE_MAX;  // a read delivers no more than this, as if cut short
     std::uint64_t claimedSize = 0;       // the size told instead of the real one; 0 the real one
     bool sizeFails = false;
@@ -28,6 +30,7 @@ public:
     std::uint64_t reads = 0;
     std::uint64_t bytesAsked = 0;
     std::uint64_t bytesRead = 0;
+    std::uint64_t cost = 0;  // bytes read, a read of less than a sector counting as one
 
 private:
     const Bytes& bytes_;
@@ -39,6 +42,7 @@ struct Outcome {
     std::string lines;          // the diagnostic lines
     std::uint64_t reads = 0;
     std::uint64_t bytesRead = 0;
+    std::uint64_t cost = 0;
 };
 
 Outcome probeFile(TestFile& file);

@@ -159,7 +159,7 @@ const SampleSet kPlain = {
          return avi(
              join({avih(40000),
                    list("strl", join({strh("vids"),
-                                      chunk("strf", bitmapFormat("XVID", 8, 6, 0x40000000))}))}),
+                                      chunk("strf", bitmapFormat("XVID", 8, 6, 0x40000028))}))}),
              volPayload(1), 1);
      }},
     {"avi_audio_format_of_15_bytes_fails", Kind::Claimed,
@@ -238,13 +238,13 @@ const SampleSet kIndexes = {
          return aviWithIndex(headers, chunk("00dc", volPayload(3)),
                              chunk("idx1", idx1Entry("00dc", at, 64)));
      }},
-    {"avi_idx1_first_entry_decides_the_base", Kind::Claimed,
+    {"avi_idx1_first_entry_decides_the_base", Kind::Good,
      [] {
          // The audio entry lies above the movi list, so the video offset counts from the start of
-         // the file, where "AVI " is read as the size of a picture.
+         // the file, where "AVI " is read as the size of a picture that takes in the second one.
          const Bytes headers = plainHeaders();
          return aviWithIndex(
-             headers, chunk("00dc", volPayload(3)),
+             headers, join({chunk("00dc", volPayload(3)), chunk("00dc", volPayload(5))}),
              chunk("idx1", join({idx1Entry("01wb", 0x7000, 64), idx1Entry("00dc", 4, 64)})));
      }},
     {"avi_idx1_entry_cut_by_its_chunk_is_not_counted", Kind::Good,
@@ -303,8 +303,22 @@ const SampleSet kIndexes = {
     {"avi_first_chunk_too_large_fails", Kind::Claimed,
      [] {
          Builder b;
-         b.text("00dc").le32(0x20000000).bytes(volPayload(2));
+         b.text("00dc").le32(0x40000000).bytes(volPayload(2));
          return aviWithIndex(plainHeaders(), b.take(), chunk("idx1", idx1Entry("00dc", 4, 64)));
+     }},
+    {"avi_first_chunk_just_not_too_large", Kind::Good,
+     [] {
+         Builder b;
+         b.text("00dc").le32(0x3FFFFFFF).bytes(volPayload(5));
+         return aviWithIndex(plainHeaders(), b.take(), chunk("idx1", idx1Entry("00dc", 4, 64)));
+     }},
+    {"avi_codec_data_just_not_too_large", Kind::Good,
+     [] {
+         return avi(
+             join({avih(40000),
+                   list("strl", join({strh("vids"),
+                                      chunk("strf", bitmapFormat("XVID", 8, 6, 0x40000027))}))}),
+             volPayload(1), 1);
      }},
     {"avi_first_chunk_runs_over_the_end", Kind::Good,
      [] {

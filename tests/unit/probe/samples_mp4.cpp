@@ -47,6 +47,20 @@ Bytes brands(std::string_view major, std::string_view compatible) {
     return join({ftyp(major, compatible), box("free", Bytes(200)), box("moov", plainMoov())});
 }
 
+// Sound of two bytes a sample, whose table has one size for all, in chunks of half a second.
+Bytes monoPcm(std::uint32_t rate, std::uint32_t samples) {
+    const std::uint32_t perChunk = rate / 2, chunks = (samples + perChunk - 1) / perChunk;
+    Builder offsets;
+    offsets.be32(0).be32(chunks);
+    for (std::uint32_t i = 0; i < chunks; ++i) {
+        offsets.be32(1000 + i * perChunk * 2);
+    }
+    const Bytes stbl =
+        join({stsd(1, audioEntry("sowt", 1, rate)), table("stts", 1, {samples, 1}),
+              stsz(2, samples), table("stsc", 1, {1, perChunk, 1}), box("stco", offsets.take())});
+    return mp4(track("soun", rate, stbl));
+}
+
 const SampleSet kBrands = {
     {"mp4_avc_and_aac", Kind::Good, [] { return mp4(plainMoov()); }},
     {"mp4_brand_mp41", Kind::Good, [] { return mp4(plainMoov(), "mp41"); }},
@@ -124,6 +138,22 @@ const SampleSet kWalks = {
          b.bytes(ftyp("isom", "isom")).be32(0x40000000).text("moov").fill(400);
          return b.take();
      }},
+    {"mp4_moov_below_1_gib_cut_by_the_file_is_a_failed_read", Kind::Claimed,
+     [] {
+         Builder b;
+         b.bytes(ftyp("isom", "isom")).be32(0x3FFFFFFF).text("moov").fill(400);
+         return b.take();
+     }},
+    {"mp4_fast_start_cut_in_a_moov_of_2_mib", Kind::Claimed,
+     [] {
+         const Bytes moov = box("moov", join({plainMoov(), box("udta", Bytes(2 << 20))}));
+         return withoutLast(join({ftyp("isom", "isom"), moov}), 1 << 20);
+     }},
+    {"mp4_mono_pcm_of_30_s", Kind::Good, [] { return monoPcm(44100, 30 * 44100); }},
+    // Four bytes for each sample's place, and one place more: 1 GiB less four bytes, and 1 GiB.
+    {"mp4_sound_of_the_most_samples", Kind::Good, [] { return monoPcm(48000, (1u << 28) - 2); }},
+    {"mp4_sound_of_more_samples_than_could_be_kept", Kind::Claimed,
+     [] { return monoPcm(48000, (1u << 28) - 1); }},
     {"mp4_moov_without_tracks", Kind::Good,
      [] {
          return mp4(

@@ -8,6 +8,7 @@
 #include "probe/read/block.h"
 #include "probe/read/byte_reader.h"
 #include "probe/read/four_cc.h"
+#include "probe/read/read_budget.h"
 #include "probe/recognisers.h"
 #include "probe/record/diagnostics.h"
 #include "probing.h"
@@ -19,7 +20,7 @@ TEST(ByteReader, LatchesItsFirstFailure) {
     const auto bytes = std::to_array<std::uint8_t>({1, 2, 3, 4, 5});
     probe::ByteReader reader(bytes);
     EXPECT_EQ(reader.le32(), 0x04030201u);
-    EXPECT_EQ(reader.be16(), 0u);
+    EXPECT_EQ(reader.be32(), 0u);
     EXPECT_FALSE(reader.ok());
     EXPECT_EQ(reader.u8(), 0u) << "the byte is there, but the failure holds";
     EXPECT_EQ(reader.position(), 4u);
@@ -29,9 +30,9 @@ TEST(ByteReader, SubCannotSeeBeyondItsEnd) {
     const auto bytes = std::to_array<std::uint8_t>({1, 2, 3, 4});
     probe::ByteReader reader(bytes);
     probe::ByteReader sub = reader.sub(2);
-    EXPECT_EQ(sub.be24(), 0u);
+    EXPECT_EQ(sub.be32(), 0u);
     EXPECT_FALSE(sub.ok());
-    EXPECT_EQ(reader.be16(), 0x0304u);
+    EXPECT_EQ(reader.u8(), 3u);
     EXPECT_TRUE(reader.ok());
 }
 
@@ -101,8 +102,8 @@ TEST(ReadWindow, ServesAWalkInSmallStepsWithFewReads) {
     TestFile file(bytes);
     probe::ReadWindow window(file);
     for (std::uint64_t at = 0; at + 8 <= bytes.size(); at += 9) {
-        std::array<std::uint8_t, 8> header;
-        ASSERT_TRUE(window.readExact(at, header));
+        std::span<const std::uint8_t> header;
+        ASSERT_TRUE(window.viewAll(at, 8, header));
         ASSERT_EQ(header[7], bytes[at + 7]);
     }
     EXPECT_LE(file.reads, 8u);
@@ -116,18 +117,55 @@ TEST(ReadWindow, KeepsTheHeadOfTheFile) {
     bytes[5] = 77;
     TestFile file(bytes);
     probe::ReadWindow window(file);
-    std::array<std::uint8_t, 8> out;
-    ASSERT_TRUE(window.readExact(0, out));
+    std::span<const std::uint8_t> head, out;
+    ASSERT_TRUE(window.viewAll(0, 8, head));
     for (const std::uint64_t far : {std::uint64_t{200000}, std::uint64_t{100000}}) {
-        ASSERT_TRUE(window.readExact(far, out));
+        ASSERT_TRUE(window.viewAll(far, 8, out));
     }
     EXPECT_EQ(file.reads, 3u);
-    ASSERT_TRUE(window.readExact(0, out));
+    EXPECT_EQ(head[5], 77) << "what was shown of the head stays";
+    ASSERT_TRUE(window.viewAll(0, 8, out));
     EXPECT_EQ(out[5], 77);
-    ASSERT_TRUE(window.readExact(probe::ReadWindow::kSmallest - out.size(), out));
+    ASSERT_TRUE(window.viewAll(probe::ReadWindow::kSmallest - 8, 8, out));
     EXPECT_EQ(file.reads, 3u) << "the head was still there";
-    ASSERT_TRUE(window.readExact(100008, out));
+    ASSERT_TRUE(window.viewAll(100008, 8, out));
     EXPECT_EQ(file.reads, 3u) << "and so was the window";
+}
+
+TEST(ReadWindow, ABadSectorThatNobodyNeedsIsNoFailure) {
+    const Bytes bytes(100000, 1);
+    TestFile file(bytes);
+    file.badFrom = 3000;
+    file.badTo = 3001;
+    probe::ReadWindow window(file);
+    std::span<const std::uint8_t> out;
+    ASSERT_TRUE(window.viewAll(0, 64, out));
+    EXPECT_EQ(file.reads, 2u) << "4096 bytes, then the first sector";
+    EXPECT_EQ(file.bytesAsked, 4096u + 512u);
+    ASSERT_TRUE(window.viewAll(500, 12, out));
+    EXPECT_EQ(file.reads, 2u) << "the sector is at hand";
+    // 5 x 512 bytes in front of the bad sector, in steps that are tried larger first.
+    for (std::uint64_t at = 512; at + 512 <= 2560; at += 512) {
+        ASSERT_TRUE(window.viewAll(at, 512, out)) << at;
+    }
+    EXPECT_LE(file.reads, 2u + 2 * 4);
+    const std::uint64_t before = file.reads;
+    EXPECT_FALSE(window.viewAll(2996, 8, out)) << "now it is needed";
+    EXPECT_EQ(file.reads, before + 2);
+    ASSERT_TRUE(window.viewAll(3001, 8, out)) << "the file goes on behind it";
+}
+
+TEST(ReadWindow, WhatWasWantedIsNotAskedForTwice) {
+    const Bytes bytes(5000, 1);
+    TestFile file(bytes);
+    file.badFrom = 4999;
+    file.badTo = 5000;
+    probe::ReadWindow window(file);
+    std::uint64_t size = 0;
+    ASSERT_TRUE(window.size(size));
+    std::span<const std::uint8_t> out;
+    EXPECT_FALSE(window.view(4900, 100, out));
+    EXPECT_EQ(file.reads, 1u);
 }
 
 TEST(ReadWindow, DoesNotAskForWhatTheSizeRulesOut) {
@@ -145,38 +183,47 @@ TEST(ReadWindow, DoesNotAskForWhatTheSizeRulesOut) {
     EXPECT_EQ(file.bytesAsked, 10u);
 }
 
-TEST(ReadWindow, AnExactReadAcrossTheEndFails) {
+TEST(ReadWindow, AWholeViewAcrossTheEndFails) {
     const Bytes bytes(100, 1);
     TestFile file(bytes);
     probe::ReadWindow window(file);
-    std::array<std::uint8_t, 16> out;
-    std::size_t read = 0;
-    EXPECT_TRUE(window.readExact(84, out));
-    EXPECT_FALSE(window.readExact(85, out));
-    EXPECT_TRUE(window.readUpTo(90, out, read));
-    EXPECT_EQ(read, 10u);
-    EXPECT_TRUE(window.readUpTo(5000, out, read));
-    EXPECT_EQ(read, 0u);
+    std::span<const std::uint8_t> out;
+    EXPECT_TRUE(window.viewAll(84, 16, out));
+    EXPECT_FALSE(window.viewAll(85, 16, out));
+    EXPECT_TRUE(window.view(90, 16, out));
+    EXPECT_EQ(out.size(), 10u);
+    EXPECT_TRUE(window.view(5000, 16, out));
+    EXPECT_EQ(out.size(), 0u);
 }
 
-TEST(Block, IsGrantedOnlyAsFarAsTheFileCanFillIt) {
-    EXPECT_TRUE(probe::blockFits(1 << 20, 10));
-    EXPECT_FALSE(probe::blockFits((1 << 20) + 1, 10));
-    EXPECT_TRUE(probe::blockFits((1 << 20) + 1, (1 << 20) + 1));
-    EXPECT_FALSE(probe::blockFits(1ull << 31, 1ull << 40));
-    EXPECT_TRUE(probe::blockFits((1ull << 31) - 1, 1ull << 40));
+TEST(Block, IsGrantedBelowAProcessesSpace) {
+    EXPECT_TRUE(probe::canAllocate((1u << 30) - 1));
+    EXPECT_FALSE(probe::canAllocate(1u << 30));
+    EXPECT_FALSE(probe::canAllocate(std::uint64_t{1} << 32));
 }
 
-TEST(Block, BeyondTheEndIsAFailedReadWithoutAnyRead) {
-    const Bytes bytes(100, 1);
-    TestFile file(bytes);
-    probe::ReadWindow window(file);
-    probe::Block block;
-    EXPECT_EQ(probe::readBlock(window, 50, 51, block), probe::kFail);
-    EXPECT_EQ(probe::readBlock(window, 50, 0x200000, block), probe::kOutOfMemory);
-    EXPECT_EQ(file.reads, 0u);
-    EXPECT_EQ(probe::readBlock(window, 50, 50, block), probe::kOk);
-    EXPECT_EQ(block.size, 50u);
+TEST(Block, IsHeldByAFileThatReachesItsEnd) {
+    EXPECT_TRUE(probe::fileHolds(100, 50, 50));
+    EXPECT_FALSE(probe::fileHolds(100, 50, 51));
+    EXPECT_TRUE(probe::fileHolds(100, 100, 0));
+    EXPECT_FALSE(probe::fileHolds(100, 101, 0));
+    EXPECT_FALSE(probe::fileHolds(100, 50, ~std::uint64_t{0}));
+}
+
+TEST(ReadBudget, CountsASectorForEverySmallRead) {
+    probe::ReadBudget budget(1024);  // and 512 KiB
+    for (int i = 0; i < 1024 + 1; ++i) {
+        ASSERT_TRUE(budget.take(i == 0 ? 1 : 512)) << i;
+    }
+    EXPECT_FALSE(budget.take(513));
+}
+
+TEST(ReadBudget, IsGoneWithTheFirstReadThatIsTooLarge) {
+    probe::ReadBudget budget(0);
+    EXPECT_FALSE(budget.take((512 << 10) + 1));
+    EXPECT_FALSE(budget.take(512)) << "nothing is left";
+    probe::ReadBudget exact(0);
+    EXPECT_TRUE(exact.take(512 << 10));
 }
 
 TEST(MediaInfo, IsConstructedWithItsFixedValues) {
@@ -188,6 +235,18 @@ TEST(MediaInfo, IsConstructedWithItsFixedValues) {
     EXPECT_EQ(info.title[0], u'\0');
     EXPECT_EQ(info.imageBitsPerPixel, 0u);
     EXPECT_EQ(info.fileHandle, nullptr);
+}
+
+TEST(MediaInfo, ASectorBehindTheHeadThatCannotBeReadIsNotNeeded) {
+    Bytes gif = sample("image_gif_packed_f7_is_8_bits").build();
+    gif.resize(60000);
+    TestFile file(gif);
+    file.badFrom = 3000;
+    file.badTo = 3001;
+    const Outcome outcome = probeFile(file);
+    EXPECT_EQ(outcome.info->containerType, probe::kContainerGif);
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_EQ(outcome.reads, 2u);
 }
 
 TEST(MediaInfo, OpenOfAMissingFileGivesTheWindowsError) {

@@ -144,6 +144,9 @@ INSTANTIATE_TEST_SUITE_P(
         // 3 * 0x60000000 is 0x20000000 in 32 bits, times 8 is 0 in 32 bits.
         Case{"avi_video_bytes_wrap_at_32_bits", {{kFrame, 40000}, {kVideoRate, 0}}},
         Case{"avi_first_chunk_too_large_fails", {{kType, 0}}},
+        Case{"avi_first_chunk_just_not_too_large", {{kType, 1}, {kAspectX, 33}}},
+        Case{"avi_codec_data_just_not_too_large", {{kType, 1}, {kWidth, 8}}},
+        Case{"avi_idx1_first_entry_decides_the_base", {{kAspectX, 33}}},
         Case{"avi_first_chunk_behind_the_end", {{kType, 1}, {kAspectX, 0}}},
         Case{
             "avi_opendml",
@@ -221,6 +224,13 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"mp4_moov_of_1_gib_is_out_of_memory",
              {{kType, 0}},
              "[ERROR] MP4 Parse memory alloc fail\n"},
+        Case{"mp4_moov_below_1_gib_cut_by_the_file_is_a_failed_read", {{kType, 0}, {kWidth, 0}}},
+        Case{"mp4_fast_start_cut_in_a_moov_of_2_mib", {{kType, 0}, {kWidth, 0}}},
+        Case{"mp4_mono_pcm_of_30_s", {{kType, 2}, {kSeconds, 30}, {kHertz, 44100}, {kChannels, 1}}},
+        Case{"mp4_sound_of_more_samples_than_could_be_kept",
+             {{kType, 0}},
+             "[ERROR] MP4Demux SetSampleOffset-AUDIO\n"},
+        Case{"mp4_sound_of_the_most_samples", {{kType, 2}, {kSeconds, 268435454 / 48000}}},
         Case{"mp4_stts_count_beyond_its_box_fails",
              {{kType, 0}},
              "[ERROR] MP4 Parse MEDIA memory alloc fail\n"},

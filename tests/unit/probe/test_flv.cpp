@@ -170,6 +170,22 @@ TEST(Flv, AFailedReadEndsTheSearchForTheLastTimeStamp) {
     EXPECT_EQ(outcome.info->durationSeconds, 0u);
 }
 
+TEST(Flv, PlacesThatEachCostAReadAreGivenUpOn) {
+    // Every seventh byte reads as the end of a tag of 256 KiB, which begins somewhere else.
+    Builder builder;
+    builder.bytes(flv::File(0).cut()).fill(300'000);
+    for (int i = 0; i < 40'000; ++i) {
+        builder.bytes({0, 4, 0, 0, 8, 0, 0});
+    }
+    const Bytes bytes = builder.take();
+    const Outcome outcome = probeBytes(bytes);
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_EQ(outcome.info->durationSeconds, 0u);
+    const std::uint64_t lookups = (bytes.size() + (512 << 10)) / 512;
+    EXPECT_GE(outcome.reads, lookups) << "the places are what it is about";
+    EXPECT_LE(outcome.reads, lookups + 40);
+}
+
 TEST(Flv, AnHourNeedsFewBytes) {
     // Coded pictures look like noise: in it the MPEG audio scan, which comes first, soon meets a
     // frame header that no other follows.

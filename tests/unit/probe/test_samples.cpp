@@ -12,7 +12,8 @@ namespace {
 using probe::MediaInfo;
 using probe::Result;
 
-// A budget that every probe keeps, whatever the file: a few passes over it.
+// A budget that every probe keeps, whatever the file: a few passes over it, in which a read of less
+// than a sector counts as one.
 constexpr std::uint64_t kPasses = 4;
 constexpr std::uint64_t kFixedBytes = 16 * 65536;
 
@@ -31,8 +32,9 @@ std::string faultOf(const Outcome& outcome, std::uint64_t fileBytes) {
     if (info.fileSizeHigh != 0) {
         return "fileSizeHigh";
     }
-    if (outcome.bytesRead > kPasses * fileBytes + kFixedBytes) {
-        return std::to_string(outcome.bytesRead) + " bytes read";
+    if (outcome.cost > kPasses * fileBytes + kFixedBytes) {
+        return std::to_string(outcome.bytesRead) + " bytes read in " +
+               std::to_string(outcome.reads) + " reads";
     }
     return {};
 }
