@@ -57,6 +57,8 @@ TEST_F(IniStore, ReadsWhatTheMachineFinds) {
         {"sign", "[MISC]\nDMB=-5\n", -5},
         {"beyond 32 bits", "[MISC]\nDMB=99999999999\n", 2147483647},
         {"comment line", ";[MISC]\nDMB=1\n", kFallback},
+        {"comment in the middle of its line", "; [MISC]\nDMB=1\n", kFallback},
+        {"closing bracket in a comment", ";MISC]\nDMB=1\n", kFallback},
         {"comment in the section", "[MISC]\n;DMB=9\nDMB=1\n", 1},
         {"comment without an equals sign", "[MISC]\n;note\nDMB=1\n", 1},
         {"text behind the section header is skipped", "[MISC] DMB=9\nDMB=1\n", 1},
@@ -125,6 +127,13 @@ TEST_F(IniStore, WritesAMissingFile) {
     makeFolder("ResidentFlash2/Data");
     EXPECT_EQ(settings::writeIniInt(u"TRIP", u"AppProgram", 5, kPath), 1);
     EXPECT_EQ(settings::readIniInt(u"TRIP", u"AppProgram", 0, kPath), 5);
+}
+
+TEST_F(IniStore, WritesEveryInteger) {
+    for (const std::int32_t value : {-2147483647 - 1, -1, 0, 2147483647}) {
+        EXPECT_EQ(rewritten("", value), "[MISC]\nDMB=" + std::to_string(value) + "\n");
+        EXPECT_EQ(settings::readIniInt(u"MISC", u"DMB", kFallback, kPath), value);
+    }
 }
 
 TEST_F(IniStore, ReportsAFileThatCannotBeWritten) {

@@ -179,6 +179,7 @@ TEST_F(SetupFile, IsLookedForOnEveryUsbVolume) {
     }
     put("USB10/SETUP.cfg");
     put("USB0/SETUP.cfg");
+    put("USB:/SETUP.cfg");  // the character behind "9"
     EXPECT_EQ(settings::usbSetupFileExists(), 0);
 }
 
