@@ -7,7 +7,7 @@ run_packages="g++ cmake make g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-n
  nlohmann-json3-dev"
 # To test it.
 test_packages="$run_packages clang clang-format clang-tidy cppcheck shellcheck
- libclang-rt-14-dev libbenchmark-dev"
+ libclang-rt-14-dev libbenchmark-dev python3-jsonschema"
 
 say() { echo "$name: $*"; }
 die() { echo "$name: $*" >&2; exit 1; }

@@ -4,14 +4,15 @@
 #include <cstdio>
 #include <numeric>
 
-#include "mediaprobe/report.h"
+#include "mediaprobe/names.h"
 #include "probe/recognisers.h"
 #include "probe/record/diagnostics.h"
 
 namespace mediaprobe {
 namespace {
 
-const char* reason = nullptr;
+// Of the recogniser that is asked; each thread probes a file of its own.
+thread_local const char* reason = nullptr;
 
 void keepReason(const char* why) {
     reason = why;
@@ -62,22 +63,25 @@ std::string refusal(probe::Result open, const probe::MediaRecord& record) {
     if (record.videoFourCC == 0) {
         return "plays it if its graph finds an audio decoder";
     }
-    return "plays it if the chip decodes " + videoName(record.videoFourCC) +
+    return "plays it if the chip decodes " + videoText(record.videoFourCC) +
            "; otherwise the null video decoder is in the graph and the file is refused";
 }
 
 }  // namespace
 
+void listenForReasons() {
+    probe::setReasonSink(keepReason);
+}
+
 probe::Result WatchedInfo::Probe(platform::ReadOnlyFile& file) {
     probe::ReadWindow window(file);
     claimedBy_ = nullptr;
     if (wanted_ == Account::Written) {
-        const probe::ReasonSink sinkBefore = probe::setReasonSink(keepReason);
         writeAccount(window);
-        probe::setReasonSink(sinkBefore);
     } else if (const probe::Recogniser* claiming = probe::askRecognisers(*this, window)) {
         claimedBy_ = claiming->name;
     }
+    seen_ = lookAgain(window, *this, claimedBy_ ? Claimed::Yes : Claimed::No);
     return claimedBy_ ? 1 : 0;
 }
 

@@ -4,8 +4,8 @@
 #include <io.h>
 #include <shellapi.h>
 
-#include <algorithm>
 #include <cstdio>
+#include <thread>
 
 #include "mediaprobe/host.h"
 #include "platform/text.h"
@@ -24,10 +24,23 @@ std::vector<std::string> programArguments(int, char**) {
     return arguments;
 }
 
-void prepareOutput() {
+void prepareConsole() {
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     _setmode(_fileno(stdin), _O_BINARY);
+}
+
+bool isTerminal(std::FILE* stream) {
+    return _isatty(_fileno(stream)) != 0;
+}
+
+int coreCount() {
+    const unsigned cores = std::thread::hardware_concurrency();
+    return cores > 1 ? static_cast<int>(cores) : 1;
+}
+
+long readSome(std::FILE* file, std::span<char> block) {
+    return _read(_fileno(file), block.data(), static_cast<unsigned>(block.size()));
 }
 
 std::u16string openedName(const std::string& path) {
@@ -42,9 +55,14 @@ EntryKind kindOf(const std::string& path) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::Folder : EntryKind::File;
 }
 
+bool endsWithSeparator(std::string_view path) {
+    return path.ends_with('/') || path.ends_with('\\');
+}
+
 bool listFolder(const std::string& path, Folder& folder) {
-    const bool ends = path.ends_with('/') || path.ends_with('\\');
-    const std::string prefix = ends ? path : path + '/';
+    folder.clear();
+    folder.finish();
+    const std::string prefix = endsWithSeparator(path) ? path : path + '/';
     WIN32_FIND_DATAW found = {};
     const HANDLE search =
         FindFirstFileW(platform::wide(platform::toUtf16(prefix + "*").c_str()), &found);
@@ -58,15 +76,12 @@ bool listFolder(const std::string& path, Folder& folder) {
         }
         const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const bool isLink = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-        if (!isFolder) {
-            folder.files.push_back(prefix + name);
-        } else if (!isLink) {
-            folder.folders.push_back(prefix + name);
+        if (!isFolder || !isLink) {
+            folder.add(isFolder ? EntryKind::Folder : EntryKind::File, name);
         }
     } while (FindNextFileW(search, &found));
     FindClose(search);
-    std::sort(folder.files.begin(), folder.files.end());
-    std::sort(folder.folders.begin(), folder.folders.end());
+    folder.finish();
     return true;
 }
 

@@ -1,8 +1,13 @@
-// The command line of mediaprobe.
+// The command line of mediaprobe, on CLI11. describe() is the one place that lists the options: the
+// parser, --help, the manual page and the shells' completions are all made of it.
 #pragma once
 
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace mediaprobe {
 
@@ -17,15 +22,18 @@ struct Options {
     bool json = false;
     bool explain = false;
     bool recursive = false;
-    bool help = false;
-    bool version = false;
+    bool nulTerminated = false;   // names in lists end with a NUL, not with a line
+    int jobs = 1;                 // files looked at at a time; 0: as many as there are cores
+    std::string colour = "auto";  // auto, always, never
+    std::string told;             // the text of --help or --version, when one was asked for
     std::vector<Source> sources;  // in the order of the command line
 };
 
+// Adds every option to `app`, to be parsed into `options`, which must outlive it.
+void describe(CLI::App& app, Options& options);
+
 // Parses the arguments behind the program's name. Returns what is wrong with them, in one line
 // that says what to do, or nothing.
-std::string parseOptions(const std::vector<std::string>& arguments, Options& options);
-
-extern const char kHelp[];
+std::string parseOptions(std::vector<std::string> arguments, Options& options);
 
 }  // namespace mediaprobe

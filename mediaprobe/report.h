@@ -3,24 +3,33 @@
 
 #include <string>
 
+#include "mediaprobe/second_look.h"
 #include "probe/media_info.h"
 
 namespace mediaprobe {
 
-// One line: "path", "open", "status", then every field from containerType to imageBitsPerPixel.
-std::string jsonLine(const std::string& path, probe::Result open, const probe::MediaRecord& record);
+// How a page is written: plainly, or for a terminal, which gets no control character of a file's
+// name or tags and, if wanted, colours.
+struct Style {
+    bool escapes = false;
+    bool colours = false;
+};
 
-// A few lines for people. `claimedBy` names the recogniser that claimed the file, null when none
-// did: a damaged file may be claimed and have no container in its record.
-std::string page(const std::string& path, const probe::MediaRecord& record, const char* claimedBy);
+// All that is known of one file.
+struct Finding {
+    const std::string& path;
+    probe::Result open = probe::kOk;
+    const probe::MediaRecord& record;
+    const SecondLook& seen;
+    const char* claimedBy = nullptr;  // name of the recogniser; null when none claimed it
+};
 
-// Why a file could not be opened, in words.
-std::string openError(probe::Result open);
+// Appends one line: "path", "open", "status", every field of the record from containerType to
+// imageBitsPerPixel, then "containerName", "videoCodec", "audioCodec", "damaged" and "error", each
+// text or null. docs/mediaprobe.schema.json describes it.
+void appendJsonLine(std::string& out, const Finding& finding);
 
-const char* containerName(std::uint32_t containerType);
-// Name and tag of an audio format: "AAC (0x00FF)".
-std::string audioName(std::uint32_t formatTag);
-// The four letters, or their number when they are none.
-std::string videoName(std::uint32_t fourCc);
+// Appends a few lines for people.
+void appendPage(std::string& out, const Finding& finding, Style style);
 
 }  // namespace mediaprobe

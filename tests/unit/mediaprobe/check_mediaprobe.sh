@@ -6,7 +6,7 @@ set -u
 probe=$(readlink -f "$1")
 samples=$(readlink -f "$2")
 space=$3
-. "$(dirname "$0")/checks.sh"
+. "$(dirname "$0")/../probe/checks.sh"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/all" "$work/tree" "$work/tree/deep" "$work/tree/deep/deeper" "$work/tree/empty"
@@ -42,6 +42,9 @@ expect "--version" 0 "$(status --version)"
 expect "--version is one line" 1 "$(wc -l <out.txt)"
 expect "a folder without -r" 2 "$(status all)"
 expect "a folder without -r says what to do" 1 "$(grep -c -- '-r looks' err.txt)"
+expect "in one line" 1 "$(wc -l <err.txt)"
+expect "a name in brackets is a name" 0 "$(cp $good '[a,b]' && status '[a,b]')"
+expect "and shown as it stands" '[a,b]' "$(head -1 out.txt)"
 expect "a list that is missing" 2 "$(status --files-from nothing.txt)"
 expect "--files-from without a name" 2 "$(status --files-from)"
 expect "an empty name" 2 "$(status '')"
@@ -81,6 +84,31 @@ expect "--files-from" 1 "$(status --json --files-from list.txt)"
 expect "all names of the list" 3 "$(wc -l <out.txt)"
 expect "--files-from=FILE" 1 "$(status --json --files-from=list.txt)"
 expect "names from standard input" 3 "$("$probe" --json - <list.txt 2>err.txt | wc -l)"
+expect "names from a list that is standard input" 3 \
+    "$("$probe" --json --files-from - <list.txt 2>err.txt | wc -l)"
+printf '%s\0' $good "tree/deep/한국어 녹화.wav" "$no" >nul.txt
+expect "a list with NULs" 2 "$(status --json --files-from nul.txt)"
+expect "is one line of error" "mediaprobe: nul.txt: line 1 holds a NUL; -0 takes names that end with one" \
+    "$(cat err.txt)"
+expect "and no file is looked at" 0 "$(wc -l <out.txt)"
+"$probe" --json - <nul.txt >out.txt 2>err.txt
+expect "NULs on standard input" 2 $?
+expect "are one line, too" "mediaprobe: standard input: line 1 holds a NUL; -0 takes names that end with one" \
+    "$(cat err.txt)"
+expect "-0" 1 "$(status --json -0 --files-from nul.txt)"
+expect "-0 takes every name" 3 "$(wc -l <out.txt)"
+cp $good "$(printf 'two\nlines')"
+expect "-0 takes a name with a line end" '{"path": "two\u000alines"' \
+    "$(find . -maxdepth 1 -name 'two*' -printf '%P\0' | "$probe" --json -0 - | cut -d, -f1)"
+for jobs in 0 2 7; do
+    "$probe" --json -r all >serial.txt 2>serial.err
+    "$probe" --json -r -j $jobs all >parallel.txt 2>parallel.err
+    expect "-j $jobs ends as -j 1 does" 1 $?
+    expect "-j $jobs keeps the order" "" "$(diff serial.txt parallel.txt | head -4)"
+    expect "-j $jobs keeps the diagnostics in order" "" "$(diff serial.err parallel.err | head -4)"
+done
+expect "-j with something else than a number" 2 "$(status -j many $good)"
+expect "more jobs than there may be" 2 "$(status -j 257 $good)"
 cp $good ./-odd
 expect "a name that begins with a dash" 0 "$(status -- -odd)"
 
@@ -130,7 +158,7 @@ expect "JSON of a refused JPEG" 1 \
     "$(status --json all/image_jpeg_segment_past_end_is_refused)"
 expect "its status" 1 "$(grep -c '"status": "0x80004005"' out.txt)"
 keys=$("$probe" --json $good | grep -o '"[a-zA-Z]*":' | tr -d '":\n ' )
-expect "the keys and their order" "pathopenstatuscontainerTypefileSizefileSizeHighdurationSecondsaudioFormatTagaudioBitRateaudioSampleRateaudioChannelsvideoFourCCvideoWidthvideoHeightframeTimeMicrosecondsvideoBitRatepixelAspectXpixelAspectYhasTitlehasArtisthasAlbumhasTrackhasGenretitleartistalbumtrackgenregenreIndexhasComposerhasYearcomposeryearimageWidthimageHeightimageBitsPerPixel" "$keys"
+expect "the keys and their order" "pathopenstatuscontainerTypefileSizefileSizeHighdurationSecondsaudioFormatTagaudioBitRateaudioSampleRateaudioChannelsvideoFourCCvideoWidthvideoHeightframeTimeMicrosecondsvideoBitRatepixelAspectXpixelAspectYhasTitlehasArtisthasAlbumhasTrackhasGenretitleartistalbumtrackgenregenreIndexhasComposerhasYearcomposeryearimageWidthimageHeightimageBitsPerPixelcontainerNamevideoCodecaudioCodecdamagederror" "$keys"
 
 expect "diagnostics go to standard error" 1 "$(status all/avi_4097_zero_headers_fail)"
 status all/avi_unknown_stream_type_prints_and_goes_on >status.txt

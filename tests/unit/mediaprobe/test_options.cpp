@@ -1,0 +1,83 @@
+// The command line: what it is parsed into, in which order, and what is wrong use.
+#include <gtest/gtest.h>
+
+#include "mediaprobe/options.h"
+
+namespace mediaprobe {
+namespace {
+
+using Kind = Source::Kind;
+
+Options parsed(std::vector<std::string> arguments) {
+    Options options;
+    EXPECT_EQ(parseOptions(std::move(arguments), options), "");
+    return options;
+}
+
+std::string wrong(std::vector<std::string> arguments) {
+    Options options;
+    return parseOptions(std::move(arguments), options);
+}
+
+TEST(Options, NothingIsOnUnlessAskedFor) {
+    const Options options = parsed({"a.avi"});
+    EXPECT_FALSE(options.json);
+    EXPECT_FALSE(options.explain);
+    EXPECT_FALSE(options.recursive);
+    EXPECT_FALSE(options.nulTerminated);
+    EXPECT_EQ(options.jobs, 1);
+    EXPECT_EQ(options.colour, "auto");
+    EXPECT_EQ(options.told, "");
+}
+
+TEST(Options, EachOptionSetsItsOwnField) {
+    EXPECT_TRUE(parsed({"--json", "a"}).json);
+    EXPECT_TRUE(parsed({"--explain", "a"}).explain);
+    EXPECT_TRUE(parsed({"-r", "a"}).recursive);
+    EXPECT_TRUE(parsed({"--recursive", "a"}).recursive);
+    EXPECT_TRUE(parsed({"-0", "a"}).nulTerminated);
+    EXPECT_TRUE(parsed({"--null", "a"}).nulTerminated);
+    EXPECT_EQ(parsed({"-j4", "a"}).jobs, 4);
+    EXPECT_EQ(parsed({"-j", "0", "a"}).jobs, 0);
+    EXPECT_EQ(parsed({"--jobs=256", "a"}).jobs, 256);
+    EXPECT_EQ(parsed({"--color", "never", "a"}).colour, "never");
+}
+
+TEST(Options, SourcesKeepTheOrderOfTheCommandLine) {
+    const Options options = parsed({"a", "[b,c]", "--files-from", "list", "", "--files-from=[more]",
+                                    "-", "--files-from", "-", "--", "-r", "--json", "[d]"});
+    const std::vector<std::pair<Kind, std::string>> expected = {
+        {Kind::Path, "a"},         {Kind::Path, "[b,c]"},      {Kind::ListFile, "list"},
+        {Kind::Path, ""},          {Kind::ListFile, "[more]"}, {Kind::StandardInput, ""},
+        {Kind::StandardInput, ""}, {Kind::Path, "-r"},         {Kind::Path, "--json"},
+        {Kind::Path, "[d]"}};
+    ASSERT_EQ(options.sources.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(options.sources[i].kind, expected[i].first) << i;
+        EXPECT_EQ(options.sources[i].name, expected[i].second) << i;
+    }
+    EXPECT_FALSE(options.recursive);
+}
+
+TEST(Options, HelpAndVersionNeedNoFile) {
+    EXPECT_NE(parsed({"--help"}).told.find("--files-from FILE"), std::string::npos);
+    EXPECT_NE(parsed({"-h"}).told.find("Exit status"), std::string::npos);
+    EXPECT_EQ(parsed({"--version"}).told, "mediaprobe 1.0.0\n");
+}
+
+TEST(Options, WrongUseIsOneLineThatNamesTheRemedy) {
+    const std::vector<std::vector<std::string>> cases = {
+        {},          {"--jsno", "a"},    {"-x", "a"},       {"--files-from"},
+        {"-j", "a"}, {"-j", "257", "a"}, {"-j", "-1", "a"}, {"--color", "pink", "a"},
+        {"--json"}};
+    for (const auto& one : cases) {
+        const std::string what = wrong(one);
+        EXPECT_TRUE(what.ends_with("; see mediaprobe --help")) << what;
+        EXPECT_EQ(what.find('\n'), std::string::npos) << what;
+    }
+    EXPECT_EQ(wrong({"--json", "--explain", "a"}),
+              "--json and --explain exclude each other; leave one of them out");
+}
+
+}  // namespace
+}  // namespace mediaprobe
