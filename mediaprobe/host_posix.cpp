@@ -88,6 +88,8 @@ bool listFolder(const std::string& path, Folder& folder) {
         return false;
     }
     errno = 0;
+    // The stream is this call's own.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
     while (const dirent* entry = readdir(directory)) {
         const EntryKind kind =
             isDots(entry->d_name) ? EntryKind::Missing : kindOfEntry(dirfd(directory), *entry);

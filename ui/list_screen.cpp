@@ -72,7 +72,6 @@ void fillRows(const catalogue::CatalogueFields& fields, ListRows& table) {
             row.playing = samePlayFolder && file == fields.playIndex;
         }
     }
-    table.page = fields.browsePage;
 }
 
 std::int32_t thumbY(std::int32_t page, std::int32_t pageCount) {

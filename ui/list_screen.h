@@ -46,7 +46,6 @@ struct ListRow {
 
 struct ListRows {
     std::array<ListRow, kListRows> rows{};
-    std::int32_t page = -1;  // for which they were made
 };
 
 // Fills the rows with the page of the browse listing that is showing.

@@ -34,13 +34,14 @@ Result ParseWave(ReadWindow& file, std::uint64_t fileSize, MediaRecord& record) 
     }
     static constexpr std::uint8_t kFormat[] = {'f', 'm', 't', ' '};
     const auto searched = bytes.first(std::min(bytes.size(), kWavePositions + sizeof kFormat - 1));
-    const auto chunk = std::ranges::search(searched, kFormat);
-    if (chunk.empty()) {
+    const auto chunk =
+        std::search(searched.begin(), searched.end(), std::begin(kFormat), std::end(kFormat));
+    if (chunk == searched.end()) {
         return kFail;
     }
     // The last bytes of a file may be missing: they are 0.
     std::array<std::uint8_t, kFormatBytes> format{};
-    const auto held = bytes.subspan(static_cast<std::size_t>(chunk.begin() - searched.begin()));
+    const auto held = bytes.subspan(static_cast<std::size_t>(chunk - searched.begin()));
     std::ranges::copy(held.first(std::min(held.size(), format.size())), format.begin());
     record.audioFormatTag = le16(&format[8]);
     record.audioChannels = le16(&format[10]);
