@@ -16,24 +16,11 @@ case $files in '' | *[!0-9]* | 0) echo "card: FILES must be a number from 1" >&2
 [ ! -e "$card" ] || [ -z "$(ls -A "$card")" ] ||
     { echo "card: $card is not empty; name a new folder" >&2; exit 1; }
 samples=$here/../../out/samples
-clips=$here/../../out/card-clips
 "$here/make.sh" "$samples" >&2
 
 # The recordings are one front and one rear clip under many names: a minute in 3 MB.
-# clip NAME SAMPLE
-clip() {
-    [ ! -f "$clips/$1" ] || return 0
-    mkdir -p "$clips"
-    ffmpeg -nostdin -v error -y -i "$samples/SDMMCDisk/Record/$2" -vf fps=12.5 -c:v libx264 \
-        -preset veryfast -crf 36 -g 25 -bf 0 -threads 1 -c:a pcm_s16le -ar 8000 -ac 1 \
-        -fflags +bitexact -flags:v +bitexact -flags:a +bitexact "$clips/.part.avi" ||
-        { rm -f "$clips/.part.avi"; echo "card: ffmpeg could not make $1" >&2; exit 1; }
-    mv "$clips/.part.avi" "$clips/$1"
-}
-clip front.avi 20260314_081500_F.avi
-clip rear.avi 20260314_081500_R.avi
-front=$clips/front.avi
-rear=$clips/rear.avi
+front=$samples/.parts/card-front.avi
+rear=$samples/.parts/card-rear.avi
 
 mkdir -p "$card"
 room=$(df -Pk "$card" | awk 'NR == 2 { print $4 }')

@@ -3,57 +3,135 @@
 # usage: make.sh SAMPLES [DEVICE]
 # SAMPLES gets the recordings as they lie on the volumes (SDMMCDisk/..., USB/...); with DEVICE they
 # are copied into that folder, where nothing that is there already is touched.
-# Each shows a running clock and a moving pattern and beeps once a second.
+# They are drawn: the road, what stands along it and the cars are drawings/*.svg, by day and by night;
+# ffmpeg moves them and prints date, time and speed into the corner, as dash cameras do. Each beeps
+# once a second. A change of the drawings or of this script makes them anew.
 set -eu
 if [ $# -lt 1 ] || [ $# -gt 2 ]; then
     echo "usage: make.sh SAMPLES [DEVICE]" >&2
     exit 2
 fi
 samples=$1
+here=$(cd "$(dirname "$0")" && pwd)
 face=/usr/share/fonts/truetype/nanum/NanumGothicBold.ttf
 command -v ffmpeg >/dev/null || { echo "samples: ffmpeg is missing: apt-get install ffmpeg" >&2; exit 1; }
+command -v rsvg-convert >/dev/null ||
+    { echo "samples: rsvg-convert is missing: apt-get install librsvg2-bin" >&2; exit 1; }
 [ -f "$face" ] || { echo "samples: $face is missing: apt-get install fonts-nanum" >&2; exit 1; }
+parts=$samples/.parts # what the recordings are put together from
 
-# make NAME SECONDS TITLE ENCODER-OPTIONS...: one recording, under its name only when it is whole.
+fail() { echo "samples: $1" >&2; exit 1; }
+isFresh() { [ -f "$1" ] && [ -z "$(find "$here" -type f -newer "$1" -print -quit)" ]; }
+
+# draw NAME LIGHT: a drawing by day or by night.
+draw() {
+    isFresh "$parts/$1-$2.png" && return 0
+    mkdir -p "$parts"
+    rsvg-convert --stylesheet "$here/drawings/$2.css" --output "$parts/.part.png" \
+        "$here/drawings/$1.svg" || fail "$1.svg could not be drawn"
+    mv "$parts/.part.png" "$parts/$1-$2.png"
+}
+
+# road CAMERA LIGHT: two seconds of the empty road that can be repeated without a seam. The ground
+# and what stands beside it scroll by 9.6 of their pixels a frame (20 m/s), and are laid into the
+# picture as a camera 1.3 m above the road sees them: a point z metres ahead, x to the right and h
+# high stands at (400 + 577 x / z, 230 + 577 (1.3 - h) / z).
+road() {
+    isFresh "$parts/$1-$2.mkv" && return 0
+    for drawing in ground side sky; do
+        draw $drawing "$2"
+    done
+    # To the front everything comes nearer, to the rear it goes away, and the sides change places.
+    if [ "$1" = front ]; then way=-; mirror=null; else way=; mirror=hflip; fi
+    ffmpeg -nostdin -v error -y -framerate 25 -loop 1 -i "$parts/ground-$2.png" \
+        -framerate 25 -loop 1 -i "$parts/side-$2.png" -framerate 25 -loop 1 -i "$parts/sky-$2.png" \
+        -filter_complex "
+            [0]format=yuv444p,scroll=v=${way}0.006666667,perspective=sense=destination:
+                x0=346:y0=236:x1=454:y1=236:x2=-1850:y2=480:x3=2650:y3=480,crop=800:244:0:236[ground];
+            [1]format=yuva444p,scroll=h=${way}0.006666667,split[near][far];
+            [near]perspective=sense=destination:x0=-812:y0=-290:x1=352:y1=208:x2=-812:y2=380:
+                x3=352:y3=236,crop=400:480:0:0[left];
+            [far]perspective=sense=destination:x0=-431:y0=-290:x1=367:y1=208:x2=-431:y2=380:
+                x3=367:y3=236,crop=400:480:0:0,hflip[right];
+            [2]format=yuv444p[sky];[sky][ground]overlay=0:236[a];[a][left]overlay=0:0[b];
+            [b][right]overlay=400:0,$mirror,format=yuv420p[out]" \
+        -map '[out]' -frames:v 50 -c:v ffv1 "$parts/.part.mkv" || fail "the road could not be made"
+    mv "$parts/.part.mkv" "$parts/$1-$2.mkv"
+}
+
+# make NAME SECONDS CAMERA LIGHT TEXT ENCODER-OPTIONS...: one recording, under its name only when it
+# is whole. TEXT stands in the corner, with drawtext's expansions.
 make() {
     file=$samples/$1
     seconds=$2
-    title=$3
-    shift 3
-    [ ! -f "$file" ] || return 0
+    camera=$3
+    light=$4
+    text=$5
+    shift 5
+    isFresh "$file" && return 0
     mkdir -p "$(dirname "$file")"
     part=$(dirname "$file")/.part.${file##*.}
     echo "samples: making $(basename "$file")"
-    clock="drawtext=fontfile=$face:text='$title %{pts\\:hms}':fontsize=44:fontcolor=white:box=1"
-    clock="$clock:boxcolor=black@0.6:boxborderw=10:x=(w-tw)/2:y=150"
-    ffmpeg -nostdin -v error -y -f lavfi -i "testsrc2=size=800x480:rate=25" \
+    road "$camera" "$light"
+    if [ "$camera" = front ]; then car=ahead; own=bonnet; else car=behind; own=window; fi
+    draw $car "$light"
+    draw $own "$light"
+    printf '%s' "$text" >"$parts/text"
+    # The other car is 7 to 12 metres away and keeps to its lane: W pixels wide it stands on the road
+    # when its top is at 230 - 0.126 W.
+    ffmpeg -nostdin -v error -y -stream_loop -1 -i "$parts/$camera-$light.mkv" \
+        -framerate 25 -loop 1 -i "$parts/$car-$light.png" \
+        -framerate 25 -loop 1 -i "$parts/$own-$light.png" \
         -f lavfi -i "sine=frequency=330:beep_factor=3:sample_rate=44100" \
-        -vf "$clock,format=yuv420p" -t "$seconds" "$@" "$part" ||
-        { rm -f "$part"; echo "samples: ffmpeg could not make $(basename "$file")" >&2; exit 1; }
+        -filter_complex "
+            [1]scale=w='2*trunc(75+18*sin(t/2.7))':h=-2:eval=frame[car];
+            [0][car]overlay=x='400-w/2+7*sin(t/1.9)':y='230-0.126*w'[a];[a][2]overlay=0:0,
+            drawtext=fontfile=$face:textfile=$parts/text:fontsize=22:fontcolor=white:borderw=2:
+                bordercolor=black:x=18:y=h-33,format=yuv420p[out]" \
+        -map '[out]' -map 3 -t "$seconds" "$@" "$part" ||
+        { rm -f "$part"; fail "ffmpeg could not make $(basename "$file")"; }
     mv "$part" "$file"
+}
+
+# stamp CAMERA TIME: what a dash camera prints, from that time of its drive on.
+stamp() {
+    begin=$(date -u -d "2026-03-14 $2" +%s)
+    printf '%%{pts:gmtime:%s:%%Y/%%m/%%d %%H\:%%M\:%%S}   %%{eif:72+6*sin(t/6):d} km/h   %s' \
+        "$begin" "$1"
 }
 
 h264='-c:v libx264 -preset ultrafast -crf 28 -g 25 -bf 0'
 # shellcheck disable=SC2086  # the encoder's options are words
 {
     # As dash cameras write them: H.264 and PCM in AVI with an index, front and rear in pairs.
-    make SDMMCDisk/Record/20260314_081500_F.avi 60 'FRONT 08\:15' $h264 -c:a pcm_s16le -ac 1
-    make SDMMCDisk/Record/20260314_081500_R.avi 60 'REAR 08\:15' $h264 -c:a pcm_s16le -ac 1
-    make SDMMCDisk/Record/20260314_081600_F.avi 45 'FRONT 08\:16' $h264 -c:a pcm_s16le -ac 1
-    make 'SDMMCDisk/영화/강릉 여행.mp4' 60 '강릉 여행' $h264 -c:a aac -movflags +faststart
-    make 'SDMMCDisk/영화/제주도.avi' 60 '제주도' -c:v mpeg4 -q:v 5 -c:a libmp3lame
-    make 'USB/바다.wmv' 60 '바다' -c:v wmv2 -b:v 1500k -c:a wmav2
-    make USB/mountain.mpg 60 'MOUNTAIN' -c:v mpeg2video -b:v 2500k -c:a mp2 -f mpeg
-    make USB/unsupported-hevc.mp4 12 'HEVC' -c:v libx265 -preset ultrafast -x265-params \
-        log-level=error -tag:v hvc1 -c:a aac
+    make SDMMCDisk/Record/20260314_081500_F.avi 60 front day "$(stamp FRONT 08:15:00)" $h264 \
+        -c:a pcm_s16le -ac 1
+    make SDMMCDisk/Record/20260314_081500_R.avi 60 rear day "$(stamp REAR 08:15:00)" $h264 \
+        -c:a pcm_s16le -ac 1
+    make SDMMCDisk/Record/20260314_081600_F.avi 45 front day "$(stamp FRONT 08:16:00)" $h264 \
+        -c:a pcm_s16le -ac 1
+    make .parts/20260314_081700_F.avi 45 front day "$(stamp FRONT 08:17:00)" $h264 \
+        -c:a pcm_s16le -ac 1
+    make 'SDMMCDisk/영화/강릉 여행.mp4' 60 front day '강릉 여행 %{pts:hms}' $h264 -c:a aac \
+        -movflags +faststart
+    make 'SDMMCDisk/영화/제주도.avi' 60 rear night '제주도 %{pts:hms}' -c:v mpeg4 -q:v 5 -c:a libmp3lame
+    make 'USB/바다.wmv' 60 front night '바다 %{pts:hms}' -c:v wmv2 -b:v 1500k -c:a wmav2
+    make USB/mountain.mpg 60 front day 'MOUNTAIN %{pts:hms}' -c:v mpeg2video -b:v 2500k -c:a mp2 -f mpeg
+    make USB/unsupported-hevc.mp4 12 front night 'HEVC %{pts:hms}' -c:v libx265 -preset ultrafast \
+        -x265-params log-level=error -tag:v hvc1 -c:a aac
+    # For a card with any number of recordings under as many names: small, and without the time.
+    card='-r 12.5 -c:v libx264 -preset veryfast -crf 36 -g 25 -bf 0 -threads 1 -c:a pcm_s16le
+        -ar 8000 -ac 1 -fflags +bitexact -flags:v +bitexact -flags:a +bitexact'
+    make .parts/card-front.avi 60 front day FRONT $card
+    make .parts/card-rear.avi 60 rear day REAR $card
 }
 
 # The camera lost its power in the middle of this one: no index, the last frame cut.
 cut=$samples/SDMMCDisk/Record/20260314_081700_F.avi
-if [ ! -f "$cut" ]; then
-    whole=$samples/SDMMCDisk/Record/20260314_081600_F.avi
-    head -c $(($(stat -c %s "$whole") * 6 / 10)) "$whole" >"$cut.part"
-    mv "$cut.part" "$cut"
+if ! isFresh "$cut"; then
+    whole=$parts/20260314_081700_F.avi
+    head -c $(($(stat -c %s "$whole") * 6 / 10)) "$whole" >"$parts/cut"
+    mv "$parts/cut" "$cut"
 fi
 
 # Captions beside the film: one every five seconds.
@@ -84,7 +162,7 @@ fi
 [ $# = 2 ] || exit 0
 # Copies with their own time: under Wine a file that has a second name, and is open by that, would go
 # only when it is closed.
-(cd "$samples" && find . -type f ! -name '.*') | while read -r file; do
+(cd "$samples" && find . -type f ! -path '*/.*') | while read -r file; do
     [ -e "$2/$file" ] && continue
     # A slot that shows a folder of the PC: that is the user's.
     volume=${file#./}
