@@ -28,32 +28,38 @@ TEST(Follow, DrawsAnewWhatChanges) {
         {"nothing", &ui::kFullLayout, {30, 60}, {30, 60}, {}},
         {"less than a pixel and a second", &ui::kFullLayout, {30, 6000}, {30.5, 6000}, {}},
         {"the knob", &ui::kFullLayout, {30, 60}, {30.3, 60}, {"invalidate 409,391,421,409"}},
-        {"the second", &ui::kFullLayout, {30, 6000}, {31, 6000}, {"invalidate 632,380,792,405"}},
+        {"the second", &ui::kFullLayout, {30, 6000}, {31, 6000}, {"invalidate 632,377,792,401"}},
         {"both",
          &ui::kFullLayout,
          {29.9, 60},
          {30.2, 60},
-         {"invalidate 408,391,420,409", "invalidate 632,380,792,405"}},
+         {"invalidate 408,391,420,409", "invalidate 632,377,792,401"}},
         {"back to the start",
          &ui::kHalfLayout,
          {30, 60},
          {0, 60},
-         {"invalidate 8,331,132,349", "invalidate 251,321,399,339"}},
+         {"invalidate 8,331,132,349", "invalidate 251,320,399,340"}},
         {"a recording that grows",
          &ui::kFullLayout,
          {30, 60},
          {30, 62},
-         {"invalidate 402,391,419,409", "update", "invalidate 632,405,792,424"}},
+         {"invalidate 202,391,627,409", "update", "invalidate 632,401,792,425"}},
         {"a growing one that plays",
          &ui::kHalfLayout,
          {30, 60},
          {32, 64},
-         {"invalidate 251,321,399,339", "invalidate 251,340,399,357"}},
+         {"invalidate 8,331,247,349", "update", "invalidate 251,320,399,340",
+          "invalidate 251,340,399,360"}},
         {"a length that is known at last",
          &ui::kFullLayout,
          {0, 0},
          {0, 60},
-         {"invalidate 632,405,792,424"}},
+         {"invalidate 202,391,627,409", "update", "invalidate 632,401,792,425"}},
+        {"a length that grows by less than a second",
+         &ui::kFullLayout,
+         {30, 60.2},
+         {30, 60.7},
+         {"invalidate 202,391,627,409"}},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(follow(*c.layout, c.from, c.to), c.lines) << c.name;
@@ -68,7 +74,7 @@ TEST(Follow, ALargeKnobIsDrawnWhole) {
 TEST(Follow, WhatIsStoppedStandsAtTheLeft) {
     RecordingHost host;
     ui::followTime(ui::kFullLayout, ui::kKnobSize, false, {30, 60}, {31, 60}, host);
-    EXPECT_EQ(host.lines, (Lines{"invalidate 632,380,792,405"}));
+    EXPECT_EQ(host.lines, (Lines{"invalidate 632,377,792,401"}));
 }
 
 // Adds up the boxes around what is invalidated between two updates: the window paints no less.
