@@ -6,6 +6,7 @@
 #include "app/app_state.h"
 #include "player/player.h"
 #include "shell/handlers.h"
+#include "shell/screens/screens.h"
 #include "shell/shell.h"
 
 namespace shell {
@@ -71,11 +72,13 @@ void exitOrPrepare(LPARAM lParam) {
 void silence(LPARAM) {
     appState.audioSuppressed = 1;
     appState.filterControl.SetVolume(0);
+    ui::refreshSoundSentence();
 }
 
 void giveSoundBack(LPARAM) {
     appState.audioSuppressed = 0;
     appState.filterControl.SetVolume(appState.persisted.volume);
+    ui::refreshSoundSentence();
 }
 
 void previousFile(LPARAM) {

@@ -62,50 +62,69 @@ keys() {
     done < <(lines)
 }
 
-# A held face differs from the face at rest in more than half of its pixels, and fills its key.
-held() { # HELD BACKGROUND X Y LEFT TOP RIGHT BOTTOM: X, Y where BACKGROUND stands in the window
-    local size=$(($7 - $5))x$(($8 - $6)) differing
+# outline COLOUR BITMAP CROP: the box around its pixels in that part, as WIDTHxHEIGHT+LEFT+TOP.
+outline() {
+    "$convert" "$2" -crop "$3" +repage -alpha off -fill white -opaque "$(colour "$1")" \
+        -fill black +opaque white -bordercolor black -border 1 -format '%@' info:
+}
+# near A B: two boxes whose edges differ by no more than the smoothing of an edge.
+near() {
+    awk -v a="$1" -v b="$2" 'BEGIN {
+        split(a, p, /[x+]/); split(b, q, /[x+]/)
+        for (i = 1; i <= 4; i++) if (p[i] - q[i] > 2 || q[i] - p[i] > 2) exit 1
+        exit !(p[1] > 4 && p[2] > 4)
+    }'
+}
+# A held face is the face at rest in other colours: its tile keeps shape and place, so does the icon.
+held() { # HELD REST X Y LEFT TOP RIGHT BOTTOM [TILE HELD-TILE ICON HELD-ICON]: X, Y where REST stands
+    # in the window; the colours of tile and icon at rest and held
+    local size=$(($7 - $5))x$(($8 - $6)) at before after
+    at=$size+$(($5 - $3))+$(($6 - $4))
     [ "$(identify-im6.q16 -format %wx%h "$skin/$1")" = "$size" ]
     ok "$1 fills its key" $? "wanted $size"
-    differing=$("$convert" "$skin/$2" -crop "$size+$(($5 - $3))+$(($6 - $4))" +repage \
-        "$skin/$1" -compose difference -composite -fill white +opaque black -depth 8 \
-        -format '%[fx:mean>0.5]' info:)
-    [ "$differing" = 1 ]
-    ok "$1 is unmistakable" $?
+    before=$(outline "${9:-key}" "$skin/$2" "$at")
+    after=$(outline "${10:-amber}" "$skin/$1" "$size+0+0")
+    [ "$before" = "$after" ]
+    ok "$1 keeps its tile" $? "$before at rest, $after held"
+    [ "${11:-text}" != none ] || return 0
+    before=$(outline "${11:-text}" "$skin/$2" "$at")
+    after=$(outline "${12:-ink}" "$skin/$1" "$size+0+0")
+    near "$before" "$after"
+    ok "$1 keeps its icon" $? "$before at rest, $after held"
 }
 heldFaces() {
     local bar="A/video_bg_control.bmp 0 329" title="A/video_bg_title.bmp 0 0"
     held A/btn02_navi_on.bmp $bar 0 377 200 425
     held A/btn03_close_on.bmp $title 737 0 800 45
     held A/btn02_play_on.bmp $bar 632 425 712 480
-    held A/btn02_halt_on.bmp $bar 632 425 712 480
+    held A/btn02_halt_on.bmp A/btn02_halt_non.bmp 632 425 632 425 712 480
     held A/btn03_stop_on.bmp $bar 712 425 792 480
     held A/listup_icon_on.bmp $bar 0 425 200 473
     held A/btn05_minus_on.bmp $bar 280 425 360 480
     held A/btn04_mute_on.bmp $bar 200 425 280 480
-    held A/btn04_muteoff_on.bmp $bar 200 425 280 480
+    held A/btn04_muteoff_on.bmp A/btn04_muteoff_non.bmp 200 425 200 425 280 480 key amber alert ink
     held A/btn06_plus_on.bmp $bar 552 425 632 480
-    held A/ch_left_on.bmp "A/ch_left.bmp" 0 140 0 140 140 280
-    held A/ch_right_on.bmp "A/ch_right.bmp" 660 140 660 140 800 280
-    held A/button_front_on.bmp "A/button_front.bmp" 632 329 632 329 800 377
-    held A/button_rear_on.bmp "A/button_rear.bmp" 632 329 632 329 800 377
+    held A/ch_left_on.bmp A/ch_left.bmp 0 140 0 140 140 280
+    held A/ch_right_on.bmp A/ch_right.bmp 660 140 660 140 800 280
+    held A/button_front_on.bmp A/button_front.bmp 632 329 632 329 800 377 key amber text text
+    held A/button_rear_on.bmp A/button_rear.bmp 632 329 632 329 800 377 key amber text text
     local half="B/video_PIP.bmp 0 0" list="C/list_bg.bmp 0 0"
     held B/btn_close_on.bmp $half 301 0 400 60
     held B/btn02_back_on.bmp $half 2 420 81 480
     held B/btn03_play_on.bmp $half 81 420 160 480
-    held B/btn03_halt_on.bmp $half 81 420 160 480
+    held B/btn03_halt_on.bmp B/btn03_halt_non.bmp 81 420 81 420 160 480
     held B/btn04_stop_on.bmp $half 160 420 239 480
     held B/btn05_next_on.bmp $half 318 420 397 480
     held B/btn01_list_on.bmp $half 239 420 318 480
     held B/btn05_minus_on.bmp $half 81 360 160 420
     held B/btn04_muteoff_on.bmp $half 2 360 81 420
-    held B/btn04_mute_on.bmp $half 2 360 81 420
+    held B/btn04_mute_on.bmp B/btn04_muteoff_non.bmp 2 360 2 360 81 420 key amber alert ink
     held B/btn06_plus_on.bmp $half 318 360 397 420
     held C/btn01_close_on.bmp $list 701 0 800 66
     held C/list02_up_on.bmp $list 650 66 770 166
     held C/list04_down_on.bmp $list 650 366 770 466
-    held C/icon_bin_on.bmp $list 590 66 640 116
-    held C/list_title_on.bmp $list 30 66 650 116
+    held C/icon_bin_on.bmp C/icon_bin_non.bmp 590 66 590 66 640 116 ink alert text ink
+    held C/list_title_on.bmp $list 30 66 650 116 bar amber none
 }
 
 # same A B CROP: the bitmap B equals the part CROP of the bitmap A.
@@ -121,7 +140,8 @@ seams() {
     same A/video_bg_control.bmp A/listup_icon_non.bmp 200x48+0+96
 }
 
-# A digit stands free in its cell: its outermost pixels have the bar's colour on all four sides.
+# A digit stands free in its cell, and all are equally wide, so that the clock is evenly spaced.
+inkOf() { "$convert" "$skin/A/time_$1.bmp" -threshold 30% -format '%@' info:; }
 digits() {
     local name edge
     for name in 0 1 2 3 4 5 6 7 8 9; do
@@ -129,6 +149,8 @@ digits() {
             [ "$(colours "$skin/A/time_$name.bmp" -crop $edge +repage | sort -u)" = "$(colour bar)" ]
             ok "the digit $name is whole at $edge" $?
         done
+        near "$(inkOf "$name")" "$(inkOf 0)"
+        ok "the digit $name is as wide and high as the others" $? "$(inkOf "$name")"
     done
 }
 
@@ -151,6 +173,16 @@ contrast() { # ABOVE BELOW LEAST
             exit (ratio < least)
         }'
 }
+# The close key has one size and one place in the corner of every screen.
+closeKeys() {
+    local full half list
+    full=$(outline key "$skin/A/video_bg_title.bmp" 99x54+701+0)
+    half=$(outline key "$skin/B/video_PIP.bmp" 99x54+301+0)
+    list=$(outline key "$skin/C/list_bg.bmp" 99x54+701+0)
+    [ "$full" = "$half" ] && [ "$full" = "$list" ]
+    ok "one close key" $? "$full, $half, $list"
+}
+
 contrasts() {
     local above below least ratio
     while read -r above below least; do
@@ -163,7 +195,7 @@ text night 7
 dim bar 7
 dim night 7
 ink amber 7
-ink paper 7
+ink text 7
 black paper 7
 black amber 7
 amber ink 7
@@ -217,6 +249,7 @@ keys
 heldFaces
 seams
 digits
+closeKeys
 contrasts
 checking
 echo "$passed passed, $failed failed"

@@ -42,6 +42,8 @@ public:
     virtual void drawInto(Bitmap bitmap, const Rect& area) = 0;
     // The whole bitmap without its pixels of colour kTransparent.
     virtual void drawTransparent(Bitmap bitmap, Point at) = 0;
+    // The top left part of it, as large as `area`, into it, without those pixels.
+    virtual void drawTransparentInto(Bitmap bitmap, const Rect& area) = 0;
 
     virtual void fill(const Rect& area, Colour colour) = 0;
     // One line, over whatever is there.

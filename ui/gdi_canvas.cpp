@@ -103,6 +103,15 @@ void GdiCanvas::drawTransparent(Bitmap bitmap, Point at) {
     }
 }
 
+void GdiCanvas::drawTransparentInto(Bitmap bitmap, const Rect& area) {
+    SIZE size;
+    if (!isEmpty(area) && select(bitmap, {area.left, area.top}, size)) {
+        platform::drawTransparent(
+            target_, area.left, area.top, std::min<LONG>(size.cx, area.right - area.left),
+            std::min<LONG>(size.cy, area.bottom - area.top), source_, kTransparent);
+    }
+}
+
 void GdiCanvas::fill(const Rect& area, Colour colour) {
     if (target_ == nullptr) {
         return;

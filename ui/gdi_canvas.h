@@ -26,6 +26,7 @@ public:
     void drawRegion(Bitmap bitmap, const Rect& area) override;
     void drawInto(Bitmap bitmap, const Rect& area) override;
     void drawTransparent(Bitmap bitmap, Point at) override;
+    void drawTransparentInto(Bitmap bitmap, const Rect& area) override;
     void fill(const Rect& area, Colour colour) override;
     void text(const char16_t* text, Font font, Colour colour, const Rect& area,
               TextPlace place) override;

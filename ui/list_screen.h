@@ -57,7 +57,8 @@ struct ListView {
     const char16_t* path;  // of the folder, "ROOT" at the root
     std::int32_t page, pageCount;
     std::int32_t pressedKey;
-    bool goingUp;  // the finger is on its way to the folder above
+    bool goingUp;    // the finger is on its way to the folder above
+    bool hasParent;  // there is one
 };
 
 inline constexpr std::int32_t kHalfThumb = 13;  // half the scroll thumb's height, pixels

@@ -20,6 +20,8 @@ inline constexpr Rect kBannerArea = {180, 0, 620, 64};
 // Shared by the playback screens.
 inline constexpr Colour kTextColour = 0xE6F0F4;
 inline constexpr Colour kDimColour = 0xCBC3B9;
+inline constexpr Colour kAlertColour = 0x7286FF;    // the sound is off
+inline constexpr Colour kSurfaceColour = 0x201A14;  // of the bars
 
 struct BarFaces {
     Bitmap progress, volume, icon;
@@ -38,6 +40,9 @@ void paintTexts(Canvas& canvas, const PlayerLayout& layout, const TextFonts& fon
 // The background where it is damaged, `instead` where its bitmap does not reach.
 void paintBackground(Canvas& canvas, Bitmap background, const Rect& damaged,
                      Colour instead = kBlack);
+// The cover while the car drives: `cover` at the window's corner, and while the recording can be
+// heard a sentence that says so in `sentence`.
+void paintBlock(Canvas& canvas, Bitmap cover, const Rect& sentence, const PlayerView& view);
 // The key colour where the picture is shown, over the background.
 void paintVideoArea(Canvas& canvas, const Rect& video, const Rect& damaged);
 

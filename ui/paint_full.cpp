@@ -12,7 +12,7 @@ constexpr Bitmap face(std::int32_t slot) {
 }
 
 constexpr BarFaces kBarFaces = {face(kFullProgress), face(kFullVolume), face(kFullVolumeIcon)};
-constexpr TextFonts kFonts = {Font::Height25, Font::Height25, Font::Height18};
+constexpr TextFonts kFonts = {Font::Height25, Font::Height24, Font::Height24};
 
 constexpr Point cornerOf(const Rect& r) {
     return {r.left, r.top};
@@ -64,6 +64,8 @@ void paintPressed(Canvas& canvas, const PlayerView& view) {
     }
     if (key == kFullCameraKey) {
         paintCamera(canvas, view, kFullFrontHeld, kFullRearHeld);
+    } else if (key == kFullPreviousKey || key == kFullNextKey) {
+        canvas.drawTransparent(face(slot), cornerOfKey(key));  // free over the picture
     } else if (slot != kNoFace) {
         canvas.draw(face(slot), cornerOfKey(key));
     }
@@ -89,7 +91,7 @@ void paintFullWidth(Canvas& canvas, const PlayerView& view, const Rect& damaged)
         paintBackground(canvas, face(kFullCache), damaged);
     }
     if (view.drivingBlock) {
-        canvas.draw(face(kFullBlock), {0, 0});
+        paintBlock(canvas, face(kFullBlock), kFullLayout.soundSentence, view);
     }
     if (!view.barShown) {
         return;

@@ -9,7 +9,7 @@ constexpr Bitmap face(std::int32_t slot) {
 }
 
 constexpr BarFaces kBarFaces = {face(kHalfProgress), face(kHalfVolume), face(kHalfVolumeIcon)};
-constexpr TextFonts kFonts = {Font::Height24, Font::Height18, Font::Height16};
+constexpr TextFonts kFonts = {Font::Height24, Font::Height24, Font::Height24};
 
 void drawOnKey(Canvas& canvas, std::int32_t key, std::int32_t slot) {
     const Rect& area = kHalfLayout.keys[static_cast<std::size_t>(key)].area;
@@ -40,7 +40,7 @@ void paintHalfWidth(Canvas& canvas, const PlayerView& view, const Rect& damaged)
         paintVideoArea(canvas, kHalfLayout.video, damaged);
     }
     if (view.drivingBlock) {
-        canvas.draw(face(kHalfBlock), {0, 0});
+        paintBlock(canvas, face(kHalfBlock), kHalfLayout.soundSentence, view);
     }
     if (view.playing && !view.paused) {
         drawOnKey(canvas, kHalfPlayKey, kHalfPause);

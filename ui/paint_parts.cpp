@@ -18,6 +18,13 @@ void paintVideoArea(Canvas& canvas, const Rect& video, const Rect& damaged) {
     }
 }
 
+void paintBlock(Canvas& canvas, Bitmap cover, const Rect& sentence, const PlayerView& view) {
+    canvas.draw(cover, {0, 0});
+    if (view.audible) {
+        canvas.text(u"소리는 계속 재생됩니다", Font::Height24, kDimColour, sentence, kCentredText);
+    }
+}
+
 void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
                    const PlayerView& view, const Rect& damaged) {
     const ProgressBar& bar = layout.progress;
@@ -38,7 +45,16 @@ void paintVolume(Canvas& canvas, const PlayerLayout& layout, const BarFaces& fac
     }
     constexpr std::int32_t kUnderIcon = 10;  // pixels
     const std::int32_t x = volumeIconX(bar, view.volume);
-    canvas.drawInto(faces.volume, {bar.area.left, bar.fillTop, x + kUnderIcon, bar.fillBottom});
+    const Rect filled = {bar.area.left, bar.fillTop, x + kUnderIcon, bar.fillBottom};
+    canvas.drawInto(faces.volume, filled);
+    if (view.muted) {
+        // Set, but not to be heard: only an outline of it is left, in the colour of the mute key.
+        constexpr std::int32_t kOutline = 2;  // pixels
+        canvas.fill(filled, kAlertColour);
+        canvas.fill(
+            {filled.left + kOutline, filled.top + kOutline, filled.right, filled.bottom - kOutline},
+            kSurfaceColour);
+    }
     canvas.draw(faces.icon, {x, bar.iconTop});
 }
 

@@ -22,7 +22,7 @@ void paintSlide(Canvas& canvas, const PlayerView& view, const Rect& damaged) {
         paintBackground(canvas, face(kSlideBackground), damaged);
     }
     if (view.drivingBlock) {
-        canvas.draw(face(kSlideBlock), {0, 0});
+        paintBlock(canvas, face(kSlideBlock), kFullLayout.soundSentence, view);
     }
     if (!view.bannerShown || !meets(kBannerArea, damaged)) {
         return;

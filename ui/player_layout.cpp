@@ -59,9 +59,10 @@ constinit const PlayerLayout kFullLayout = {
     .volumeKey = kFullVolumeKey,
     .progressKey = kFullProgressKey,
     .video = {0, 0, 800, 480},
-    .fileName = {204, 346, 627, 376},
-    .position = {632, 380, 792, 405},
-    .duration = {632, 405, 792, 424},
+    .fileName = {12, 338, 627, 368},
+    .position = {632, 377, 792, 401},
+    .duration = {632, 401, 792, 425},
+    .soundSentence = {200, 230, 600, 260},
     .hidesBar = true,
 };
 
@@ -74,9 +75,10 @@ constinit const PlayerLayout kHalfLayout = {
     .volumeKey = kHalfVolumeKey,
     .progressKey = kHalfProgressKey,
     .video = {0, 60, 400, 320},
-    .fileName = {12, 17, 290, 43},
-    .position = {251, 321, 399, 339},
-    .duration = {251, 340, 399, 357},
+    .fileName = {12, 8, 300, 38},
+    .position = {251, 320, 399, 340},
+    .duration = {251, 340, 399, 360},
+    .soundSentence = {0, 252, 400, 282},
     .hidesBar = false,
 };
 

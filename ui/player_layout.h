@@ -17,6 +17,7 @@ enum FullKey : std::int32_t {
     kFullNavigationKey = 1,
     kFullPreviousKey = 3,
     kFullPlayKey = 4,
+    kFullNextKey = 6,
     kFullMuteKey = 9,
     kFullVolumeKey = 11,
     kFullProgressKey = 12,
@@ -40,7 +41,8 @@ struct PlayerLayout {
     Rect fileName;  // texts
     Rect position;
     Rect duration;
-    bool hidesBar;  // the control bar hides after a while without a touch
+    Rect soundSentence;  // on the cover while the car drives
+    bool hidesBar;       // the control bar hides after a while without a touch
 };
 
 extern const PlayerLayout kFullLayout;

@@ -13,6 +13,7 @@ struct PlayerView {
     bool playing = false;  // a file is played or paused
     bool paused = false;
     bool muted = false;
+    bool audible = false;       // what is played can be heard
     bool videoArea = false;     // the video layer shows the picture
     bool drivingBlock = false;  // the cover is shown
     bool barShown = true;       // full width

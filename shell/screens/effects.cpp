@@ -159,6 +159,7 @@ void Effects::act(Action action, std::int32_t row) {
 
 void Effects::setVolumeLevel(std::int32_t level) {
     Player::setVolumeLevel(level);
+    refreshSoundSentence();
 }
 
 void Effects::setListPage(std::int32_t page) {

@@ -169,7 +169,15 @@ void refreshScreen() {
     InvalidateRect(appState.mainWindow, nullptr, FALSE);
 }
 
+void refreshSoundSentence() {
+    if (appState.drivingBlock == 1 && followsTimers(appState.screenMode)) {
+        Effects effects;
+        effects.invalidate(layoutOf(appState.screenMode).soundSentence);
+    }
+}
+
 void refreshVolume() {
+    refreshSoundSentence();
     Effects effects;
     if (isPlaybackScreen()) {
         const PlayerLayout& layout = layoutOf(appState.screenMode);

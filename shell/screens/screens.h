@@ -47,6 +47,8 @@ RECT videoRectangle(int mode);
 // its rows.
 void refreshScreen();
 void refreshVolume();
+// What the cover says about the sound, while the car drives.
+void refreshSoundSentence();
 void refreshFileList();
 
 // Playback has stopped: nothing is shown as played, the position display stands at 0.

@@ -4,6 +4,7 @@
 
 #include "app/app_state.h"
 #include "player/player.h"
+#include "shell/screens/effects.h"
 #include "ui/bitmap_sets.h"
 
 namespace ui {
@@ -18,6 +19,8 @@ PlayerView playerView() {
         .playing = persisted.playState != settings::kStopped,
         .paused = persisted.playState == settings::kPaused,
         .muted = appState.muted == 1,
+        .audible = persisted.playState == settings::kPlaying && appState.muted != 1 &&
+                   appState.audioSuppressed == 0 && persisted.volume > 0,
         .videoArea = appState.videoArea == 1,
         .drivingBlock = appState.drivingBlock == 1,
         .barShown = screens.barShown != 0,
@@ -44,6 +47,7 @@ ListView listView() {
         .pageCount = appState.browsePageCount,
         .pressedKey = appState.screens.touch.pressedKey,
         .goingUp = appState.screens.touch.goingUp != 0,
+        .hasParent = hasParentFolder(),
     };
 }
 

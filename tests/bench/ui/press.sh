@@ -29,7 +29,7 @@ measure() {
     /usr/lib/wine/wine64 'h:\empty_window.exe' "$1" >>"$unit.log" 2>&1 &
     window=$!
     sleep 3
-    "$unit.watch" "$rounds" player 600 450 562 422 600 420 empty 140 390 102 362 140 300
+    "$unit.watch" "$rounds" player 600 450 570 430 600 420 empty 140 390 102 362 140 300
     kill "$window"
     wait "$window" 2>>"$unit.log" || true
 }

@@ -67,6 +67,7 @@ void Stage::paint(const Scene& scene, HDC target, const ui::Rect& damaged) const
 ui::PlayerView playingView() {
     ui::PlayerView view;
     view.playing = true;
+    view.audible = true;
     view.volume = 5;
     view.displayedPosition = 83;
     view.duration = 240;

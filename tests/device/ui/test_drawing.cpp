@@ -8,6 +8,7 @@
 #include "picture.h"
 #include "platform/display.h"
 #include "scene.h"
+#include "ui/follow.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ std::vector<Scene> oneOfEach() {
         scene.view.camera = 1;
         scene.view.muted = screen == Screen::Full;
         scene.view.pressedKey = screen == Screen::Half ? 4 : 3;
-        scene.list = {nullptr, u"\\SDMMCDisk\\Record", 1, 3, ui::kListRowKeys + 1, false};
+        scene.list = {nullptr, u"\\SDMMCDisk\\Record", 1, 3, ui::kListRowKeys + 1, false, true};
         ui_test::setRow(scene.rows, 0, ui::RowKind::Folder, ui::kListFolder, u"이벤트");
         ui_test::setRow(scene.rows, 1, ui::RowKind::File, ui::kListFile, u"a.avi");
         scene.rows.rows[1].playing = true;
@@ -119,6 +120,89 @@ TEST(Damage, ALargeKnobLeavesNothingBehind) {
             stage.paint(scene, picture.device(), c.layout.position);
             EXPECT_EQ(compare(picture, expected, width, difference, where), 0)
                 << "screen " << static_cast<int>(c.screen) << " at " << where;
+        }
+    }
+}
+
+// What looks as if it could be touched can be: no pixel in the colour of a key's tile lies where no
+// key is hit.
+TEST(Drawing, NoKeyIsLargerThanItsTouchArea) {
+    constexpr std::uint32_t kTile = 0x31404D;  // "key" of the skin's palette
+    const ui_test::Stage stage(SKIN_FOLDER);
+    Picture picture;
+    for (Scene scene : oneOfEach()) {
+        scene.view.bannerShown = false;
+        scene.view.pressedKey = scene.list.pressedKey = -1;
+        stage.paint(scene, picture.device(), ui_test::wholeOf(scene.screen));
+        const auto isHit = [&](int x, int y) {
+            std::span<const ui::Key> keys = scene.screen == Screen::Half   ? ui::kHalfLayout.keys
+                                            : scene.screen == Screen::Full ? ui::kFullLayout.keys
+                                                                           : ui::kListKeys;
+            const std::int32_t key = ui::hitTest(keys, {x, y});
+            return key >= 0 && keys[static_cast<std::size_t>(key)].action != ui::Action::HideBar;
+        };
+        int tile = 0, outside = 0;
+        for (int y = 0; y < 480; ++y) {
+            for (int x = 0; x < ui_test::widthOf(scene.screen); ++x) {
+                const bool isTile = picture.at(x, y) == kTile;
+                tile += isTile ? 1 : 0;
+                outside += isTile && !isHit(x, y) ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(outside, 0) << static_cast<int>(scene.screen);
+        EXPECT_EQ(tile > 10000, scene.screen != Screen::Slide) << static_cast<int>(scene.screen);
+    }
+}
+
+// Paints at once what a tick of the position timer invalidates.
+class PaintingHost : public ui::TouchHost {
+public:
+    PaintingHost(const ui_test::Stage& stage, const Scene& scene, Picture& picture)
+        : stage_(stage), scene_(scene), picture_(picture) {}
+    void invalidate(const ui::Rect& area) override {
+        stage_.paint(scene_, picture_.device(), area);
+    }
+    void invalidateAll() override { invalidate(ui_test::wholeOf(scene_.screen)); }
+    void update() override {}
+    void capturePointer() override {}
+    void releasePointer() override {}
+    void startTimer(ui::ScreenTimer) override {}
+    void stopTimer(ui::ScreenTimer) override {}
+    void click() override {}
+    void act(ui::Action, std::int32_t) override {}
+    void setVolumeLevel(std::int32_t) override {}
+    void setListPage(std::int32_t) override {}
+    void showBanner() override {}
+
+private:
+    const ui_test::Stage& stage_;
+    const Scene& scene_;
+    Picture& picture_;
+};
+
+// A recording grows between two ticks, and something makes the window paint before the second one.
+TEST(Damage, AGrowingRecordingLeavesNoSecondKnob) {
+    const ui_test::Stage stage(SKIN_FOLDER);
+    Picture picture, fresh, difference;
+    std::string where;
+    for (const Screen screen : {Screen::Full, Screen::Half}) {
+        const ui::PlayerLayout& layout = screen == Screen::Full ? ui::kFullLayout : ui::kHalfLayout;
+        const ui::Rect whole = ui_test::wholeOf(screen);
+        Scene scene{.name = "", .screen = screen, .view = ui_test::playingView()};
+        scene.view.displayedPosition = 0.9;
+        scene.view.duration = 5;
+        stage.paint(scene, picture.device(), whole);
+        for (const double grown : {6.0, 6.4, 60.0}) {
+            const ui::ShownTime before = {scene.view.displayedPosition, scene.view.duration};
+            scene.view.duration = grown;
+            stage.paint(scene, picture.device(), whole);
+            scene.view.displayedPosition += 0.3;
+            PaintingHost host(stage, scene, picture);
+            ui::followTime(layout, ui::bitmapSize(stage.screens, layout.knob), true, before,
+                           {scene.view.displayedPosition, grown}, host);
+            stage.paint(scene, fresh.device(), whole);
+            EXPECT_EQ(compare(picture, fresh, ui_test::widthOf(screen), difference, where), 0)
+                << static_cast<int>(screen) << " at " << where << ", " << grown << " s";
         }
     }
 }
@@ -252,8 +336,8 @@ TEST(MissingSkin, ScreensAreBlackWithTexts) {
     EXPECT_EQ(picture.at(10, 10), 0u);
     EXPECT_EQ(picture.at(790, 470), 0u);
     int text = 0;
-    for (int y = 346; y < 376; ++y) {
-        for (int x = 204; x < 627; ++x) {
+    for (int y = 338; y < 368; ++y) {
+        for (int x = 12; x < 627; ++x) {
             text += picture.at(x, y) != 0 ? 1 : 0;
         }
     }

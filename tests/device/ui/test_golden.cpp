@@ -32,7 +32,8 @@ Scene list(const char* name, int entries, auto change) {
                   .page = 0,
                   .pageCount = catalogue::pagesFor(entries),
                   .pressedKey = -1,
-                  .goingUp = false};
+                  .goingUp = false,
+                  .hasParent = true};
     for (int r = 0; r < std::min(entries, 8); ++r) {
         const std::u16string name16 = u"20260314_08150" + std::u16string(1, char16_t(u'0' + r));
         if (r == 0) {
@@ -70,6 +71,11 @@ std::vector<Scene> fullScenes() {
                  v.displayedPosition = 240;
              }),
         full("full_blocked", [](ui::PlayerView& v) { v.drivingBlock = true; }),
+        full("full_blocked_muted",
+             [](ui::PlayerView& v) {
+                 v.drivingBlock = v.muted = true;
+                 v.audible = false;
+             }),
         full("full_hidden_bar", [](ui::PlayerView& v) { v.barShown = false; }),
         full("full_connect_front",
              [](ui::PlayerView& v) {
@@ -83,6 +89,7 @@ std::vector<Scene> fullScenes() {
                  v.pressedKey = ui::kFullCameraKey;
              }),
         full("full_held_arrow", [](ui::PlayerView& v) { v.pressedKey = ui::kFullPreviousKey; }),
+        full("full_held_minus", [](ui::PlayerView& v) { v.pressedKey = 8; }),
         full("full_held_pause", [](ui::PlayerView& v) { v.pressedKey = ui::kFullPlayKey; }),
         full("full_held_close", [](ui::PlayerView& v) { v.pressedKey = 2; }),
         full("full_held_list", [](ui::PlayerView& v) { v.pressedKey = 7; }),
@@ -147,6 +154,7 @@ std::vector<Scene> listScenes() {
                  setRow(s.rows, 0, ui::RowKind::Folder, ui::kListCard, u"SDMMCDisk");
                  setRow(s.rows, 1, ui::RowKind::Folder, ui::kListUsb, u"USB");
                  s.list.path = u"ROOT";
+                 s.list.hasParent = false;
              }),
         list("list_long_path", 2,
              [](Scene& s) { s.list.path = u"\\SDMMCDisk\\2026년 3월 여행\\강릉과 서울 & 기타"; }),

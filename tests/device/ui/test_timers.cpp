@@ -8,7 +8,7 @@ namespace {
 // As the places of the full-width screen have it: left, top, right, bottom.
 constexpr RECT kNothing = {0, 0, 0, 0};
 constexpr RECT kClock = {607, 16, 742, 51};
-constexpr RECT kTimes = {632, 380, 792, 424};
+constexpr RECT kTimes = {632, 377, 792, 425};
 
 class Ticks : public test::PlayerUnit {
 protected:
@@ -47,7 +47,7 @@ void expectBox(const RECT& box, const RECT& wanted) {
 
 TEST_F(Ticks, ThePositionIsFollowed) {
     showTime(30, 60);
-    expectBox(tick(shell::kPositionTimer), {202, 380, 792, 409});
+    expectBox(tick(shell::kPositionTimer), {202, 377, 792, 409});
     EXPECT_EQ(appState.screens.displayedPosition, 0);
     expectBox(tick(shell::kPositionTimer), kNothing);
 }

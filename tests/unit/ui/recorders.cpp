@@ -59,6 +59,10 @@ void RecordingCanvas::drawTransparent(ui::Bitmap bitmap, ui::Point at) {
     lines.push_back("keyed " + nameOf(bitmap) + " " + place(at));
 }
 
+void RecordingCanvas::drawTransparentInto(ui::Bitmap bitmap, const ui::Rect& area) {
+    lines.push_back("keyed into " + nameOf(bitmap) + " " + place(area));
+}
+
 void RecordingCanvas::fill(const ui::Rect& area, ui::Colour colour) {
     lines.push_back("fill " + hex(colour) + " " + place(area));
 }

@@ -12,7 +12,8 @@ namespace ui_test {
 
 using Lines = std::vector<std::string>;
 
-// Lines such as "draw A41 632,425" (set and slot, place), "fill F800F8 0,0,800,480" and
+// Lines such as "draw A41 632,425" (set and slot, place), "keyed into C23 30,66,108,116",
+// "fill F800F8 0,0,800,480" and
 // "text 25 E6F0F4 10,20,30,40 5 name" (the font's height, colour, area, place in it, text). Every
 // bitmap is there unless it is named in `missing`; each letter is 10 pixels wide.
 class RecordingCanvas : public ui::Canvas {
@@ -25,6 +26,7 @@ public:
     void drawRegion(ui::Bitmap bitmap, const ui::Rect& area) override;
     void drawInto(ui::Bitmap bitmap, const ui::Rect& area) override;
     void drawTransparent(ui::Bitmap bitmap, ui::Point at) override;
+    void drawTransparentInto(ui::Bitmap bitmap, const ui::Rect& area) override;
     void fill(const ui::Rect& area, ui::Colour colour) override;
     void text(const char16_t* text, ui::Font font, ui::Colour colour, const ui::Rect& area,
               ui::TextPlace place) override;

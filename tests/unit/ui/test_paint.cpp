@@ -61,9 +61,9 @@ TEST(PaintFullWidth, WhilePlaying) {
                                            "keyed A7 0,140",
                                            "keyed A8 660,140",
                                            "draw A40 632,425",
-                                           "text 25 E6F0F4 204,346,627,376 32772 출발.avi",
-                                           "text 25 E6F0F4 632,380,792,405 5 00:00:30",
-                                           "text 18 CBC3B9 632,405,792,424 5 00:01:00",
+                                           "text 25 E6F0F4 12,338,627,368 32772 출발.avi",
+                                           "text 24 E6F0F4 632,377,792,401 5 00:00:30",
+                                           "text 24 CBC3B9 632,401,792,425 5 00:01:00",
                                            "into A5 202,397,414,403",
                                            "draw A25 409,391",
                                            "into A6 360,447,454,457",
@@ -95,6 +95,35 @@ TEST(PaintFullWidth, TheCoverLiesUnderTheBars) {
     EXPECT_EQ(lines[2], "draw A2 0,329");
 }
 
+// The sentence stands on every screen's cover, and only while something can be heard.
+TEST(PaintBlock, TellsOfASoundThatCanBeHeard) {
+    ui::PlayerView view = playing();
+    view.drivingBlock = true;
+    const std::string sentence = "text 24 CBC3B9 200,230,600,260 5 소리는 계속 재생됩니다";
+    const std::string half = "text 24 CBC3B9 0,252,400,282 5 소리는 계속 재생됩니다";
+    EXPECT_FALSE(holds(fullWidth(view), sentence));
+    EXPECT_FALSE(holds(slide(view), sentence));
+    EXPECT_FALSE(holds(halfWidth(view), half));
+    view.audible = true;
+    EXPECT_EQ(fullWidth(view)[2], sentence);
+    EXPECT_EQ(slide(view)[2], sentence);
+    EXPECT_EQ(halfWidth(view)[3], half);
+    view.drivingBlock = false;
+    EXPECT_FALSE(holds(fullWidth(view), sentence));
+}
+
+TEST(PaintFullWidth, AMutedVolumeBarIsHollow) {
+    ui::PlayerView view = playing();
+    EXPECT_FALSE(holds(fullWidth(view), "fill 7286FF 360,447,454,457"));
+    view.muted = true;
+    const Lines lines = fullWidth(view);
+    const auto at = std::ranges::find(lines, "into A6 360,447,454,457");
+    ASSERT_NE(at, lines.end());
+    EXPECT_EQ(at[1], "fill 7286FF 360,447,454,457");
+    EXPECT_EQ(at[2], "fill 201A14 362,449,454,455");
+    EXPECT_EQ(at[3], "draw A24 444,437");
+}
+
 TEST(PaintFullWidth, AHiddenBarLeavesThePictureAlone) {
     ui::PlayerView view = playing();
     view.barShown = false;
@@ -124,12 +153,12 @@ TEST(PaintFullWidth, PressedFaces) {
     constexpr Case kCases[] = {
         {1, true, false, false, -1, "draw A14 0,377"},
         {2, true, false, false, -1, "draw A15 737,0"},
-        {3, true, false, false, -1, "draw A16 0,140"},
+        {3, true, false, false, -1, "keyed A16 0,140"},
         {4, true, false, false, -1, "draw A41 632,425"},
         {4, true, true, false, -1, "draw A17 632,425"},
         {4, false, false, false, -1, "draw A17 632,425"},
         {5, true, false, false, -1, "draw A18 712,425"},
-        {6, true, false, false, -1, "draw A19 660,140"},
+        {6, true, false, false, -1, "keyed A19 660,140"},
         {7, true, false, false, -1, "draw A20 0,425"},
         {8, true, false, false, -1, "draw A21 280,425"},
         {9, true, false, false, -1, "draw A22 200,425"},
@@ -205,10 +234,11 @@ TEST(PaintHalfWidth, WhilePlayingMuted) {
     view.muted = true;
     EXPECT_EQ(halfWidth(view),
               (Lines{"region B1 0,0,400,480", "fill F800F8 0,60,400,320", "draw B17 81,420",
-                     "draw B19 2,360", "text 24 E6F0F4 12,17,290,43 32772 출발.avi",
-                     "text 18 E6F0F4 251,321,399,339 5 00:00:30",
-                     "text 16 CBC3B9 251,340,399,357 5 00:01:00", "into B2 8,337,127,343",
-                     "draw B15 122,331", "into B3 170,382,239,392", "draw B14 229,372"}));
+                     "draw B19 2,360", "text 24 E6F0F4 12,8,300,38 32772 출발.avi",
+                     "text 24 E6F0F4 251,320,399,340 5 00:00:30",
+                     "text 24 CBC3B9 251,340,399,360 5 00:01:00", "into B2 8,337,127,343",
+                     "draw B15 122,331", "into B3 170,382,239,392", "fill 7286FF 170,382,239,392",
+                     "fill 201A14 172,384,239,390", "draw B14 229,372"}));
 }
 
 TEST(PaintHalfWidth, PressedFaces) {
@@ -290,7 +320,7 @@ ui::ListRows threeRows() {
 Lines fileList(const ui::ListRows& table, std::int32_t pressedKey, const ui::Rect& damaged,
                bool goingUp = false) {
     RecordingCanvas canvas;
-    ui::paintFileList(canvas, {&table, u"\\SDMMCDisk", 1, 3, pressedKey, goingUp}, damaged);
+    ui::paintFileList(canvas, {&table, u"\\SDMMCDisk", 1, 3, pressedKey, goingUp, true}, damaged);
     return canvas.lines;
 }
 
@@ -309,7 +339,7 @@ TEST(PaintFileList, AHeldRowIsDrawnAgainOnItsOwnBackground) {
     const Lines lines = fileList(threeRows(), 15, {30, 166, 650, 216});
     EXPECT_EQ(lines, (Lines{"region C0 30,166,650,216", "keyed C23 30,166", "keyed C2 590,166",
                             "text 24 000000 120,166,600,216 32772 b.avi", "keyed C1 30,166",
-                            "draw C16 30,166", "keyed C23 30,166", "keyed C2 590,166",
+                            "draw C16 30,166", "keyed into C23 30,166,108,216", "keyed C2 590,166",
                             "text 24 000000 120,166,600,216 32772 b.avi", "keyed C1 30,166"}));
 }
 
@@ -319,7 +349,7 @@ TEST(PaintFileList, PressedFaces) {
         const char* last;  // of what is drawn; null: as at rest
     };
     constexpr Case kCases[] = {{1, "draw C4 701,0"}, {2, "draw C5 650,66"}, {3, "draw C6 650,366"},
-                               {4, nullptr},         {5, nullptr},          {6, "draw C8 590,116"},
+                               {4, nullptr},         {5, nullptr},          {6, "keyed C8 590,116"},
                                {16, nullptr},        {29, nullptr}};
     const ui::Rect leftOfThumb = {0, 0, 650, 480};
     const Lines atRest = fileList(threeRows(), -1, leftOfThumb);
@@ -329,6 +359,31 @@ TEST(PaintFileList, PressedFaces) {
         EXPECT_EQ(lines.size(), atRest.size() + (c.last != nullptr ? 1 : 0)) << c.key;
     }
     EXPECT_EQ(fileList(threeRows(), 13, leftOfThumb, true).back(), "draw C3 602,0");
+}
+
+// The first page has none before it, the last none behind it, the root no folder above it.
+TEST(PaintFileList, WhatLeadsNowhereIsCovered) {
+    const std::string up = "fill 201A14 654,69,766,163", down = "fill 201A14 654,369,766,463";
+    const std::string parent = "fill 201A14 603,2,700,44";
+    struct Case {
+        std::int32_t page, pages;
+        bool hasParent, up, down;
+    };
+    constexpr Case kCases[] = {{0, 0, true, true, true},   {0, 1, true, true, true},
+                               {0, 2, true, true, false},  {1, 2, true, false, true},
+                               {1, 3, true, false, false}, {2, 3, false, false, true}};
+    const ui::ListRows table = threeRows();
+    for (const Case& c : kCases) {
+        RecordingCanvas canvas;
+        ui::paintFileList(canvas, {&table, u"", c.page, c.pages, -1, false, c.hasParent}, kWhole);
+        EXPECT_EQ(holds(canvas.lines, up), c.up) << c.page << " of " << c.pages;
+        EXPECT_EQ(holds(canvas.lines, down), c.down) << c.page << " of " << c.pages;
+        EXPECT_EQ(holds(canvas.lines, parent), !c.hasParent) << c.page << " of " << c.pages;
+    }
+    RecordingCanvas rows;
+    ui::paintFileList(rows, {&table, u"", 0, 1, -1, false, false}, {30, 66, 603, 480});
+    EXPECT_FALSE(holds(rows.lines, up));
+    EXPECT_FALSE(holds(rows.lines, parent));
 }
 
 TEST(PaintFileList, OnlyDamagedRowsAreDrawn) {
