@@ -7,7 +7,7 @@ run_packages="g++ cmake make g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-n
  nlohmann-json3-dev"
 # To test it.
 test_packages="$run_packages clang clang-format clang-tidy cppcheck shellcheck
- libclang-rt-14-dev libbenchmark-dev python3-jsonschema"
+ libclang-rt-14-dev libbenchmark-dev python3-jsonschema groff zsh"
 
 say() { echo "$name: $*"; }
 die() { echo "$name: $*" >&2; exit 1; }
@@ -42,6 +42,12 @@ build() {
     shift
     log=$root/out/build-$preset.log
     mkdir -p "$root/out"
+    # CMake's files hold the checkout's place.
+    was=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' \
+        "$root/out/build/$preset/CMakeCache.txt" 2>/dev/null || true)
+    if [ -n "$was" ] && [ "$was" != "$root" ]; then
+        die "this checkout was moved or copied from $was; rm -rf $root/out, then start again"
+    fi
     # shellcheck disable=SC2086  # the targets are words
     if ! { (cd "$root" && cmake --preset "$preset" "$@") &&
            cmake --build "$root/out/build/$preset" -j "$(nproc)" \
