@@ -1,10 +1,8 @@
 // The one global record. Everything that lives longer than one window message is kept here and
-// reached directly by every part of the player; there is no other state that changes. (Numbers of
-// registered messages and the functions of the board's libraries are looked up once and kept where
-// they are used.) It is touched on the window's thread alone.
+// reached directly by every part of the player; there is no other state that changes. (The
+// functions of the board's libraries are looked up once and kept where they are used.) It is
+// touched on the window's thread alone.
 #pragma once
-
-#include <windows.h>
 
 #include <array>
 #include <cstdint>
@@ -12,11 +10,11 @@
 #include "app/driving_check.h"
 #include "catalogue/catalogue.h"
 #include "graph/filter_control.h"
-#include "platform/com_ptr.h"
+#include "platform/font.h"
+#include "platform/window.h"
 #include "ui/screen_state.h"
 
-using ui::kScreenHeight;
-using ui::kScreenWidth;
+struct IUnknown;
 
 // Values of screenMode.
 enum ScreenMode : std::int32_t {
@@ -40,10 +38,11 @@ enum KeyAction : std::int32_t {
 inline constexpr std::int32_t kLayerShown = 10;
 inline constexpr std::int32_t kLayerHidden = 12;
 
-using MessageHandler = LRESULT (*)(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+using MessageHandler = platform::Answer (*)(platform::Window window, std::uint32_t message,
+                                            platform::WParam wParam, platform::LParam lParam);
 
 struct MessageRow {
-    UINT message;
+    std::uint32_t message;
     MessageHandler handler;
 };
 
@@ -53,16 +52,16 @@ struct MessageTable {
 };
 
 struct AppState : catalogue::CatalogueFields {
-    HWND mainWindow = nullptr;
-    HINSTANCE hInstance = nullptr;
-    platform::ComPtr<IUnknown> imagingFactory;
-    std::array<HFONT, 4> fonts{};  // heights 18, 25, 24, 16
+    platform::Window mainWindow = nullptr;
+    platform::Instance hInstance = nullptr;
+    IUnknown* imagingFactory = nullptr;              // one reference, from creation to destruction
+    std::array<platform::FontHandle, 4> fonts = {};  // heights 18, 25, 24, 16
 
     std::int32_t launchAsPip = 0;
     std::int32_t screenMode = kFullWidth;
     std::int32_t previousScreenMode = kFullWidth;
     std::int32_t exitMessageTimed = 0;  // the exit message closes itself
-    std::int32_t exiting = 0;           // the window is being destroyed: an exit is asked for once
+    bool exiting = false;               // the window is being destroyed: an exit is asked for once
     std::int32_t muted = 0;
     std::int32_t audioSuppressed = 0;  // the process manager asks for silence
     std::int32_t pendingKeyAction = kNoAction;
@@ -74,13 +73,13 @@ struct AppState : catalogue::CatalogueFields {
     std::int32_t drivingBlockAtLastTick = 0;
 
     std::int32_t videoLayerState = kLayerShown;
-    std::int32_t videoArea = 0;  // 1: the screens leave the video rectangle to the video layer
-    RECT outputRectangle = {0, 0, kScreenWidth, kScreenHeight};  // client pixels of mainWindow
+    bool videoArea = false;  // the screens leave the video rectangle to the video layer
+    platform::Rect outputRectangle = {0, 0, ui::kScreenWidth, ui::kScreenHeight};  // client pixels
 
     std::uint8_t imageLoaded = 0;
-    std::uint8_t playLoaded = 1;      // no play request is unfinished
-    std::uint32_t playRequests = 0;   // counts requests and stops, to tell what was overtaken
-    std::int32_t loadRestOfSkin = 0;  // the sets that are not showing are still to be loaded
+    std::uint8_t playLoaded = 1;     // no play request is unfinished
+    std::uint32_t playRequests = 0;  // counts requests and stops, to tell what was overtaken
+    bool loadRestOfSkin = false;     // the sets that are not showing are still to be loaded
     std::int32_t keyLock = 0;
     std::uint32_t lastSkipTick = 0;  // milliseconds
 
@@ -94,9 +93,14 @@ struct AppState : catalogue::CatalogueFields {
 
     CFilterControl filterControl;
 
-    UINT muteNotificationMessage = 0;
-    UINT systemBroadcastMessage = 0;
-    UINT endPointMessage = 0;
+    // Numbers of registered messages that are needed outside of messageTable. 0 until registered.
+    std::uint32_t commandMessage = 0;           // process manager to player
+    std::uint32_t muteNotificationMessage = 0;  // board
+    std::uint32_t remoteKeyMessage = 0;         // board; the player posts it to itself
+    std::uint32_t readFailureMessage = 0;       // the vendor's demultiplexer
+    std::uint32_t endPointMessage = 0;          // process manager
+    std::uint32_t systemBroadcastMessage = 0;   // system
+    std::uint32_t toProcessManagerMessage = 0;  // only sent
     MessageTable messageTable;
 };
 

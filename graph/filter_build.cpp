@@ -2,9 +2,12 @@
 #include <array>
 #include <bit>
 #include <cwchar>
+#include <new>
+#include <utility>
 
-#include "graph/filter_control.h"
+#include "graph/build_steps.h"
 #include "graph/graph_walk.h"
+#include "graph/vendor_interfaces.h"
 #include "platform/board.h"
 #include "platform/folder.h"
 #include "platform/print.h"
@@ -37,8 +40,8 @@ bool withExtension(const wchar_t* path, const wchar_t* extension, PathBuffer& ou
 
 }  // namespace
 
-int CFilterControl::createObject(REFCLSID classId, REFIID iid, void** object,
-                                 const wchar_t* failure, HRESULT& result) {
+int CFilterControl::Steps::createObject(REFCLSID classId, REFIID iid, void** object,
+                                        const wchar_t* failure, HRESULT& result) {
     if (FAILED(result)) {
         return 0;
     }
@@ -51,17 +54,20 @@ int CFilterControl::createObject(REFCLSID classId, REFIID iid, void** object,
     std::array<wchar_t, kLongestText> text{};
     _snwprintf(text.data(), text.size() - 1, L"[FAIL]CoCreateInstance(%lx%lx%lx%lx), %ls", words[0],
                words[1], words[2], words[3], failure);
-    platform::showMessageBox(window_, text.data(), L"TCCAMManger", MB_OK, 1);
+    if (of.boxOpens_ != nullptr) {
+        of.boxOpens_();
+    }
+    platform::showMessageBox(of.window_, platform::utf16(text.data()), u"TCCAMManger", 0, 1);
     platform::print("[FAIL]CoCreateInstance(%lx%lx%lx%lx) hr=%lx\r\n", words[0], words[1], words[2],
                     words[3], static_cast<unsigned long>(result));
     return 0;
 }
 
-int CFilterControl::addFilter(IBaseFilter* filter, const wchar_t* name, HRESULT& result) {
+int CFilterControl::Steps::addFilter(IBaseFilter* filter, const wchar_t* name, HRESULT& result) {
     if (FAILED(result)) {
         return 0;
     }
-    result = graph_->AddFilter(filter, name);
+    result = of.held_->builder->AddFilter(filter, name);
     if (SUCCEEDED(result)) {
         return 1;
     }
@@ -70,46 +76,51 @@ int CFilterControl::addFilter(IBaseFilter* filter, const wchar_t* name, HRESULT&
 }
 
 // The result is that of creating the graph: what a graph lacks does not keep it from being built.
-HRESULT CFilterControl::createGraph() {
+HRESULT CFilterControl::Steps::createGraph() {
     HRESULT result = S_OK;
-    if (!createObject(CLSID_FilterGraph, IID_IGraphBuilder, graph_.outVoid(),
-                      L"CLSID_FilterGraph fail", result)) {
+    platform::ComPtr<IGraphBuilder> builder;
+    if (!createObject(CLSID_FilterGraph, IID_IGraphBuilder, builder, L"CLSID_FilterGraph fail",
+                      result)) {
         return result;
     }
-    mediaControl_ = graph_.query<IMediaControl>(IID_IMediaControl);
-    if (mediaControl_) {
-        mediaSeeking_ = mediaControl_.query<IMediaSeeking>(IID_IMediaSeeking);
+    graph::Interfaces& held = *of.held_;
+    held.builder = std::move(builder);
+    held.control = held.builder.query<IMediaControl>(IID_IMediaControl);
+    if (held.control) {
+        held.seeking = held.control.query<IMediaSeeking>(IID_IMediaSeeking);
     } else {
         platform::print("ERROR: m_pMC=NULL\r\n");
     }
     return result;
 }
 
-platform::ComPtr<IBaseFilter> CFilterControl::findFilter(const wchar_t* name) {
-    ComPtr<IBaseFilter> filter;
-    if (graph_ && FAILED(graph_->FindFilterByName(name, filter.out()))) {
-        filter.reset();
-    }
-    return filter;
-}
-
-int CFilterControl::CreateFilterForPlaying(const wchar_t* path, int x, int y, int width, int height,
-                                           HWND window) {
+int CFilterControl::CreateFilterForPlaying(const char16_t* path, int x, int y, int width,
+                                           int height, platform::Window window) {
     buildingState_ = kBuilding;
-    if (graph_) {
+    if (hasGraph()) {
         buildingState_ = kIdle;
         return kGraphFailed;
     }
     window_ = window;
-    const HRESULT created = createGraph();
-    lastRenderResult_ = graph_ ? graph_->RenderFile(path, nullptr) : created;
+    held_.reset(new (std::nothrow) graph::Interfaces);
+    ++graphsMade_;
+    Steps steps(*this);
+    const HRESULT created = held_ ? steps.createGraph() : E_OUTOFMEMORY;
+    if (held_ && steps.overtaken()) {
+        return kGraphOvertaken;
+    }
+    lastRenderResult_ =
+        hasGraph() ? held_->builder->RenderFile(platform::wide(path), nullptr) : created;
     if (FAILED(lastRenderResult_)) {
         buildingState_ = kIdle;
         return kGraphFailed;
     }
-    connectExternalSubtitles(path);
-    readDemuxValues();
-    const HRESULT audioStreams = readAudioStreams();
+    steps.connectExternalSubtitles(path);
+    if (steps.overtaken()) {
+        return kGraphOvertaken;
+    }
+    steps.readDemuxValues();
+    const HRESULT audioStreams = steps.readAudioStreams();
 
     int result = SetModeFlag(x, y, width, height);
     SetRendererChromakeyValue(chromaKey_[0], chromaKey_[1], chromaKey_[2]);
@@ -120,20 +131,20 @@ int CFilterControl::CreateFilterForPlaying(const wchar_t* path, int x, int y, in
         result = kGraphPartlyConnected;
     }
 
-    mediaEvents_ = graph_.query<IMediaEventEx>(IID_IMediaEventEx);
-    if (mediaEvents_) {
-        mediaEvents_->SetNotifyWindow(reinterpret_cast<OAHWND>(window), kGraphEventMessage, 0);
+    held_->events = held_->builder.query<IMediaEventEx>(IID_IMediaEventEx);
+    if (held_->events) {
+        held_->events->SetNotifyWindow(reinterpret_cast<OAHWND>(window), kGraphEventMessage, 0);
     }
     buildingState_ = kIdle;
     return result;
 }
 
-void CFilterControl::connectExternalSubtitles(const wchar_t* path) {
+void CFilterControl::Steps::connectExternalSubtitles(const char16_t* path) {
     PathBuffer subtitlePath{};
     for (DWORD type = 0; type < kSubtitleExtensions.size(); ++type) {
-        if (withExtension(path, kSubtitleExtensions[type], subtitlePath) &&
+        if (withExtension(platform::wide(path), kSubtitleExtensions[type], subtitlePath) &&
             platform::pathKind(platform::utf16(subtitlePath.data())) != 0) {
-            if (FAILED(buildCaptionChain(subtitlePath.data(), type))) {
+            if (FAILED(buildCaptionChain(subtitlePath.data(), type)) && !overtaken()) {
                 removeCaptionChain();
             }
             return;
@@ -142,103 +153,118 @@ void CFilterControl::connectExternalSubtitles(const wchar_t* path) {
 }
 
 // The result is that of rendering the captions; what fails before shows there as well.
-HRESULT CFilterControl::buildCaptionChain(const wchar_t* subtitlePath, DWORD type) {
+HRESULT CFilterControl::Steps::buildCaptionChain(const wchar_t* subtitlePath, DWORD type) {
     HRESULT result = S_OK;
-    createObject(CLSID_AsyncReader, IID_IBaseFilter, captionSource_.outVoid(),
-                 L"CLSID_AsyncReader fail", result);
-    createObject(vendor::kCaptionParserClass, IID_IBaseFilter, captionParser_.outVoid(),
+    platform::ComPtr<IBaseFilter> source, parser, renderer;
+    createObject(CLSID_AsyncReader, IID_IBaseFilter, source, L"CLSID_AsyncReader fail", result);
+    createObject(vendor::kCaptionParserClass, IID_IBaseFilter, parser,
                  L"CLSID_TCCCAPTIONPARSER fail", result);
-    createObject(vendor::kCaptionRendererClass, IID_IBaseFilter, captionRenderer_.outVoid(),
+    createObject(vendor::kCaptionRendererClass, IID_IBaseFilter, renderer,
                  L"CLSID_TCCCAPTIONRENDERER fail", result);
-    addFilter(captionParser_.get(), vendor::kCaptionParserName, result);
-    addFilter(captionRenderer_.get(), vendor::kCaptionRendererName, result);
+    if (overtaken()) {
+        return E_ABORT;
+    }
+    graph::Interfaces& held = *of.held_;
+    held.captionSource = std::move(source);
+    held.captionParser = std::move(parser);
+    held.captionRenderer = std::move(renderer);
+    addFilter(held.captionParser.get(), vendor::kCaptionParserName, result);
+    addFilter(held.captionRenderer.get(), vendor::kCaptionRendererName, result);
     if (SUCCEEDED(result)) {
         // The graph makes the source for the file itself; it takes the place of ours.
-        result =
-            graph_->AddSourceFilter(subtitlePath, vendor::kCaptionSourceName, captionSource_.out());
+        result = held.builder->AddSourceFilter(subtitlePath, vendor::kCaptionSourceName,
+                                               held.captionSource.out());
     }
-    if (SUCCEEDED(result) && captionParser_) {
+    if (SUCCEEDED(result) && held.captionParser) {
         describeSubtitles(type);
     }
     return renderCaptions();
 }
 
-void CFilterControl::describeSubtitles(DWORD type) {
+void CFilterControl::Steps::describeSubtitles(DWORD type) {
     const auto control =
-        captionParser_.query<vendor::CaptionParserControl>(vendor::kCaptionParserControl);
+        of.held_->captionParser.query<vendor::CaptionParserControl>(vendor::kCaptionParserControl);
     if (!control) {
         return;
     }
     control->setSubtitleType(type);
-    const auto position =
-        graph_.query<IMediaControl>(IID_IMediaControl).query<IMediaPosition>(IID_IMediaPosition);
+    const auto position = of.held_->builder.query<IMediaControl>(IID_IMediaControl)
+                              .query<IMediaPosition>(IID_IMediaPosition);
     if (position) {
         double seconds = 0;
         position->get_Duration(&seconds);
         control->setDuration(seconds);
     }
-    captionsOn_ = 1;
+    of.captionsOn_ = 1;
 }
 
-HRESULT CFilterControl::renderCaptions() {
-    ComPtr<IPin> sourceOutput, parserInput, parserOutput;
-    if (captionSource_) {
-        captionSource_->FindPin(L"Output", sourceOutput.out());
+HRESULT CFilterControl::Steps::renderCaptions() {
+    platform::ComPtr<IPin> sourceOutput, parserInput, parserOutput;
+    if (of.held_->captionSource) {
+        of.held_->captionSource->FindPin(L"Output", sourceOutput.out());
     }
-    if (captionParser_) {
-        captionParser_->FindPin(L"Input", parserInput.out());
-        captionParser_->FindPin(L"Output", parserOutput.out());
+    if (of.held_->captionParser) {
+        of.held_->captionParser->FindPin(L"Input", parserInput.out());
+        of.held_->captionParser->FindPin(L"Output", parserOutput.out());
     }
     if (sourceOutput && parserInput) {
-        graph_->ConnectDirect(sourceOutput.get(), parserInput.get(), nullptr);
+        of.held_->builder->ConnectDirect(sourceOutput.get(), parserInput.get(), nullptr);
     }
-    return parserOutput ? graph_->Render(parserOutput.get()) : E_FAIL;
+    return parserOutput ? of.held_->builder->Render(parserOutput.get()) : E_FAIL;
 }
 
-void CFilterControl::removeCaptionChain() {
+void CFilterControl::Steps::removeCaptionChain() {
     platform::print("[%s]ExtCaption Rendering Fail\n", "CFilterControl::CreateFilterForPlaying");
-    for (ComPtr<IBaseFilter>* filter : {&captionSource_, &captionParser_, &captionRenderer_}) {
+    for (platform::ComPtr<IBaseFilter>* filter :
+         {&of.held_->captionSource, &of.held_->captionParser, &of.held_->captionRenderer}) {
         if (*filter) {
-            graph_->RemoveFilter(filter->get());
+            of.held_->builder->RemoveFilter(filter->get());
             filter->reset();
         }
     }
-    captionsOn_ = 0;
+    of.captionsOn_ = 0;
 }
 
-void CFilterControl::readDemuxValues() {
-    demuxFlag_ = 0;
-    demux_ = findFilter(vendor::kDemuxName);
-    if (const auto values = demux_.query<vendor::DemuxValues>(vendor::kDemuxValues)) {
-        values->valueA(&demuxValueA_);
-        values->valueB(&demuxValueB_);
-        demuxFlag_ = demuxValueA_ != 0 ? 1 : 0;
+void CFilterControl::Steps::readDemuxValues() {
+    of.demuxFlag_ = 0;
+    of.held_->demux = of.held_->findFilter(vendor::kDemuxName);
+    if (const auto values = of.held_->demux.query<vendor::DemuxValues>(vendor::kDemuxValues)) {
+        DWORD a = of.demuxValueA_, b = of.demuxValueB_;
+        values->valueA(&a);
+        values->valueB(&b);
+        of.demuxValueA_ = a;
+        of.demuxValueB_ = b;
+        of.demuxFlag_ = of.demuxValueA_ != 0 ? 1 : 0;
     }
 
-    SelectAudioStream(pendingAudioStream_);
+    of.SelectAudioStream(of.pendingAudioStream_);
 
-    demuxValueC_ = 0;
-    demuxSecond_ = findFilter(vendor::kDemuxName);
-    if (const auto options = demuxSecond_.query<vendor::DemuxOptions>(vendor::kDemuxOptions)) {
-        options->valueC(&demuxValueC_);
+    of.demuxValueC_ = 0;
+    of.held_->demuxSecond = of.held_->findFilter(vendor::kDemuxName);
+    if (const auto options =
+            of.held_->demuxSecond.query<vendor::DemuxOptions>(vendor::kDemuxOptions)) {
+        DWORD c = 0;
+        options->valueC(&c);
+        of.demuxValueC_ = c;
     }
 }
 
 // Result of the last call made, as that is what tells an unconnected stream.
-HRESULT CFilterControl::readAudioStreams() {
-    m_TotalAudioStreamNum = 0;
-    currentAudioStream_ = 0;
+HRESULT CFilterControl::Steps::readAudioStreams() {
+    DWORD count = 0, current = 0;
     HRESULT last = S_FALSE;
-    graph::forEachFilter(graph_.get(), [&](IBaseFilter& filter) {
-        ComPtr<vendor::AudioStreams> streams;
+    graph::forEachFilter(of.builder(), [&](IBaseFilter& filter) {
+        platform::ComPtr<vendor::AudioStreams> streams;
         last = filter.QueryInterface(vendor::kAudioStreams, streams.outVoid());
         if (FAILED(last)) {
             return Walk::Continue;
         }
-        filter.QueryInterface(IID_IBaseFilter, audioStreamFilter_.outVoid());
-        streams->streamCount(&m_TotalAudioStreamNum);
-        last = streams->currentStream(&currentAudioStream_);
+        filter.QueryInterface(IID_IBaseFilter, of.held_->audioStreamFilter.outVoid());
+        streams->streamCount(&count);
+        last = streams->currentStream(&current);
         return Walk::Stop;
     });
+    of.m_TotalAudioStreamNum = count;
+    of.currentAudioStream_ = current;
     return last;
 }

@@ -1,7 +1,7 @@
 // Running: start, pause, stop, positions, sound, clock and events.
 #include <array>
 
-#include "graph/filter_control.h"
+#include "graph/build_steps.h"
 #include "graph/graph_walk.h"
 #include "platform/print.h"
 
@@ -23,7 +23,7 @@ unsigned long hexadecimal(HRESULT result) {
 }  // namespace
 
 int CFilterControl::RunGraph() {
-    const auto control = graph_.query<IMediaControl>(IID_IMediaControl);
+    const auto control = held().builder.query<IMediaControl>(IID_IMediaControl);
     if (!control) {
         return 0;
     }
@@ -39,7 +39,7 @@ int CFilterControl::RunGraph() {
 }
 
 int CFilterControl::PauseGraph() {
-    const auto control = graph_.query<IMediaControl>(IID_IMediaControl);
+    const auto control = held().builder.query<IMediaControl>(IID_IMediaControl);
     if (!control) {
         return 0;
     }
@@ -55,14 +55,14 @@ int CFilterControl::PauseGraph() {
 
 int CFilterControl::StopGraph() {
     buildingState_ = kStopping;
-    if (!graph_) {
+    if (!hasGraph()) {
         return 0;
     }
     if (running_ == 0) {
         platform::print("[TCMovieManager]StopGraph(SKIPPED) since it's already stopped\r\n");
         return 0;
     }
-    const auto control = graph_.query<IMediaControl>(IID_IMediaControl);
+    const auto control = held().builder.query<IMediaControl>(IID_IMediaControl);
     if (!control) {
         platform::print("[TCMovieManager]Fail : mpGraph->QueryInterface(IID_IMediaControl)\n");
         return 0;
@@ -79,7 +79,7 @@ int CFilterControl::StopGraph() {
 
 double CFilterControl::GetPosition() {
     LONGLONG position = 0;
-    if (!mediaSeeking_ || FAILED(mediaSeeking_->GetCurrentPosition(&position))) {
+    if (!held().seeking || FAILED(held().seeking->GetCurrentPosition(&position))) {
         return 0;
     }
     return static_cast<double>(position) / kUnitsPerSecond;
@@ -87,7 +87,7 @@ double CFilterControl::GetPosition() {
 
 double CFilterControl::GetDuration() {
     LONGLONG duration = 0;
-    if (!mediaSeeking_ || FAILED(mediaSeeking_->GetDuration(&duration))) {
+    if (!held().seeking || FAILED(held().seeking->GetDuration(&duration))) {
         return 0;
     }
     return static_cast<double>(duration) / kUnitsPerSecond;
@@ -96,26 +96,26 @@ double CFilterControl::GetDuration() {
 int CFilterControl::SetPosition(double seconds) {
     // A position that no file has (and no 64-bit count of 100 ns) is not asked for.
     constexpr double kLongest = 1e9;
-    if (!mediaSeeking_ || !(seconds >= 0 && seconds <= kLongest)) {
+    if (!held().seeking || !(seconds >= 0 && seconds <= kLongest)) {
         return 0;
     }
     auto position = static_cast<LONGLONG>(seconds * kUnitsPerSecond);
-    return SUCCEEDED(mediaSeeking_->SetPositions(&position, AM_SEEKING_AbsolutePositioning, nullptr,
-                                                 AM_SEEKING_NoPositioning))
+    return SUCCEEDED(held().seeking->SetPositions(&position, AM_SEEKING_AbsolutePositioning,
+                                                  nullptr, AM_SEEKING_NoPositioning))
                ? 1
                : 0;
 }
 
 void CFilterControl::StartPositionReporting() {
-    if (mediaSeeking_) {
-        mediaSeeking_->SetTimeFormat(&TIME_FORMAT_MEDIA_TIME);
+    if (held().seeking) {
+        held().seeking->SetTimeFormat(&TIME_FORMAT_MEDIA_TIME);
     }
 }
 
 int CFilterControl::SetVolume(int index) {
     constexpr int kLoudest = static_cast<int>(kVolumeSteps.size()) - 1;
     const int step = index < 0 || index > kLoudest ? kLoudest : index;
-    const auto audio = graph_.query<IBasicAudio>(IID_IBasicAudio);
+    const auto audio = held().builder.query<IBasicAudio>(IID_IBasicAudio);
     if (!audio) {
         return 0;
     }
@@ -123,44 +123,50 @@ int CFilterControl::SetVolume(int index) {
     return 1;
 }
 
-HRESULT CFilterControl::GetEvent(long& code, LONG_PTR& param1, LONG_PTR& param2) {
-    return mediaEvents_ ? mediaEvents_->GetEvent(&code, &param1, &param2, 0) : E_FAIL;
+std::int32_t CFilterControl::GetEvent(long& code, std::intptr_t& param1, std::intptr_t& param2) {
+    return held().events ? held().events->GetEvent(&code, &param1, &param2, 0) : E_FAIL;
 }
 
-HRESULT CFilterControl::FreeEvent(long code, LONG_PTR param1, LONG_PTR param2) {
-    return mediaEvents_ ? mediaEvents_->FreeEventParams(code, param1, param2) : E_FAIL;
+std::int32_t CFilterControl::FreeEvent(long code, std::intptr_t param1, std::intptr_t param2) {
+    return held().events ? held().events->FreeEventParams(code, param1, param2) : E_FAIL;
 }
 
-HRESULT CFilterControl::useClockOf(IBaseFilter& audioRenderer) {
-    ComPtr<IReferenceClock> clock;
+HRESULT CFilterControl::Steps::useClockOf(IBaseFilter& audioRenderer) {
+    platform::ComPtr<IReferenceClock> clock;
     HRESULT result = audioRenderer.QueryInterface(IID_IReferenceClock, clock.outVoid());
     if (FAILED(result)) {
         return result;
     }
-    ComPtr<IMediaFilter> mediaFilter;
-    result = graph_->QueryInterface(IID_IMediaFilter, mediaFilter.outVoid());
+    platform::ComPtr<IMediaFilter> mediaFilter;
+    result = of.held_->builder->QueryInterface(IID_IMediaFilter, mediaFilter.outVoid());
     return SUCCEEDED(result) ? mediaFilter->SetSyncSource(clock.get()) : result;
 }
 
-HRESULT CFilterControl::SetAudioClock() {
-    if (!graph_) {
+std::int32_t CFilterControl::SetAudioClock() {
+    if (!hasGraph()) {
         return E_FAIL;
     }
     if (m_TotalAudioStreamNum == 1) {
         return S_OK;
     }
     HRESULT last = S_OK;
+    Steps steps(*this);
     if (m_TotalAudioStreamNum == 0) {
         platform::print("[TCMovieManager]m_TotalAudioStreamNum : %d\n", 0);
-        createObject(CLSID_AudioRender, IID_IBaseFilter, audioRenderer_.outVoid(),
-                     L"CLSID_AudioRender fail", last);
-        if (addFilter(audioRenderer_.get(), L"CLSID_AudioRender", last)) {
-            last = useClockOf(*audioRenderer_.get());
+        platform::ComPtr<IBaseFilter> renderer;
+        steps.createObject(CLSID_AudioRender, IID_IBaseFilter, renderer, L"CLSID_AudioRender fail",
+                           last);
+        if (steps.overtaken()) {
+            return E_ABORT;
+        }
+        held_->audioRenderer = std::move(renderer);
+        if (steps.addFilter(held_->audioRenderer.get(), L"CLSID_AudioRender", last)) {
+            last = steps.useClockOf(*held_->audioRenderer.get());
         }
     }
     // Each stream has an audio renderer of its own; the graph lists the last stream's first.
-    DWORD remainingStreams = m_TotalAudioStreamNum;
-    graph::forEachFilter(graph_.get(), [&](IBaseFilter& filter) {
+    std::uint32_t remainingStreams = m_TotalAudioStreamNum;
+    graph::forEachFilter(builder(), [&](IBaseFilter& filter) {
         CLSID classId{};
         last = filter.GetClassID(&classId);
         if (FAILED(last) || !IsEqualCLSID(classId, CLSID_AudioRender)) {
@@ -170,7 +176,7 @@ HRESULT CFilterControl::SetAudioClock() {
         if (remainingStreams != currentAudioStream_) {
             return Walk::Continue;
         }
-        last = useClockOf(filter);
+        last = steps.useClockOf(filter);
         return Walk::Stop;
     });
     return last;

@@ -5,37 +5,21 @@
 
 #include "graph/filter_control.h"
 #include "graph/graph_walk.h"
+#include "graph/interfaces.h"
+#include "graph/vendor_interfaces.h"
 #include "platform/print.h"
 #include "platform/text.h"
 #include "platform/wide.h"
 
-void CFilterControl::DeleteFilters() {
-    if (!graph_) {
-        return;
-    }
-    if (mediaEvents_) {
-        mediaEvents_->SetNotifyWindow(0, kGraphEventMessage, 0);
-    }
-    captionParser_.reset();
-    captionSource_.reset();
-    captionRenderer_.reset();
-    captionsOn_ = 0;
-    if (audioRenderer_) {
-        platform::print("DeleteFilters() - Audio Renderer\n");
-        graph_->RemoveFilter(audioRenderer_.get());
-        audioRenderer_.reset();
-    }
-    if (const ComPtr<IBaseFilter> renderer = findFilter(vendor::kVideoRendererName)) {
-        graph_->RemoveFilter(renderer.get());
-    }
-    removeAllFilters();
-}
+using platform::ComPtr;
+
+namespace {
 
 // The filters are taken out of the enumeration before the first is removed: removing one while
 // others are connected makes an enumeration go stale.
-void CFilterControl::removeAllFilters() {
+void removeAllFilters(IGraphBuilder& graph) {
     ComPtr<IEnumFilters> enumerator;
-    if (FAILED(graph_->EnumFilters(enumerator.out()))) {
+    if (FAILED(graph.EnumFilters(enumerator.out()))) {
         return;
     }
     std::size_t count = 0;
@@ -59,28 +43,56 @@ void CFilterControl::removeAllFilters() {
             platform::print("DeleteFilters() - %s\r\n",
                             platform::toUtf8(platform::utf16(info.name())).c_str());
         }
-        graph_->RemoveFilter(filters[i].get());
+        graph.RemoveFilter(filters[i].get());
         filters[i].reset();
     }
 }
 
+}  // namespace
+
+void CFilterControl::Release::operator()(graph::Interfaces* held) const {
+    delete held;
+}
+
+void CFilterControl::DeleteFilters() {
+    if (!hasGraph()) {
+        return;
+    }
+    if (held_->events) {
+        held_->events->SetNotifyWindow(0, kGraphEventMessage, 0);
+    }
+    held_->captionParser.reset();
+    held_->captionSource.reset();
+    held_->captionRenderer.reset();
+    captionsOn_ = 0;
+    if (held_->audioRenderer) {
+        platform::print("DeleteFilters() - Audio Renderer\n");
+        held_->builder->RemoveFilter(held_->audioRenderer.get());
+        held_->audioRenderer.reset();
+    }
+    if (const ComPtr<IBaseFilter> renderer = held_->findFilter(vendor::kVideoRendererName)) {
+        held_->builder->RemoveFilter(renderer.get());
+    }
+    removeAllFilters(*held_->builder.get());
+}
+
 void CFilterControl::DestroyFilterGraph() {
-    if (!graph_) {
+    if (!hasGraph()) {
         buildingState_ = kIdle;
         return;
     }
-    audioStreamFilter_.reset();
-    demuxSecond_.reset();
-    demux_.reset();
-    mediaEvents_.reset();
-    mediaControl_.reset();
-    mediaSeeking_.reset();
-    ComPtr<IGraphBuilder> counted = graph_;
+    held_->audioStreamFilter.reset();
+    held_->demuxSecond.reset();
+    held_->demux.reset();
+    held_->events.reset();
+    held_->control.reset();
+    held_->seeking.reset();
+    ComPtr<IGraphBuilder> counted = held_->builder;
     const ULONG remaining = counted.reset();
     if (remaining > 1) {
         platform::print("\t\t DestroyFilterGraph::RemindRef=%d\n", static_cast<int>(remaining));
     }
-    graph_.reset();
+    held_.reset();
     running_ = 0;
     buildingState_ = kIdle;
 }

@@ -1,20 +1,50 @@
 // The vendor's settings: video renderer, owner window, options, audio streams, captions.
 #include "graph/filter_control.h"
 #include "graph/graph_walk.h"
+#include "graph/interfaces.h"
+#include "graph/vendor_interfaces.h"
 #include "platform/print.h"
 
 using graph::Walk;
 
-platform::ComPtr<IBaseFilter> CFilterControl::findVideoRenderer() {
+using platform::ComPtr;
+
+namespace {
+
+constinit const graph::Interfaces kNothingHeld{};
+
+}  // namespace
+
+namespace graph {
+
+ComPtr<IBaseFilter> Interfaces::findFilter(const wchar_t* name) const {
+    ComPtr<IBaseFilter> filter;
+    if (builder && FAILED(builder->FindFilterByName(name, filter.out()))) {
+        filter.reset();
+    }
+    return filter;
+}
+
+ComPtr<IBaseFilter> Interfaces::findVideoRenderer() const {
     ComPtr<IBaseFilter> renderer = findFilter(vendor::kVideoRendererName);
     return renderer ? renderer : findFilter(vendor::kVideoRendererSecondName);
 }
 
-void CFilterControl::SetRender(DWORD value) {
-    if (!graph_) {
+}  // namespace graph
+
+const graph::Interfaces& CFilterControl::held() const {
+    return held_ ? *held_ : kNothingHeld;
+}
+
+IGraphBuilder* CFilterControl::builder() const {
+    return held().builder.get();
+}
+
+void CFilterControl::SetRender(std::uint32_t value) {
+    if (!hasGraph()) {
         return;
     }
-    const ComPtr<IBaseFilter> renderer = findVideoRenderer();
+    const ComPtr<IBaseFilter> renderer = held().findVideoRenderer();
     if (!renderer) {
         platform::print("Fail SetRender");
         return;
@@ -27,14 +57,14 @@ void CFilterControl::SetRender(DWORD value) {
     renderSwitch->setRender(value);
 }
 
-void CFilterControl::SetRendererChromakeyValue(DWORD a, DWORD b, DWORD c) {
+void CFilterControl::SetRendererChromakeyValue(std::uint32_t a, std::uint32_t b, std::uint32_t c) {
     chromaKey_[0] = a;
     chromaKey_[1] = b;
     chromaKey_[2] = c;
-    if (!graph_) {
+    if (!hasGraph()) {
         return;
     }
-    const ComPtr<IBaseFilter> renderer = findVideoRenderer();
+    const ComPtr<IBaseFilter> renderer = held().findVideoRenderer();
     if (!renderer) {
         platform::print("[%s]Fail to find Video Render\n",
                         "CFilterControl::SetRendererChromakeyValue");
@@ -51,8 +81,8 @@ void CFilterControl::SetColourKey(std::uint32_t colour) {
                               colour & kChannel);
 }
 
-void CFilterControl::SetChromakeySwitch(DWORD value) {
-    const ComPtr<IBaseFilter> renderer = findVideoRenderer();
+void CFilterControl::SetChromakeySwitch(std::uint32_t value) {
+    const ComPtr<IBaseFilter> renderer = held().findVideoRenderer();
     if (const auto key = renderer.query<vendor::ChromaKey>(vendor::kChromaKey)) {
         key->enableKey(value);
     }
@@ -64,34 +94,41 @@ void CFilterControl::setAspect(std::uint32_t aspectX, std::uint32_t aspectY) {
 }
 
 int CFilterControl::SetModeFlag(int x, int y, int width, int height) {
-    if (!graph_) {
+    if (!hasGraph()) {
         return 0;
     }
-    const ComPtr<IBaseFilter> renderer = findVideoRenderer();
+    const ComPtr<IBaseFilter> renderer = held().findVideoRenderer();
     if (!renderer) {
         platform::print("[TCMovieManager]Fail to find Video Render for SetModeFlag\n");
         return 0;
     }
     if (const auto output = renderer.query<vendor::VideoRenderSwitch>(vendor::kVideoRenderSwitch)) {
         output->setModeFlags(vendor::kKeepAspectRatio, aspectX_, aspectY_);
-        const vendor::VideoOutput placement = {
-            {x, y, x + width, y + height}, vendor::kWholeColour, 1, vendor::kPlayerLayer, 0};
-        output->setOutput(&placement);
+        PlaceOutput({x, y, width, height, true, kPlayerLayer, false});
     }
     return 1;
 }
 
-int CFilterControl::PlaceOutput(const vendor::VideoOutput& placement) {
-    const ComPtr<IBaseFilter> renderer = findVideoRenderer();
+int CFilterControl::PlaceOutput(const VideoPlacement& placement) {
+    const ComPtr<IBaseFilter> renderer = held().findVideoRenderer();
     const auto output = renderer.query<vendor::VideoRenderSwitch>(vendor::kVideoRenderSwitch);
-    return output && SUCCEEDED(output->setOutput(&placement)) ? 1 : 0;
+    if (!output) {
+        return 0;
+    }
+    const vendor::VideoOutput asked = {
+        {placement.x, placement.y, placement.x + placement.width, placement.y + placement.height},
+        vendor::kWholeColour,
+        placement.enabled ? 1u : 0u,
+        placement.layer,
+        placement.repaint ? 1u : 0u};
+    return SUCCEEDED(output->setOutput(&asked)) ? 1 : 0;
 }
 
 void CFilterControl::CurrentFrameResize() {
-    if (!graph_) {
+    if (!hasGraph()) {
         return;
     }
-    const ComPtr<IBaseFilter> renderer = findVideoRenderer();
+    const ComPtr<IBaseFilter> renderer = held().findVideoRenderer();
     if (!renderer) {
         platform::print("[%s]Fail to find Video Render\n", "CFilterControl::CurrentFrameResize");
         return;
@@ -101,9 +138,9 @@ void CFilterControl::CurrentFrameResize() {
     }
 }
 
-int CFilterControl::SetOwnerWindow(HWND window) {
+int CFilterControl::SetOwnerWindow(platform::Window window) {
     int taken = 0;
-    graph::forEachInterface<vendor::OwnerWindow>(graph_.get(), vendor::kOwnerWindow,
+    graph::forEachInterface<vendor::OwnerWindow>(builder(), vendor::kOwnerWindow,
                                                  [&](vendor::OwnerWindow& owner) {
                                                      owner.setOwnerWindow(window);
                                                      taken = 1;
@@ -112,8 +149,8 @@ int CFilterControl::SetOwnerWindow(HWND window) {
     return taken;
 }
 
-int CFilterControl::SetFilterOption(DWORD value) {
-    graph::forEachInterface<vendor::OwnerWindow>(graph_.get(), vendor::kOwnerWindow,
+int CFilterControl::SetFilterOption(std::uint32_t value) {
+    graph::forEachInterface<vendor::OwnerWindow>(builder(), vendor::kOwnerWindow,
                                                  [&](vendor::OwnerWindow& owner) {
                                                      owner.setOption(value);
                                                      return Walk::Continue;
@@ -123,7 +160,7 @@ int CFilterControl::SetFilterOption(DWORD value) {
 
 void CFilterControl::ClearStartOptions() {
     for (const IID& iid : {vendor::kStartOption1, vendor::kStartOption2}) {
-        graph::forEachInterface<vendor::StartOption>(graph_.get(), iid,
+        graph::forEachInterface<vendor::StartOption>(builder(), iid,
                                                      [](vendor::StartOption& option) {
                                                          option.setValue(0);
                                                          return Walk::Continue;
@@ -131,14 +168,14 @@ void CFilterControl::ClearStartOptions() {
     }
 }
 
-HRESULT CFilterControl::SetDemuxOption(DWORD value) {
-    const auto options = demuxSecond_.query<vendor::DemuxOptions>(vendor::kDemuxOptions);
+std::int32_t CFilterControl::SetDemuxOption(std::uint32_t value) {
+    const auto options = held().demuxSecond.query<vendor::DemuxOptions>(vendor::kDemuxOptions);
     return options ? options->setOption(value) : E_FAIL;
 }
 
-DWORD CFilterControl::FilterStatus() {
+std::uint32_t CFilterControl::FilterStatus() {
     DWORD value = 1;
-    graph::forEachInterface<vendor::FilterStatus>(graph_.get(), vendor::kFilterStatus,
+    graph::forEachInterface<vendor::FilterStatus>(builder(), vendor::kFilterStatus,
                                                   [&](vendor::FilterStatus& filter) {
                                                       filter.status(&value);
                                                       return Walk::Stop;
@@ -146,20 +183,20 @@ DWORD CFilterControl::FilterStatus() {
     return value;
 }
 
-void CFilterControl::SelectAudioStream(DWORD index) {
+void CFilterControl::SelectAudioStream(std::uint32_t index) {
     graph::forEachInterface<vendor::AudioStreamSelection>(
-        graph_.get(), vendor::kAudioStreamSelection, [&](vendor::AudioStreamSelection& streams) {
+        builder(), vendor::kAudioStreamSelection, [&](vendor::AudioStreamSelection& streams) {
             streams.selectStream(index);
             return Walk::Continue;
         });
 }
 
-int CFilterControl::SetCaptionPosition(DWORD a, DWORD b) {
-    if (!captionParser_) {
+int CFilterControl::SetCaptionPosition(std::uint32_t a, std::uint32_t b) {
+    if (!held().captionParser) {
         return 0;
     }
     const auto control =
-        captionParser_.query<vendor::CaptionParserControl>(vendor::kCaptionParserControl);
+        held().captionParser.query<vendor::CaptionParserControl>(vendor::kCaptionParserControl);
     if (!control) {
         return 0;
     }
@@ -167,17 +204,17 @@ int CFilterControl::SetCaptionPosition(DWORD a, DWORD b) {
     return 1;
 }
 
-void CFilterControl::SetCaptionStyle(const vendor::CaptionStyle& style, DWORD visible) {
-    if (const auto captions =
-            captionRenderer_.query<vendor::CaptionRendererStyle>(vendor::kCaptionRendererStyle)) {
+void CFilterControl::SetCaptionStyle(const vendor::CaptionStyle& style, std::uint32_t visible) {
+    if (const auto captions = held().captionRenderer.query<vendor::CaptionRendererStyle>(
+            vendor::kCaptionRendererStyle)) {
         captions->setStyle(L"arial", &style, visible);
     }
 }
 
 int CFilterControl::HasNullVideoDecoder() {
-    return findFilter(vendor::kNullVideoDecoderName) ? 1 : 0;
+    return held().findFilter(vendor::kNullVideoDecoderName) ? 1 : 0;
 }
 
 int CFilterControl::HasAudioRenderer() {
-    return findFilter(vendor::kAudioRendererName) ? 1 : 0;
+    return held().findFilter(vendor::kAudioRendererName) ? 1 : 0;
 }

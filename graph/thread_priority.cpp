@@ -1,11 +1,15 @@
 // Writes and removes the registry values that set the priorities of DirectShow's threads.
 #include "graph/thread_priority.h"
 
+#include <windows.h>
+
 #include "platform/registry.h"
 
 namespace {
 
 constexpr wchar_t kDirectShowKey[] = L"SOFTWARE\\Microsoft\\DirectShow";
+constexpr wchar_t kGraphCacheKey[] =
+    L"SOFTWARE\\Microsoft\\DirectX\\DirectShow\\GraphCache\\Entries";
 constexpr wchar_t kPriorityKey[] = L"SOFTWARE\\Microsoft\\DirectShow\\ThreadPriority";
 
 // Windows CE thread priorities, 0 the highest, 255 the lowest. The asynchronous video renderer
@@ -21,7 +25,7 @@ constexpr Priority kPriorities[] = {
 
 }  // namespace
 
-LONG SetDirectShowThreadPriority(int enable) {
+std::int32_t SetDirectShowThreadPriority(int enable) {
     if (enable == 0) {
         // The parent key, because the program manages all of it. Required.
         return platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kDirectShowKey);
@@ -42,4 +46,8 @@ LONG SetDirectShowThreadPriority(int enable) {
     }
     RegCloseKey(key);
     return result;
+}
+
+void ForgetCachedGraphs() {
+    platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kGraphCacheKey);
 }

@@ -3,9 +3,13 @@
 // initialised.
 #pragma once
 
-#include <windows.h>
+#include <cstdint>
 
 // Not 0: writes the priorities. 0: removes them, and the whole "DirectShow" key with them. Returns
 // the registry call's result: ERROR_SUCCESS, or the error of the key or value that could not be
 // written; an error, too, when there is nothing to remove.
-LONG SetDirectShowThreadPriority(int enable);
+std::int32_t SetDirectShowThreadPriority(int enable);
+
+// Deletes HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\DirectX\DirectShow\GraphCache\Entries, so that no
+// graph of an earlier run is used again.
+void ForgetCachedGraphs();

@@ -100,8 +100,6 @@ struct VideoOutput {
     DWORD repaint;        // 1: redraw the current frame at once
 };
 inline constexpr DWORD kWholeColour = 0xFFFFFF;  // colourKeyMask: every bit of the key counts
-inline constexpr DWORD kPlayerLayer = 36;        // layer of a picture that is looked at
-inline constexpr DWORD kBackLayer = 10;          // layer of one that is out of sight
 inline constexpr DWORD kKeepAspectRatio = 1;     // mode flag: bars instead of distortion
 inline constexpr IID kVideoRenderSwitch = {
     0x183143B9, 0x2E52, 0x4518, {0xB4, 0xC5, 0x75, 0x22, 0xA3, 0xFB, 0x65, 0x3D}};

@@ -1,27 +1,26 @@
 // The board's libraries: message boxes and the key click. Both are loaded when first needed; on a
-// unit without them a message box answers at once with "no" and a click is silent. Windows only.
+// unit without them a message box answers at once with "no" and a click is silent.
 #pragma once
 
-#include <windows.h>
+#include <cstdint>
+
+#include "platform/window.h"
 
 namespace platform {
 
-// Names and signatures of what the libraries export.
-inline constexpr wchar_t kMessageBoxLibrary[] = L"Zel_MessageBox.dll";
-inline constexpr wchar_t kCommonLibrary[] = L"BoardCommon.dll";
-// `style` is 0 (one button, OK) or MB_YESNO; `topmost` 1 keeps the box above every other window.
-// The result is IDOK, IDYES or IDNO. The box runs a message loop of its own until it is answered.
-using MessageBoxFunction = int(WINAPI*)(HWND owner, const wchar_t* text, const wchar_t* title,
-                                        UINT style, int topmost);
-// The same, closing itself (with IDOK) after `milliseconds`.
-using MessageBoxTimerFunction = int(WINAPI*)(HWND owner, const wchar_t* text, const wchar_t* title,
-                                             UINT style, int topmost, DWORD milliseconds);
-// 0 is the key click.
-using PlaySoundFunction = void(WINAPI*)(int sound);
+inline constexpr std::uint32_t kOneButton = 0;  // styles of a box
+inline constexpr std::uint32_t kYesNo = 4;
+inline constexpr int kAnsweredYes = 6;
 
-int showMessageBox(HWND owner, const wchar_t* text, const wchar_t* title, UINT style, int topmost);
-int showTimedMessageBox(HWND owner, const wchar_t* text, const wchar_t* title, UINT style,
-                        int topmost, DWORD milliseconds);
+// A box runs a message loop of its own until it is answered. `topmost` 1 keeps it above every other
+// window. The result is the button's number.
+int showMessageBox(Window owner, const char16_t* text, const char16_t* title, std::uint32_t style,
+                   int topmost);
+// The same, closing itself after `milliseconds`.
+int showTimedMessageBox(Window owner, const char16_t* text, const char16_t* title,
+                        std::uint32_t style, int topmost, std::uint32_t milliseconds);
+
+// 0 is the key click.
 void playSound(int sound);
 
 }  // namespace platform

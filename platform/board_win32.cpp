@@ -1,9 +1,23 @@
 #include "platform/board.h"
 
+#include <windows.h>
+
 #include "platform/library.h"
+#include "platform/wide.h"
 
 namespace platform {
 namespace {
+
+// Names and signatures of what the libraries export.
+constexpr wchar_t kMessageBoxLibrary[] = L"Zel_MessageBox.dll";
+constexpr wchar_t kCommonLibrary[] = L"BoardCommon.dll";
+using MessageBoxFunction = int(WINAPI*)(HWND owner, const wchar_t* text, const wchar_t* title,
+                                        UINT style, int topmost);
+using MessageBoxTimerFunction = int(WINAPI*)(HWND owner, const wchar_t* text, const wchar_t* title,
+                                             UINT style, int topmost, DWORD milliseconds);
+using PlaySoundFunction = void(WINAPI*)(int sound);
+
+static_assert(kOneButton == MB_OK && kYesNo == MB_YESNO && kAnsweredYes == IDYES);
 
 MessageBoxFunction messageBox() {
     static const auto function =
@@ -24,15 +38,18 @@ PlaySoundFunction keyClick() {
 
 }  // namespace
 
-int showMessageBox(HWND owner, const wchar_t* text, const wchar_t* title, UINT style, int topmost) {
+int showMessageBox(Window owner, const char16_t* text, const char16_t* title, std::uint32_t style,
+                   int topmost) {
     const MessageBoxFunction function = messageBox();
-    return function != nullptr ? function(owner, text, title, style, topmost) : IDNO;
+    return function != nullptr ? function(owner, wide(text), wide(title), style, topmost) : IDNO;
 }
 
-int showTimedMessageBox(HWND owner, const wchar_t* text, const wchar_t* title, UINT style,
-                        int topmost, DWORD milliseconds) {
+int showTimedMessageBox(Window owner, const char16_t* text, const char16_t* title,
+                        std::uint32_t style, int topmost, std::uint32_t milliseconds) {
     const MessageBoxTimerFunction function = messageBoxTimer();
-    return function != nullptr ? function(owner, text, title, style, topmost, milliseconds) : IDNO;
+    return function != nullptr
+               ? function(owner, wide(text), wide(title), style, topmost, milliseconds)
+               : IDNO;
 }
 
 void playSound(int sound) {

@@ -1,14 +1,11 @@
 // Position, volume, mute and the choice of the camera.
-#include <windows.h>
-
 #include <algorithm>
 
 #include "app/app_state.h"
 #include "catalogue/camera.h"
+#include "player/host.h"
 #include "player/player.h"
 #include "player/session.h"
-#include "shell/screens/screens.h"
-#include "shell/shell.h"
 
 namespace Player {
 namespace {
@@ -40,6 +37,11 @@ void applyVolume() {
     appState.filterControl.SetVolume(appState.audioSuppressed != 0 ? 0 : appState.persisted.volume);
 }
 
+void suppressAudio(std::int32_t suppressed) {
+    appState.audioSuppressed = suppressed;
+    applyVolume();
+}
+
 void setVolumeLevel(std::int32_t level) {
     appState.persisted.volume = std::clamp(level, 0, settings::kLoudestVolume);
     applyVolume();
@@ -57,8 +59,9 @@ void volumeDown() {
 }
 
 void toggleMute() {
-    shell::toggleMute();
-    ui::refreshVolume();
+    appState.muted = appState.muted == 0 ? 1 : 0;
+    host::broadcastMute();
+    host::refreshVolume();
 }
 
 std::int32_t cameraOfCurrentFile() {
@@ -96,7 +99,7 @@ void switchCamera() {
     persisted.fileIndex = index;
     catalogue::copyPath(persisted.file, sibling);
     playAgain(stateBefore, position);
-    ui::refreshScreen();
+    host::refreshScreen();
 }
 
 }  // namespace Player

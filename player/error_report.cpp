@@ -1,7 +1,6 @@
 // Why a file could not be rendered, for the developer.
-#include <windows.h>
-
 #include <array>
+#include <cstdint>
 
 #include "platform/print.h"
 #include "player/player.h"
@@ -39,7 +38,7 @@ constexpr std::array<ErrorRow, 9> kErrors = {{
 
 }  // namespace
 
-int reportRenderError(long hr, int) {
+int reportRenderError(std::int32_t hr, int) {
     for (const ErrorRow& row : kErrors) {
         if (row.result == static_cast<std::uint32_t>(hr)) {
             platform::debugPrint(row.text, row.number, kFunction, kSource);

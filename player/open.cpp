@@ -1,15 +1,12 @@
 // Whether a file can be played, and the start of one that can.
-#include <windows.h>
-
 #include <numeric>
 
 #include "app/app_state.h"
 #include "platform/print.h"
-#include "platform/wide.h"
+#include "player/host.h"
 #include "player/player.h"
 #include "player/session.h"
 #include "probe/media_info.h"
-#include "shell/shell.h"
 
 namespace Player {
 namespace {
@@ -23,14 +20,18 @@ int refuseUnsupportedVideo() {
     return 0;
 }
 
-int render(const char16_t* path) {
-    const RECT& rectangle = appState.outputRectangle;
+int render(const char16_t* path, const PictureShape& shape) {
+    const platform::Rect& area = appState.outputRectangle;
     CFilterControl& graph = appState.filterControl;
     releaseGraph();
-    graph.setAspect(appState.aspectX, appState.aspectY);
-    const int result = graph.CreateFilterForPlaying(
-        platform::wide(path), rectangle.left, rectangle.top, rectangle.right - rectangle.left,
-        rectangle.bottom - rectangle.top, appState.mainWindow);
+    graph.setAspect(shape.aspectX, shape.aspectY);
+    const std::uint32_t request = appState.playRequests;
+    const int result =
+        graph.CreateFilterForPlaying(path, area.left, area.top, area.right - area.left,
+                                     area.bottom - area.top, appState.mainWindow);
+    if (isOvertaken(request)) {
+        return kGraphOvertaken;
+    }
     if (result == kGraphFailed) {
         reportRenderError(graph.lastRenderResult(), 1);
     }
@@ -42,15 +43,15 @@ void finishSetUp() {
     CFilterControl& graph = appState.filterControl;
     graph.SetOwnerWindow(appState.mainWindow);
     graph.SetColourKey(0);
-    shell::placeVideo(0);
+    host::placeVideo();
     graph.SetFilterOption(0);
     graph.SetChromakeySwitch(appState.screenMode != kModeWithoutKey ? 1 : 0);
 }
 
 void applyFilterSwitch() {
-    constexpr DWORD kSwitchWanted = 2;
+    constexpr std::uint32_t kSwitchWanted = 2;
     if (appState.filterControl.FilterStatus() == kSwitchWanted) {
-        appState.filterControl.SetFilterOption(static_cast<DWORD>(appState.filterSwitch));
+        appState.filterControl.SetFilterOption(static_cast<std::uint32_t>(appState.filterSwitch));
     } else {
         appState.filterSwitch = 0;
     }
@@ -58,28 +59,26 @@ void applyFilterSwitch() {
 
 }  // namespace
 
-void probeFile() {
+PictureShape probeFile(const char16_t* path) {
     appState.aspectX = appState.aspectY = appState.audioFormatTag = 0;
     probe::MediaInfo info;
-    if (appState.persisted.file[0] == u'\0' || info.Open(appState.persisted.file) != probe::kOk) {
-        return;
-    }
-    const std::uint32_t width = info.videoWidth, height = info.videoHeight;
-    if (width != 0 && height != 0) {
-        const std::uint32_t divisor = std::gcd(width, height);
-        appState.aspectX = width / divisor;
-        appState.aspectY = height / divisor;
+    if (path[0] != u'\0' && info.Open(path) == probe::kOk && info.videoWidth != 0 &&
+        info.videoHeight != 0) {
+        const std::uint32_t divisor = std::gcd(info.videoWidth, info.videoHeight);
+        appState.aspectX = info.videoWidth / divisor;
+        appState.aspectY = info.videoHeight / divisor;
         appState.audioFormatTag = info.audioFormatTag;  // without a picture it stays 0. Required.
     }
+    return {appState.aspectX, appState.aspectY};
 }
 
-int openAndRun(const char16_t* path) {
+int openAndRun(const char16_t* path, const PictureShape& shape) {
     if (path[0] == u'\0') {
         return 0;
     }
     CFilterControl& graph = appState.filterControl;
-    const int built = render(path);
-    if (built == kGraphFailed) {
+    const int built = render(path, shape);
+    if (built == kGraphFailed || built == kGraphOvertaken) {
         return 0;
     }
     if (graph.HasNullVideoDecoder() != 0) {

@@ -1,12 +1,11 @@
 // Play, pause, next, previous, stop.
-#include <windows.h>
-
 #include "app/app_state.h"
+#include "app/timers.h"
+#include "platform/clock.h"
 #include "platform/print.h"
+#include "player/host.h"
 #include "player/player.h"
 #include "player/session.h"
-#include "shell/screens/screens.h"
-#include "shell/shell.h"
 
 namespace Player {
 namespace {
@@ -18,34 +17,32 @@ enum class Outcome {
     Overtaken,  // another request came while a message box was open; it has the graph now
 };
 
-// A message box runs a message loop of its own, in which the next request or a stop may arrive.
-bool isOvertaken(std::uint32_t request) {
-    return request != appState.playRequests;
-}
+// How long the half-width player waits before it starts a file.
+constexpr std::uint32_t kHalfWidthPause = 700;  // milliseconds
 
 void finishRequest() {
     appState.keyLock = 1;
-    SetTimer(appState.mainWindow, shell::kKeyLockTimer, shell::kKeyLockPeriod, nullptr);
+    app::startTimer(app::kKeyLockTimer);
     platform::print("[TCMovieManager]%s\n", "Player::OnPlay");
-    shell::signalWaitAnimation(0);
+    host::signalWaitAnimation(host::Waiting::Ended);
     appState.playLoaded = 1;
 }
 
 void followFile() {
     settings::PersistedState& persisted = appState.persisted;
     persisted.endTime = appState.filterControl.GetDuration();
-    SetTimer(appState.mainWindow, shell::kPositionTimer, shell::kPositionPeriod, nullptr);
+    app::startTimer(app::kPositionTimer);
     if (persisted.position != 0) {
         seekTo(persisted.position);
     } else {
         saveState();
     }
-    ui::refreshScreen();
+    host::refreshScreen();
 }
 
 void refuse() {
-    shell::signalWaitAnimation(0);
-    shell::showNotice(L"\n\n재생 할 수 없는 파일 입니다.");
+    host::signalWaitAnimation(host::Waiting::Ended);
+    host::showNotice(u"\n\n재생 할 수 없는 파일 입니다.");
 }
 
 // What overtook the request has the graph; only after a stop is there nothing left to wait for.
@@ -61,11 +58,11 @@ Outcome startFile() {
     appState.playLoaded = 0;
     appState.persisted.playState = settings::kPlaying;
     if (appState.screenMode == kHalfWidth) {
-        Sleep(shell::kHalfWidthPause);
+        platform::sleep(kHalfWidthPause);
     }
-    shell::signalWaitAnimation(1);
-    probeFile();
-    const bool playing = openAndRun(appState.persisted.file) == 1;
+    host::signalWaitAnimation(host::Waiting::Shown);
+    const PictureShape shape = probeFile(appState.persisted.file);
+    const bool playing = openAndRun(appState.persisted.file, shape) == 1;
     if (!isOvertaken(request)) {
         if (playing) {
             followFile();
@@ -91,7 +88,7 @@ Outcome startSelected() {
     }
     if (catalogue::PathKind(persisted.file) != 1) {
         const std::uint32_t request = appState.playRequests;
-        shell::showNotice(L"\n\n재생 파일이 없습니다.");
+        host::showNotice(u"\n\n재생 파일이 없습니다.");
         return isOvertaken(request) ? Outcome::Overtaken : Outcome::Failed;
     }
     return startFile();
@@ -129,7 +126,7 @@ Outcome act() {
 // True when the request is far enough from the last one that was taken.
 bool acceptSkip() {
     constexpr std::uint32_t kDebounce = 1700;  // milliseconds
-    const std::uint32_t now = GetTickCount();
+    const std::uint32_t now = platform::tickCount();
     if (now - appState.lastSkipTick < kDebounce) {
         return false;
     }
@@ -154,16 +151,19 @@ void skip(const char* function, std::int32_t step) {
     } else if (step < 0 && index < 0) {
         index = appState.fileCount - 1;
     }
-    shell::postRemoteKey(shell::kRemotePlay);
+    host::postPlayKey();
 }
 
 void parkOutput() {
-    constexpr RECT kOutsideTheScreen = {801, 481, 811, 491};
-    appState.filterControl.PlaceOutput(
-        {kOutsideTheScreen, vendor::kWholeColour, 1, vendor::kBackLayer, 0});
+    constexpr VideoPlacement kOutsideTheScreen = {801, 481, 10, 10, true, kBackLayer, false};
+    appState.filterControl.PlaceOutput(kOutsideTheScreen);
 }
 
 }  // namespace
+
+bool isOvertaken(std::uint32_t request) {
+    return request != appState.playRequests;
+}
 
 void OnPlay() {
     appState.resumePending = 0;
@@ -175,13 +175,13 @@ void OnPlay() {
             appState.playLoaded = 1;  // a resume that found nothing to play is finished too
             stopPlayback();
             if (appState.screenMode == kSlideBanner) {
-                shell::setScreenMode(appState.previousScreenMode);
+                host::showMode(appState.previousScreenMode);
             }
             break;
         case Outcome::Changed:
             break;
     }
-    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+    host::refreshScreen();
 }
 
 void OnNext() {
@@ -202,16 +202,16 @@ void stopPlayback() {
     ++appState.playRequests;  // a request that is still under way has lost its graph
     appState.liveLength = 0;
     appState.filterControl.SetColourKey(0);
-    appState.videoArea = 0;
-    ui::refreshScreen();
-    KillTimer(appState.mainWindow, shell::kPositionTimer);
+    appState.videoArea = false;
+    host::refreshScreen();
+    app::stopTimer(app::kPositionTimer);
     appState.filterControl.SetOwnerWindow(appState.mainWindow);
     parkOutput();
     releaseGraph();
     persisted.position = 0;
     persisted.playState = settings::kStopped;
-    ui::clearProgress();
-    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+    host::clearProgress();
+    host::refreshScreen();
 }
 
 void releaseGraph() {

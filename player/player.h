@@ -1,13 +1,24 @@
 // The player's operations: what is played and when. They keep their state in AppState, mostly in
-// its persisted record, and drive the graph there. Window thread only.
+// its persisted record, and drive the graph there; what they ask of the window stands in host.h.
+// Window thread only.
 #pragma once
 
 #include <cstdint>
 
 namespace Player {
 
+// --- session.cpp: from one run to the next -------------------------------------------------------
+
 // Once, when the window is created: takes up where the last run ended.
 void initialisePlayback();
+
+// On exit: writes the record, stops, frees the lists and COM, tells the navigation application.
+void saveAndClose();
+
+// Tells the navigation application that it may take or leave the sound.
+void OrviExecMutimedia(std::int32_t a, std::int32_t b);
+
+// --- playback.cpp --------------------------------------------------------------------------------
 
 // The play key: starts the selected file, pauses or resumes. Every file is started through it.
 void OnPlay();
@@ -19,15 +30,22 @@ void OnPrev();
 // Stops and takes the graph apart; nothing when stopped already.
 void stopPlayback();
 
-// On exit: writes the record, stops, frees the lists and COM, tells the navigation application.
-void saveAndClose();
-
 // Stops the graph and takes it apart: on stop, before the next file, and when the window goes away
 // without the exit request. Nothing without a graph.
 void releaseGraph();
 
-// Renders and starts the file unless it must be refused: 1 playing, 0 refused.
-[[nodiscard]] int openAndRun(const char16_t* path);
+// --- open.cpp ------------------------------------------------------------------------------------
+
+// The picture's width and height divided by their greatest common divisor, 0 when unknown.
+struct PictureShape {
+    std::uint32_t aspectX, aspectY;
+};
+
+// Renders and starts the file unless it must be refused: 1 playing, 0 refused or overtaken by
+// another request while a message box was open.
+[[nodiscard]] int openAndRun(const char16_t* path, const PictureShape& shape);
+
+// --- controls.cpp --------------------------------------------------------------------------------
 
 // Stores the position and seeks there; a file that then stands at 0 is taken as ended.
 void seekTo(double seconds);
@@ -41,6 +59,9 @@ void setVolumeLevel(std::int32_t level);
 // Toggles mute and broadcasts it.
 void toggleMute();
 
+// While the process manager asks for silence (1) the graph has volume 0, else the stored one (0).
+void suppressAudio(std::int32_t suppressed);
+
 // After a stop: opens the chosen file at `position` (seconds) as it was in `stateBefore` - played,
 // paused again, or left stopped. A file that is refused stays stopped.
 void playAgain(std::int32_t stateBefore, double position);
@@ -52,8 +73,7 @@ void switchCamera();
 // 1 rear, 0 front, -1 when the name of the recording tells neither.
 std::int32_t cameraOfCurrentFile();
 
-// Tells the navigation application that it may take or leave the sound.
-void OrviExecMutimedia(std::int32_t a, std::int32_t b);
+// --- recordings.cpp ------------------------------------------------------------------------------
 
 // A volume arrived (1) or went away (0): stops what is played from it, lists anew what is shown.
 void storageChanged(std::int32_t arrived, std::int64_t slot);
@@ -61,7 +81,10 @@ void storageChanged(std::int32_t arrived, std::int64_t slot);
 // Deletes recording `index` of the browse listing after asking; the rest of the list plays on.
 void DeleteBrowseFile(std::int32_t index);
 
-// Writes one line of kernel debug output for the HRESULTs it knows. `flag` has no effect.
-int reportRenderError(long hr, int flag);
+// --- error_report.cpp ----------------------------------------------------------------------------
+
+// Writes one line of kernel debug output for the results (32-bit HRESULT values) that it knows.
+// `flag` has no effect. Always 0.
+int reportRenderError(std::int32_t hr, int flag);
 
 }  // namespace Player

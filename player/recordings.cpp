@@ -1,22 +1,14 @@
 // What happens to the lists when a volume comes or goes and when a recording is deleted.
-#include <windows.h>
-
 #include <algorithm>
 
 #include "app/app_state.h"
 #include "catalogue/volumes.h"
-#include "platform/board.h"
+#include "platform/clock.h"
+#include "player/host.h"
 #include "player/player.h"
-#include "shell/screens/screens.h"
 
 namespace Player {
 namespace {
-
-bool confirmDelete() {
-    ui::forgetTouch();
-    return platform::showMessageBox(appState.mainWindow, L"\n\n파일을 삭제 하시겠습니까?", L"",
-                                    MB_YESNO, 1) == IDYES;
-}
 
 // The play list after its recording at `index` was deleted. Returns the page to show.
 std::int32_t continueAfter(std::int32_t index, bool wasPlaying) {
@@ -50,17 +42,17 @@ void storageChanged(std::int32_t arrived, std::int64_t slot) {
         return;
     }
     if (arrived == 0) {
-        constexpr DWORD kUnmountPause = 500;  // milliseconds, until the folder is gone
-        Sleep(kUnmountPause);
+        constexpr std::uint32_t kUnmountPause = 500;  // milliseconds, until the folder is gone
+        platform::sleep(kUnmountPause);
     }
     catalogue::RelistBrowseFolder(appState);
-    ui::refreshFileList();
+    host::refreshFileList();
 }
 
 void DeleteBrowseFile(std::int32_t index) {
     catalogue::PathBuffer path, browseFolder, confirmed;
     if (index >= appState.browseFileCount || appState.browseListing.GetFilePath(index, path) == 0 ||
-        !confirmDelete()) {
+        !host::ask(u"\n\n파일을 삭제 하시겠습니까?")) {
         return;
     }
     // The list may have changed while the question was open.
@@ -90,7 +82,7 @@ void DeleteBrowseFile(std::int32_t index) {
     }
     catalogue::ListBrowseFolder(appState, browseFolder);
     appState.browsePage = page < appState.browsePageCount ? page : std::max(page - 1, 0);
-    ui::refreshFileList();
+    host::refreshFileList();
 }
 
 }  // namespace Player

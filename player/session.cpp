@@ -1,26 +1,20 @@
 // From one run to the next: taking up where the last ended, and leaving.
 #include "player/session.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <array>
 
 #include "app/app_state.h"
 #include "app/paths.h"
 #include "graph/thread_priority.h"
+#include "platform/com.h"
 #include "platform/print.h"
-#include "platform/registry.h"
-#include "player/player.h"
+#include "platform/window.h"
+#include "player/host.h"
 #include "settings/ini_store.h"
-#include "shell/screens/screens.h"
-#include "shell/shell.h"
 
 namespace Player {
 namespace {
-
-constexpr wchar_t kGraphCacheKey[] =
-    L"SOFTWARE\\Microsoft\\DirectX\\DirectShow\\GraphCache\\Entries";
 
 void restoreRecord() {
     const bool read = settings::readPersistedState(appState.persisted) == 1;
@@ -41,7 +35,7 @@ void clearRunState() {
     appState.audioSuppressed = 0;
     appState.fileCount = 0;
     appState.resumePending = 0;
-    appState.loadRestOfSkin = 1;
+    appState.loadRestOfSkin = true;
     appState.pendingKeyAction = kNoAction;
     appState.browsePage = 0;
 }
@@ -68,7 +62,7 @@ void checkStoredFile() {
         return;
     }
     if (persisted.file[0] != u'\0') {
-        shell::showNotice(L"\n\n재생 파일이 없습니다.");
+        host::showNotice(u"\n\n재생 파일이 없습니다.");
     }
     persisted.playState = settings::kStopped;
     persisted.position = 0;
@@ -82,13 +76,13 @@ void initialisePlayback() {
     clearRunState();
     selectStoredFile();
     SetDirectShowThreadPriority(1);
-    platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kGraphCacheKey);
-    ui::refreshScreen();
+    ForgetCachedGraphs();
+    host::refreshScreen();
     checkStoredFile();
-    if (appState.exiting != 0) {
+    if (appState.exiting) {
         return;  // the notice's loop let the exit in, and all has been handed back
     }
-    shell::setVideoHidden(0);
+    host::showVideo();
     OrviExecMutimedia(1, 1);
 }
 
@@ -103,19 +97,18 @@ void saveAndClose() {
     stopPlayback();
     appState.playListing.Clear();
     appState.browseListing.Clear();
-    CoUninitialize();
+    platform::leaveCom();
     OrviExecMutimedia(1, 0);
 }
 
 void OrviExecMutimedia(std::int32_t a, std::int32_t b) {
-    constexpr ULONG_PTR kSoundHandOver = 1088;
+    constexpr std::uintptr_t kSoundHandOver = 1088;
     constexpr const char* kFunction = "Player::OrviExecMutimedia";
     platform::print("[%d] %s \n", 1723, kFunction);
-    if (const HWND navigation = FindWindowW(nullptr, L"Orvi")) {
+    if (const platform::Window navigation = platform::findWindow(u"Orvi")) {
         platform::print("[%d] %s \n", 1727, kFunction);
         std::array<std::int32_t, 2> values = {a, b};
-        COPYDATASTRUCT data{kSoundHandOver, sizeof values, values.data()};
-        SendMessageW(navigation, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data));
+        platform::sendValues(navigation, kSoundHandOver, values);
         platform::print("[%d] %s \n", 1735, kFunction);
     }
     platform::print("[%d] %s \n", 1737, kFunction);

@@ -1,8 +1,9 @@
 // The desktop's entry; Windows CE calls WinMain with a wide command line itself.
 #include <windows.h>
 
+#include "platform/wide.h"
 #include "shell/start.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int show) {
-    return shell::run(instance, commandLine, show);
+    return shell::run(instance, platform::utf16(commandLine), show);
 }

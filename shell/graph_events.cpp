@@ -1,54 +1,53 @@
 // Events of the media graph, drained on the window's thread. The codes from 33024 on are the
 // vendor's own.
-#include <windows.h>
-
 #include <array>
 
 #include "app/app_state.h"
+#include "platform/clock.h"
 #include "player/player.h"
 #include "shell/handlers.h"
-#include "shell/shell.h"
 #include "ui/canvas.h"
 
 namespace shell {
 namespace {
 
-void nothing(LONG_PTR, LONG_PTR) {
+void nothing(std::intptr_t, std::intptr_t) {
 }
 
-void applyVideoLayer(LONG_PTR, LONG_PTR) {
-    appState.filterControl.SetRender(static_cast<DWORD>(appState.videoLayerState));
+void applyVideoLayer(std::intptr_t, std::intptr_t) {
+    appState.filterControl.SetRender(static_cast<std::uint32_t>(appState.videoLayerState));
 }
 
-void markLiveLength(LONG_PTR, LONG_PTR) {
+void markLiveLength(std::intptr_t, std::intptr_t) {
     appState.liveLength = 1;
     appState.filterControl.SetColourKey(ui::kVideoKey);
-    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+    platform::invalidate(appState.mainWindow);
 }
 
-void nextFile(LONG_PTR, LONG_PTR) {
+void nextFile(std::intptr_t, std::intptr_t) {
     Player::OnNext();
 }
 
 // The first parameter is the length so far in seconds.
-void lengthChanged(LONG_PTR seconds, LONG_PTR) {
-    constexpr DWORD kPauseMilliseconds = 10;
+void lengthChanged(std::intptr_t seconds, std::intptr_t) {
+    constexpr std::uint32_t kPauseMilliseconds = 10;
     if (appState.liveLength != 0) {
         appState.persisted.endTime = static_cast<double>(seconds);
         return;
     }
     Player::stopPlayback();
-    Sleep(kPauseMilliseconds);
+    platform::sleep(kPauseMilliseconds);
     Player::OnPlay();
 }
 
-void captionShown(LONG_PTR a, LONG_PTR b) {
-    appState.filterControl.SetCaptionPosition(static_cast<DWORD>(a), static_cast<DWORD>(b));
+void captionShown(std::intptr_t a, std::intptr_t b) {
+    appState.filterControl.SetCaptionPosition(static_cast<std::uint32_t>(a),
+                                              static_cast<std::uint32_t>(b));
 }
 
 struct EventRow {
     long code;
-    void (*act)(LONG_PTR param1, LONG_PTR param2);
+    void (*act)(std::intptr_t param1, std::intptr_t param2);
 };
 constexpr std::array<EventRow, 13> kEvents = {{
     {1, nothing},  // complete: the position timer sees the end
@@ -68,10 +67,10 @@ constexpr std::array<EventRow, 13> kEvents = {{
 
 }  // namespace
 
-LRESULT onGraphEvent(HWND, UINT, WPARAM, LPARAM) {
+Answer onGraphEvent(Window, std::uint32_t, WParam, LParam) {
     long code = 0;
-    LONG_PTR param1 = 0, param2 = 0;
-    while (SUCCEEDED(appState.filterControl.GetEvent(code, param1, param2))) {
+    std::intptr_t param1 = 0, param2 = 0;
+    while (appState.filterControl.GetEvent(code, param1, param2) >= 0) {
         appState.filterControl.FreeEvent(code, param1, param2);
         for (const EventRow& row : kEvents) {
             if (row.code == code) {

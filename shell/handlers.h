@@ -2,41 +2,46 @@
 // MessageHandler.
 #pragma once
 
-#include <windows.h>
+#include "platform/window.h"
 
 namespace shell {
 
+using platform::Answer;
+using platform::LParam;
+using platform::Window;
+using platform::WParam;
+
 // lifecycle.cpp
-LRESULT onCreate(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onClose(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onDestroy(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onPaint(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+Answer onCreate(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onClose(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onDestroy(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onPaint(Window window, std::uint32_t message, WParam wParam, LParam lParam);
 
 // input.cpp
-LRESULT onActivate(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onMouseDown(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onMouseUp(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onMouseMove(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onGesture(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onRemoteKey(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+Answer onActivate(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onMouseDown(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onMouseUp(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onMouseMove(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onGesture(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onRemoteKey(Window window, std::uint32_t message, WParam wParam, LParam lParam);
 
 // timers.cpp
-LRESULT onTimer(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+Answer onTimer(Window window, std::uint32_t message, WParam wParam, LParam lParam);
 
 // graph_events.cpp
-LRESULT onGraphEvent(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+Answer onGraphEvent(Window window, std::uint32_t message, WParam wParam, LParam lParam);
 
 // process_manager.cpp
-LRESULT onProcessManagerCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+Answer onProcessManagerCommand(Window window, std::uint32_t message, WParam wParam, LParam lParam);
 
 // unit_events.cpp
-LRESULT onCardOrReadFailure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onUsbStorage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onMuteNotification(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onBroadcast(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onRecorderQuery(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onNavigation(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onEndPoint(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT onSystemBroadcast(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+Answer onCardOrReadFailure(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onUsbStorage(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onMuteNotification(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onBroadcast(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onRecorderQuery(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onNavigation(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onEndPoint(Window window, std::uint32_t message, WParam wParam, LParam lParam);
+Answer onSystemBroadcast(Window window, std::uint32_t message, WParam wParam, LParam lParam);
 
 }  // namespace shell

@@ -1,38 +1,47 @@
 // Touches, gestures and the remote control.
-#include <windows.h>
-#include <windowsx.h>
-
 #include "app/app_state.h"
 #include "player/player.h"
 #include "shell/handlers.h"
+#include "shell/peers/peers.h"
 #include "shell/screens/screens.h"
-#include "shell/shell.h"
+#include "shell/screens/ticks.h"
 
 namespace shell {
+namespace {
 
-LRESULT onActivate(HWND, UINT, WPARAM wParam, LPARAM lParam) {
-    return ui::slideActivated(wParam, lParam);
+// The two halves of a touch's lParam, as signed 16-bit numbers.
+std::int32_t touchX(LParam lParam) {
+    return static_cast<std::int16_t>(lParam & 0xFFFF);
+}
+std::int32_t touchY(LParam lParam) {
+    return static_cast<std::int16_t>(lParam >> 16 & 0xFFFF);
 }
 
-LRESULT onMouseDown(HWND, UINT, WPARAM, LPARAM lParam) {
-    ui::mouseDown(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+}  // namespace
+
+Answer onActivate(Window, std::uint32_t, WParam wParam, LParam lParam) {
+    return screens::slideActivated(wParam, lParam);
+}
+
+Answer onMouseDown(Window, std::uint32_t, WParam, LParam lParam) {
+    screens::mouseDown(touchX(lParam), touchY(lParam));
     return 0;
 }
 
-LRESULT onMouseUp(HWND, UINT, WPARAM, LPARAM lParam) {
-    ui::mouseUp(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+Answer onMouseUp(Window, std::uint32_t, WParam, LParam lParam) {
+    screens::mouseUp(touchX(lParam), touchY(lParam));
     appState.pendingKeyAction = kNoAction;
     return 0;
 }
 
-LRESULT onMouseMove(HWND, UINT, WPARAM, LPARAM lParam) {
-    ui::mouseMove(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+Answer onMouseMove(Window, std::uint32_t, WParam, LParam lParam) {
+    screens::mouseMove(touchX(lParam), touchY(lParam));
     return 0;
 }
 
-LRESULT onGesture(HWND, UINT, WPARAM wParam, LPARAM) {
+Answer onGesture(Window, std::uint32_t, WParam wParam, LParam) {
     // The numbers of the gestures run against those of the actions. Required.
-    constexpr WPARAM kGesturePrevious = 1, kGestureNext = 2;
+    constexpr WParam kGesturePrevious = 1, kGestureNext = 2;
     if (wParam == kGesturePrevious) {
         appState.pendingKeyAction = kPreviousFile;
     } else if (wParam == kGestureNext) {
@@ -41,7 +50,7 @@ LRESULT onGesture(HWND, UINT, WPARAM wParam, LPARAM) {
     return 0;
 }
 
-LRESULT onRemoteKey(HWND, UINT, WPARAM wParam, LPARAM) {
+Answer onRemoteKey(Window, std::uint32_t, WParam wParam, LParam) {
     switch (wParam) {
         case kRemotePrevious:
             if (appState.keyLock == 0) {

@@ -1,59 +1,64 @@
 // The window procedure's dispatch table: ten fixed rows and, behind them, the registered messages,
-// whose numbers are asked for by static initialisers before the program's entry runs.
+// whose numbers are asked for by a static initialiser before the program's entry runs.
 #include "shell/message_table.h"
 
 #include <array>
 
 #include "app/app_state.h"
-#include "platform/wide.h"
 #include "shell/handlers.h"
-#include "shell/registered_messages.h"
 
 namespace shell {
 namespace {
 
-constexpr std::array<MessageRow, 10> kFixedRows = {{
-    {WM_CREATE, onCreate},
-    {WM_ACTIVATE, onActivate},
-    {WM_CLOSE, onClose},
-    {WM_DESTROY, onDestroy},
-    {WM_LBUTTONDOWN, onMouseDown},
-    {WM_LBUTTONUP, onMouseUp},
-    {WM_MOUSEMOVE, onMouseMove},
-    {WM_TIMER, onTimer},
-    {WM_PAINT, onPaint},
+constexpr auto kFixedRows = std::to_array<MessageRow>({
+    {platform::kCreateMessage, onCreate},
+    {platform::kActivateMessage, onActivate},
+    {platform::kCloseMessage, onClose},
+    {platform::kDestroyMessage, onDestroy},
+    {platform::kButtonDownMessage, onMouseDown},
+    {platform::kButtonUpMessage, onMouseUp},
+    {platform::kMouseMoveMessage, onMouseMove},
+    {platform::kTimerMessage, onTimer},
+    {platform::kPaintMessage, onPaint},
     {kGraphEventMessage, onGraphEvent},
-}};
+});
 
-// In the order of kRegisteredMessages. A number that is needed elsewhere too is kept in its own
-// field, which is filled first.
+// A number that is needed elsewhere too is kept in its own field, which is filled first.
 struct RegisteredRow {
+    const char16_t* name;
     MessageHandler handler;
-    UINT AppState::*keepIn;
+    std::uint32_t AppState::*keepIn;
 };
-constexpr std::array<RegisteredRow, kRegisteredMessages.size()> kRegisteredRows = {{
-    {onProcessManagerCommand, nullptr},
-    {onCardOrReadFailure, nullptr},
-    {onUsbStorage, nullptr},
-    {onMuteNotification, &AppState::muteNotificationMessage},
-    {onGesture, nullptr},
-    {onRemoteKey, nullptr},
-    {onBroadcast, nullptr},
-    {onCardOrReadFailure, nullptr},
-    {onRecorderQuery, nullptr},
-    {onNavigation, nullptr},
-    {onEndPoint, &AppState::endPointMessage},
-    {onSystemBroadcast, &AppState::systemBroadcastMessage},
-}};
+constexpr auto kRegisteredRows = std::to_array<RegisteredRow>({
+    // From the process manager, and from a second start of the player.
+    {u"MSG_ProcessManagertoMovie", onProcessManagerCommand, &AppState::commandMessage},
+    // From the board: memory card, USB storage, mute, gestures, remote control.
+    {u"ZEL_BSP_WMUSER_SDCARD", onCardOrReadFailure, nullptr},
+    {u"ZEL_BSP_WMUSER_MNT_USB", onUsbStorage, nullptr},
+    {u"BSP_WMUSER_MUTE_NOTIFICATION", onMuteNotification, &AppState::muteNotificationMessage},
+    {u"ZEL_BSP_WMUSER_GESTURE", onGesture, nullptr},
+    {u"ZEL_BSP_WMUSER_IR_KEY", onRemoteKey, &AppState::remoteKeyMessage},
+    // System-wide.
+    {u"QUILLMARK_MSG_BROADCAST", onBroadcast, nullptr},
+    // From the vendor's demultiplexer. It shares the memory card's handler. Required.
+    {u"TCC_CDK_DEMUX_FILTER_READ_FAIL", onCardOrReadFailure, &AppState::readFailureMessage},
+    // From the dash camera's recorder, a query.
+    {u"MSG_BlackboxToWndStatus", onRecorderQuery, nullptr},
+    // From the navigation application.
+    {u"MSG_OrviBroadCast", onNavigation, nullptr},
+    // From the process manager.
+    {u"MSG_ProcessManagerToOrviEndPoint", onEndPoint, &AppState::endPointMessage},
+    // From the system: the vehicle's speed.
+    {u"MSG_SystemBroadcast", onSystemBroadcast, &AppState::systemBroadcastMessage},
+});
 
-UINT registerMessage(std::size_t row) {
-    return RegisterWindowMessageW(platform::wide(kRegisteredMessages[row]));
-}
+static_assert(kFixedRows.size() + kRegisteredRows.size() == 22);
 
 bool registerMessages() {
-    for (std::size_t row = 0; row < kRegisteredRows.size(); ++row) {
-        if (kRegisteredRows[row].keepIn != nullptr) {
-            appState.*kRegisteredRows[row].keepIn = registerMessage(row);
+    appState.toProcessManagerMessage = platform::registerMessage(u"MSG_MovietoProcessManager");
+    for (const RegisteredRow& row : kRegisteredRows) {
+        if (row.keepIn != nullptr) {
+            appState.*row.keepIn = platform::registerMessage(row.name);
         }
     }
     MessageTable& table = appState.messageTable;
@@ -64,10 +69,9 @@ bool registerMessages() {
     for (const MessageRow& row : kFixedRows) {
         append(row);
     }
-    for (std::size_t row = 0; row < kRegisteredRows.size(); ++row) {
-        UINT AppState::*const kept = kRegisteredRows[row].keepIn;
-        append({kept != nullptr ? appState.*kept : registerMessage(row),
-                kRegisteredRows[row].handler});
+    for (const RegisteredRow& row : kRegisteredRows) {
+        append({row.keepIn != nullptr ? appState.*row.keepIn : platform::registerMessage(row.name),
+                row.handler});
     }
     return true;
 }
@@ -76,7 +80,8 @@ bool registerMessages() {
 
 }  // namespace
 
-LRESULT CALLBACK dispatchMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+platform::Answer dispatchMessage(platform::Window window, std::uint32_t message,
+                                 platform::WParam wParam, platform::LParam lParam) {
     const MessageTable& table = appState.messageTable;
     for (std::int32_t i = 0; i < table.count; ++i) {
         const MessageRow& row = table.rows[static_cast<std::size_t>(i)];
@@ -84,7 +89,7 @@ LRESULT CALLBACK dispatchMessage(HWND window, UINT message, WPARAM wParam, LPARA
             return row.handler(window, message, wParam, lParam);
         }
     }
-    return DefWindowProcW(window, message, wParam, lParam);
+    return platform::defaultAnswer(window, message, wParam, lParam);
 }
 
 }  // namespace shell

@@ -1,32 +1,36 @@
 // Commands of the process manager.
-#include <windows.h>
-
 #include <array>
 
 #include "app/app_state.h"
+#include "app/timers.h"
+#include "platform/clock.h"
 #include "player/player.h"
 #include "shell/handlers.h"
-#include "shell/screens/screens.h"
-#include "shell/shell.h"
+#include "shell/peers/peers.h"
+#include "shell/screens/refresh.h"
+#include "shell/screens/screen_mode.h"
 
 namespace shell {
 namespace {
 
-constexpr LPARAM kPrepareExit = 3;
-constexpr LPARAM kExitAtOnce = 2;
+constexpr LParam kPrepareExit = 3;
+constexpr LParam kExitAtOnce = 2;
 
-void showFullWidth(LPARAM) {
-    setScreenMode(kFullWidth);
-    SetTimer(appState.mainWindow, kBarTimer, kBarPeriod, nullptr);
+// How long the half-width player waits before it exits.
+constexpr std::uint32_t kHalfWidthPause = 700;  // milliseconds
+
+void showFullWidth(LParam) {
+    screens::setScreenMode(kFullWidth);
+    app::startTimer(app::kBarTimer);
 }
 
-void showHalfWidth(LPARAM) {
-    setScreenMode(kHalfWidth);
+void showHalfWidth(LParam) {
+    screens::setScreenMode(kHalfWidth);
     postToProcessManager(kHalfWidthShown, 0);
 }
 
-void hide(LPARAM) {
-    setScreenMode(kHidden);
+void hide(LParam) {
+    screens::setScreenMode(kHidden);
 }
 
 void prepareExit() {
@@ -36,25 +40,25 @@ void prepareExit() {
         writeExitPreparation();
     }
     if (appState.imageLoaded == 1 && appState.playLoaded == 1) {
-        KillTimer(appState.mainWindow, kExitReadyTimer);
+        app::stopTimer(app::kExitReadyTimer);
         sendToProcessManager(kExitReady, 1);
     } else {
         sendToProcessManager(kExitReady, 0);
-        SetTimer(appState.mainWindow, kExitReadyTimer, kExitReadyPeriod, nullptr);
+        app::startTimer(app::kExitReadyTimer);
     }
 }
 
-void exitOrPrepare(LPARAM lParam) {
+void exitOrPrepare(LParam lParam) {
     if (lParam == kPrepareExit) {
         prepareExit();
         return;
     }
-    if (appState.exiting != 0) {
+    if (appState.exiting) {
         return;  // the exit message is open and its loop lets requests in
     }
-    appState.exiting = 1;
+    appState.exiting = true;
     if (appState.screenMode == kHalfWidth) {
-        Sleep(kHalfWidthPause);
+        platform::sleep(kHalfWidthPause);
     }
     const bool atOnce =
         (appState.screenMode == kFullWidth || appState.screenMode == kSlideBanner) &&
@@ -66,53 +70,51 @@ void exitOrPrepare(LPARAM lParam) {
     if (!atOnce) {
         signalWaitAnimation(0);
     }
-    DestroyWindow(appState.mainWindow);
+    platform::destroyWindow(appState.mainWindow);
 }
 
-void silence(LPARAM) {
-    appState.audioSuppressed = 1;
-    appState.filterControl.SetVolume(0);
-    ui::refreshSoundSentence();
+void silence(LParam) {
+    Player::suppressAudio(1);
+    screens::refreshSoundSentence();
 }
 
-void giveSoundBack(LPARAM) {
-    appState.audioSuppressed = 0;
-    appState.filterControl.SetVolume(appState.persisted.volume);
-    ui::refreshSoundSentence();
+void giveSoundBack(LParam) {
+    Player::suppressAudio(0);
+    screens::refreshSoundSentence();
 }
 
-void previousFile(LPARAM) {
+void previousFile(LParam) {
     Player::OnPrev();
 }
 
-void nextFile(LPARAM) {
+void nextFile(LParam) {
     Player::OnNext();
 }
 
-void stop(LPARAM) {
+void stop(LParam) {
     Player::stopPlayback();
     if (appState.screenMode == kSlideBanner) {
-        setScreenMode(appState.previousScreenMode);
+        screens::setScreenMode(appState.previousScreenMode);
     }
 }
 
-void play(LPARAM) {
+void play(LParam) {
     if (appState.persisted.playState != settings::kPlaying) {
         Player::OnPlay();
     }
 }
 
-void showFileList(LPARAM) {
-    setScreenMode(kFileList);
+void showFileList(LParam) {
+    screens::setScreenMode(kFileList);
 }
 
-void goToNavigation(LPARAM) {
+void goToNavigation(LParam) {
     postToProcessManager(kGoNavigation, 0);
 }
 
 struct CommandRow {
-    WPARAM command;
-    void (*act)(LPARAM lParam);
+    WParam command;
+    void (*act)(LParam lParam);
 };
 constexpr std::array<CommandRow, 12> kCommands = {{
     {0, showFullWidth},
@@ -131,7 +133,7 @@ constexpr std::array<CommandRow, 12> kCommands = {{
 
 }  // namespace
 
-LRESULT onProcessManagerCommand(HWND, UINT, WPARAM wParam, LPARAM lParam) {
+Answer onProcessManagerCommand(Window, std::uint32_t, WParam wParam, LParam lParam) {
     for (const CommandRow& row : kCommands) {
         if (row.command == wParam) {
             row.act(lParam);

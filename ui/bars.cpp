@@ -2,14 +2,12 @@
 
 #include <algorithm>
 
-#include "settings/persisted_state.h"
-
 namespace ui {
 namespace {
 
 constexpr std::int32_t kKnobRoom = 10;  // pixels
 constexpr std::int32_t kIconRoom = 20;
-constexpr std::int32_t kLoudest = settings::kLoudestVolume;
+constexpr std::int32_t kLoudest = kLoudestVolume;
 constexpr std::int32_t kMille = 1000;
 
 }  // namespace

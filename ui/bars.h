@@ -8,6 +8,8 @@
 
 namespace ui {
 
+inline constexpr std::int32_t kLoudestVolume = 10;
+
 struct ProgressBar {
     Rect area;                         // touch and repaint
     std::int32_t fillTop, fillBottom;  // filled from area.left to knob x + 5

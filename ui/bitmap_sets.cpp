@@ -1,5 +1,7 @@
 #include "ui/bitmap_sets.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -54,7 +56,7 @@ void makeBackgroundCache(ScreenState& screens, HWND window) {
 
 }  // namespace
 
-void loadSet(SkinSet set, ScreenState& screens, HWND window, const char16_t* folder) {
+void loadSet(SkinSet set, ScreenState& screens, platform::Window window, const char16_t* folder) {
     unloadSet(set, screens);
     auto& slots = slotsOf(set, screens);
     for (const SlotRow& row : slotTable(set)) {

@@ -1,8 +1,7 @@
-// The bitmaps of the skin in memory. Windows only.
+// The bitmaps of the skin in memory.
 #pragma once
 
-#include <windows.h>
-
+#include "platform/window.h"
 #include "ui/screen_state.h"
 
 namespace ui {
@@ -13,7 +12,8 @@ inline constexpr char16_t kSkinFolder[] = u"\\ResidentFlash\\Image\\Movie\\";
 // Loads every file of the set from below `folder` into its slot; one that cannot be loaded leaves
 // its slot empty. What the set held before is released. `window` gives the format of the
 // background cache.
-void loadSet(SkinSet set, ScreenState& screens, HWND window, const char16_t* folder = kSkinFolder);
+void loadSet(SkinSet set, ScreenState& screens, platform::Window window,
+             const char16_t* folder = kSkinFolder);
 void unloadSet(SkinSet set, ScreenState& screens);
 
 // Whether anything of the set is in memory.

@@ -1,7 +1,6 @@
 #include "ui/list_screen.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "ui/skin_slots.h"
 
@@ -40,39 +39,9 @@ constexpr std::int32_t kThumbTop = kTrackTop + kHalfThumb;
 constexpr std::int32_t kThumbBottom = kTrackBottom - kHalfThumb;
 constexpr std::int64_t kMille = 1000;
 
-std::int32_t folderIcon(const catalogue::CatalogueFields& fields, const char16_t* name) {
-    catalogue::PathBuffer path;
-    if (fields.browseListing.GetPath(path) == 1) {
-        return kListFolder;
-    }
-    return std::u16string_view(name).starts_with(u"SDMMC") ? kListCard : kListUsb;
-}
-
 }  // namespace
 
 constinit const std::array<Key, kListTableSize> kListKeys = makeKeys();
-
-void fillRows(const catalogue::CatalogueFields& fields, ListRows& table) {
-    const bool samePlayFolder = catalogue::browsesPlayFolder(fields);
-    const std::int32_t first = fields.browsePage * kListRows;
-    for (std::int32_t r = 0; r < kListRows; ++r) {
-        ListRow& row = table.rows[static_cast<std::size_t>(r)];
-        row = {};
-        const std::int32_t entry = first + r;
-        const std::int32_t file = entry - fields.browseFolderCount;
-        if (entry < fields.browseFolderCount) {
-            if (fields.browseListing.GetFolderName(entry, row.name) == 1) {
-                row.kind = RowKind::Folder;
-                row.slot = folderIcon(fields, row.name);
-            }
-        } else if (file < fields.browseFileCount &&
-                   fields.browseListing.GetFileName(file, row.name) == 1) {
-            row.kind = RowKind::File;
-            row.slot = kListFile;
-            row.playing = samePlayFolder && file == fields.playIndex;
-        }
-    }
-}
 
 std::int32_t thumbY(std::int32_t page, std::int32_t pageCount) {
     if (pageCount < 2) {

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <span>
 
-#include "catalogue/catalogue.h"
+#include "platform/folder.h"
 #include "ui/key.h"
 
 namespace ui {
 
-inline constexpr std::int32_t kListRows = catalogue::kRowsPerPage;
+inline constexpr std::int32_t kListRows = 8;
 
 // Indexes of the key table.
 enum ListKey : std::int32_t {
@@ -41,15 +41,12 @@ struct ListRow {
     RowKind kind = RowKind::Empty;
     bool playing = false;   // the recording that is selected for play
     std::int32_t slot = 0;  // its icon, in the list's bitmap set
-    catalogue::PathBuffer name = {};
+    char16_t name[platform::kPathCapacity] = {};
 };
 
 struct ListRows {
     std::array<ListRow, kListRows> rows{};
 };
-
-// Fills the rows with the page of the browse listing that is showing.
-void fillRows(const catalogue::CatalogueFields& fields, ListRows& table);
 
 // What the file list shows.
 struct ListView {

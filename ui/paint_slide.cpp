@@ -1,7 +1,6 @@
 // The full screen without the control bar, and its volume banner.
 #include <algorithm>
 
-#include "settings/persisted_state.h"
 #include "ui/paint.h"
 
 namespace ui {
@@ -33,8 +32,7 @@ void paintSlide(Canvas& canvas, const PlayerView& view, const Rect& damaged) {
         return;
     }
     canvas.draw(face(kSlideFace), corner);
-    canvas.draw(face(kSlideLevels + std::clamp(view.volume, 0, settings::kLoudestVolume)),
-                kLevelCorner);
+    canvas.draw(face(kSlideLevels + std::clamp(view.volume, 0, kLoudestVolume)), kLevelCorner);
 }
 
 }  // namespace ui

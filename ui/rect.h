@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/rect.h"
+
 namespace ui {
 
 // Of the unit's screen, pixels.
@@ -16,10 +18,7 @@ struct Point {
     friend constexpr bool operator==(const Point&, const Point&) = default;
 };
 
-struct Rect {
-    std::int32_t left, top, right, bottom;
-    friend constexpr bool operator==(const Rect&, const Rect&) = default;
-};
+using platform::Rect;
 
 struct Size {
     std::int32_t width, height;

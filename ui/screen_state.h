@@ -12,22 +12,22 @@ namespace ui {
 
 // The finger on the screen.
 struct Touch {
-    std::int32_t held = 0;  // 1 between press and release
+    bool held = false;  // between press and release
     std::int32_t pressedKey = kNoKey;
-    std::int32_t restartPosition = 0;  // the position timer was stopped by this press
+    bool restartPosition = false;  // the position timer was stopped by this press
     Point start = {0, 0};
-    std::int32_t goingUp = 0;       // file list: on its way to the folder above
-    std::int32_t slidVolume = 0;    // slide screen: the volume has followed the finger
+    bool goingUp = false;           // file list: on its way to the folder above
+    bool slidVolume = false;        // slide screen: the volume has followed the finger
     std::int32_t slideAnchorY = 0;  // slide screen: where the next volume step is measured from
 };
 
 struct ScreenState {
-    std::int32_t barShown = 1;          // full width: the control bar is showing
-    std::int32_t bannerShown = 0;       // screen 3: the banner is showing
+    bool barShown = true;               // full width: the control bar is showing
+    bool bannerShown = false;           // screen 3: the banner is showing
     double displayedPosition = 0;       // seconds, what the progress bar draws
     double displayedDuration = 0;       // seconds, as last drawn
     std::int32_t displayedMinute = -1;  // of the day, as last drawn by the clock
-    std::int32_t listShown = 0;         // the file list has been shown before
+    bool listShown = false;             // the file list has been shown before
     Touch touch;
     ListRows rows;
     // HBITMAP of each slot, null where it is empty.

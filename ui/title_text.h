@@ -1,7 +1,7 @@
 // The path of the folder that the file list shows, made to fit its place.
 #pragma once
 
-#include "catalogue/folder_listing.h"
+#include "platform/folder.h"
 #include "ui/canvas.h"
 
 namespace ui {

@@ -42,7 +42,7 @@ void pressList(ScreenState& screens, TouchHost& host, Point point) {
         host.invalidate(keyAt(screens.touch.pressedKey).area);
     }
     const std::int32_t pressed = hitTest(kListKeys, point);
-    screens.touch = {.held = 1, .pressedKey = pressed, .start = point};
+    screens.touch = {.held = true, .pressedKey = pressed, .start = point};
     if (isAlive(screens, pressed)) {
         host.invalidate(keyAt(pressed).area);
     }
@@ -53,14 +53,14 @@ void pressList(ScreenState& screens, TouchHost& host, Point point) {
 void moveList(ScreenState& screens, TouchHost& host, Point point, std::int32_t pageCount,
               bool hasParent) {
     Touch& touch = screens.touch;
-    if (touch.held == 0) {
+    if (!touch.held) {
         return;
     }
     if (touch.pressedKey == kListTrackKey) {
         host.setListPage(pageFromTouch(point.y, pageCount));
         return;
     }
-    const std::int32_t goingUp = hasParent && pointsUp(touch, point) ? 1 : 0;
+    const bool goingUp = hasParent && pointsUp(touch, point);
     if (goingUp != touch.goingUp) {
         touch.goingUp = goingUp;
         host.invalidate(kParentFaceArea);
@@ -69,16 +69,16 @@ void moveList(ScreenState& screens, TouchHost& host, Point point, std::int32_t p
 }
 
 void releaseList(ScreenState& screens, TouchHost& host, Point point) {
-    if (screens.touch.held == 0) {
+    if (!screens.touch.held) {
         return;
     }
     host.releasePointer();
     const Touch touch = screens.touch;
     screens.touch = {};
-    if (touch.goingUp != 0) {
+    if (touch.goingUp) {
         host.invalidate(kParentFaceArea);
     }
-    if (touch.goingUp != 0 && pointsUp(touch, point)) {
+    if (touch.goingUp && pointsUp(touch, point)) {
         host.click();
         host.act(Action::GoToParent, 0);
     } else if (hitTest(kListKeys, point) == touch.pressedKey &&

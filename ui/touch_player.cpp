@@ -9,7 +9,7 @@ const Key& keyAt(const PlayerLayout& layout, std::int32_t key) {
 }
 
 bool barHidden(const PlayerLayout& layout, const ScreenState& screens) {
-    return layout.hidesBar && screens.barShown == 0;
+    return layout.hidesBar && !screens.barShown;
 }
 
 void followFinger(const PlayerLayout& layout, const PlayerView& view, ScreenState& screens,
@@ -64,7 +64,7 @@ void pressPlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState
         host.stopTimer(ScreenTimer::Bar);
     }
     const std::int32_t pressed = hitTest(layout.keys, point);
-    screens.touch = {.held = 1,
+    screens.touch = {.held = true,
                      .pressedKey = pressed,
                      .restartPosition = before.restartPosition,
                      .start = point};
@@ -72,7 +72,7 @@ void pressPlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState
         host.invalidate(keyAt(layout, pressed).area);
         if (pressed == layout.progressKey && view.playing) {
             host.stopTimer(ScreenTimer::Position);
-            screens.touch.restartPosition = 1;
+            screens.touch.restartPosition = true;
             followFinger(layout, view, screens, host, point.x);
         } else if (pressed == layout.volumeKey) {
             chooseLevel(layout, view, host, point.x);
@@ -84,7 +84,7 @@ void pressPlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState
 
 void movePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState& screens,
                 TouchHost& host, Point point) {
-    if (screens.touch.held != 0 && screens.touch.pressedKey == layout.progressKey &&
+    if (screens.touch.held && screens.touch.pressedKey == layout.progressKey &&
         !barHidden(layout, screens)) {
         followFinger(layout, view, screens, host, point.x);
     }
@@ -92,7 +92,7 @@ void movePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState&
 
 void releasePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenState& screens,
                    TouchHost& host, Point point) {
-    if (screens.touch.held == 0) {
+    if (!screens.touch.held) {
         return;
     }
     host.releasePointer();
@@ -102,14 +102,14 @@ void releasePlayer(const PlayerLayout& layout, const PlayerView& view, ScreenSta
     screens.touch = {};
     if (barHidden(layout, screens)) {
         touch.pressedKey = kNoKey;  // whatever lies under the finger was not to be seen
-        screens.barShown = 1;
+        screens.barShown = true;
         host.invalidateAll();
     } else if (touch.pressedKey != kNoKey && hitTest(layout.keys, point) == touch.pressedKey) {
         runKey(keyAt(layout, touch.pressedKey), view, host);
     } else if (touch.pressedKey == layout.progressKey) {
         host.act(Action::Seek, 0);
     }
-    if (touch.restartPosition != 0) {
+    if (touch.restartPosition) {
         host.startTimer(ScreenTimer::Position);
     }
     if (layout.hidesBar) {

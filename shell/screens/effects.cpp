@@ -1,30 +1,26 @@
 #include "shell/screens/effects.h"
 
-#include <windows.h>
+#include <algorithm>
 
 #include "app/app_state.h"
+#include "app/timers.h"
 #include "platform/board.h"
+#include "platform/program.h"
+#include "platform/window.h"
 #include "player/player.h"
-#include "shell/screens/screens.h"
-#include "shell/shell.h"
+#include "shell/peers/peers.h"
+#include "shell/screens/file_list.h"
+#include "shell/screens/refresh.h"
+#include "shell/screens/screen_mode.h"
 
-namespace ui {
+namespace screens {
 namespace {
 
-constexpr wchar_t kConnectModeRefusal[] =
-    L"\r\nTandema 재생모드\r\n현재 상태에서는 동작하지 않습니다.";
+using ui::Action;
 
-void startPopup() {
-    constexpr wchar_t kPopup[] = L"\\ResidentFlash\\apps\\Popup.exe";
-    STARTUPINFOW start{};
-    start.cb = sizeof(start);
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(kPopup, nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                       &process) != 0) {
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-    }
-}
+constexpr char16_t kConnectModeRefusal[] =
+    u"\r\nTandema 재생모드\r\n현재 상태에서는 동작하지 않습니다.";
+constexpr char16_t kPopup[] = u"\\ResidentFlash\\apps\\Popup.exe";
 
 void closePlayer() {
     shell::writeScreenExit();
@@ -32,75 +28,74 @@ void closePlayer() {
 }
 
 void hideBar() {
-    KillTimer(appState.mainWindow, shell::kBarTimer);
-    appState.screens.barShown = 0;
-    shell::setScreenMode(kSlideBanner);
+    app::stopTimer(app::kBarTimer);
+    appState.screens.barShown = false;
+    setScreenMode(kSlideBanner);
+}
+
+void stepVolume(void (*step)()) {
+    step();
+    refreshVolume();
+}
+
+void seek() {
+    if (appState.persisted.playState != settings::kStopped && appState.persisted.endTime != 0) {
+        Player::seekTo(appState.screens.displayedPosition);
+    }
 }
 
 // A tap brings the slide screen back to the bar; the picture of the half-width screen leads to the
 // full width when there is one.
 void showFullWidth() {
     if (appState.screenMode == kSlideBanner || appState.persisted.playState != settings::kStopped) {
-        shell::setScreenMode(kFullWidth);
+        setScreenMode(kFullWidth);
     }
 }
 
-void actOnList(Action action, std::int32_t row, Effects& effects) {
-    switch (action) {
-        case Action::GoToParent:
-            return goToParent();
-        case Action::LeaveList:
-            return leaveListScreen();
-        case Action::PageUp:
-            return effects.setListPage(appState.browsePage - 1);
-        case Action::PageDown:
-            return effects.setListPage(appState.browsePage + 1);
-        case Action::DeleteRow:
-            return deleteRow(row);
-        case Action::OpenRow:
-            return openRow(row);
-        default:
-            return;
-    }
+app::Timer timerOf(ui::ScreenTimer timer) {
+    return timer == ui::ScreenTimer::Bar ? app::kBarTimer : app::kPositionTimer;
 }
 
 }  // namespace
 
-void Effects::invalidate(const Rect& area) {
-    const RECT rectangle = {area.left, area.top, area.right, area.bottom};
-    if (!isEmpty(area)) {
-        InvalidateRect(appState.mainWindow, &rectangle, FALSE);
+int showBox(const char16_t* text, std::uint32_t style) {
+    forgetTouch();
+    return platform::showMessageBox(appState.mainWindow, text, u"", style, 1);
+}
+
+void Effects::invalidate(const ui::Rect& area) {
+    if (!ui::isEmpty(area)) {
+        platform::invalidate(appState.mainWindow, area);
     }
 }
 
 void Effects::invalidateAll() {
-    InvalidateRect(appState.mainWindow, nullptr, FALSE);
+    platform::invalidate(appState.mainWindow);
 }
 
 void Effects::update() {
-    UpdateWindow(appState.mainWindow);
+    platform::updateWindow(appState.mainWindow);
 }
 
 void Effects::capturePointer() {
-    SetCapture(appState.mainWindow);
+    platform::capturePointer(appState.mainWindow);
 }
 
 void Effects::releasePointer() {
-    ReleaseCapture();
+    platform::releasePointer();
 }
 
-void Effects::startTimer(ScreenTimer timer) {
-    if (timer == ScreenTimer::Bar && appState.screenMode == kFullWidth) {
-        SetTimer(appState.mainWindow, shell::kBarTimer, shell::kBarPeriod, nullptr);
-    } else if (timer == ScreenTimer::Position &&
-               appState.persisted.playState != settings::kStopped) {
-        SetTimer(appState.mainWindow, shell::kPositionTimer, shell::kPositionPeriod, nullptr);
+void Effects::startTimer(ui::ScreenTimer timer) {
+    const bool wanted = timer == ui::ScreenTimer::Bar
+                            ? appState.screenMode == kFullWidth
+                            : appState.persisted.playState != settings::kStopped;
+    if (wanted) {
+        app::startTimer(timerOf(timer));
     }
 }
 
-void Effects::stopTimer(ScreenTimer timer) {
-    KillTimer(appState.mainWindow,
-              timer == ScreenTimer::Bar ? shell::kBarTimer : shell::kPositionTimer);
+void Effects::stopTimer(ui::ScreenTimer timer) {
+    app::stopTimer(timerOf(timer));
 }
 
 void Effects::click() {
@@ -110,8 +105,12 @@ void Effects::click() {
 
 void Effects::act(Action action, std::int32_t row) {
     switch (action) {
+        case Action::None:
+        case Action::Scroll:  // the page follows the finger
+            return;
         case Action::Refuse:
-            return shell::showNotice(kConnectModeRefusal);
+            showBox(kConnectModeRefusal, platform::kOneButton);
+            return;
         case Action::GoHome:
             shell::postToProcessManager(shell::kGoHome, 0);
             return;
@@ -122,38 +121,42 @@ void Effects::act(Action action, std::int32_t row) {
             return closePlayer();
         case Action::PreviousFile:
             return Player::OnPrev();
-        case Action::NextFile:
-            return Player::OnNext();
         case Action::PlayPause:
             return shell::postRemoteKey(shell::kRemotePlay);
         case Action::Stop:
             return Player::stopPlayback();
+        case Action::NextFile:
+            return Player::OnNext();
         case Action::ShowList:
-            return shell::setScreenMode(kFileList);
+            return setScreenMode(kFileList);
         case Action::VolumeDown:
-            Player::volumeDown();
-            return refreshVolume();
-        case Action::VolumeUp:
-            Player::volumeUp();
-            return refreshVolume();
+            return stepVolume(Player::volumeDown);
         case Action::ToggleMute:
             return Player::toggleMute();
+        case Action::VolumeUp:
+            return stepVolume(Player::volumeUp);
         case Action::Seek:
-            if (appState.persisted.playState != settings::kStopped &&
-                appState.persisted.endTime != 0) {
-                Player::seekTo(appState.screens.displayedPosition);
-            }
-            return;
+            return seek();
         case Action::SwitchCamera:
             return Player::switchCamera();
         case Action::HideBar:
             return hideBar();
         case Action::StartPopup:
-            return startPopup();
+            return platform::startProgram(kPopup);
         case Action::ShowFullWidth:
             return showFullWidth();
-        default:
-            return actOnList(action, row, *this);
+        case Action::GoToParent:
+            return goToParent();
+        case Action::LeaveList:
+            return leaveListScreen();
+        case Action::PageUp:
+            return setListPage(appState.browsePage - 1);
+        case Action::PageDown:
+            return setListPage(appState.browsePage + 1);
+        case Action::DeleteRow:
+            return deleteRow(row);
+        case Action::OpenRow:
+            return openRow(row);
     }
 }
 
@@ -172,9 +175,9 @@ void Effects::setListPage(std::int32_t page) {
 }
 
 void Effects::showBanner() {
-    appState.screens.bannerShown = 1;
-    SetTimer(appState.mainWindow, shell::kBannerTimer, shell::kBannerPeriod, nullptr);
+    appState.screens.bannerShown = true;
+    app::startTimer(app::kBannerTimer);
     refreshVolume();
 }
 
-}  // namespace ui
+}  // namespace screens

@@ -1,19 +1,20 @@
-// The file list as the player's record has it: entering, folders, choosing and deleting.
-#include <windows.h>
+#include "shell/screens/file_list.h"
+
+#include <algorithm>
 
 #include "app/app_state.h"
 #include "player/player.h"
-#include "shell/screens/effects.h"
-#include "shell/screens/screens.h"
-#include "shell/shell.h"
+#include "shell/peers/peers.h"
+#include "shell/screens/refresh.h"
+#include "shell/screens/screen_mode.h"
 
-namespace ui {
+namespace screens {
 namespace {
 
 void showPageOfPlayed() {
     if (catalogue::browsesPlayFolder(appState) && appState.playIndex < appState.browseFileCount) {
         appState.browsePage =
-            (appState.browseFolderCount + std::max(appState.playIndex, 0)) / kListRows;
+            (appState.browseFolderCount + std::max(appState.playIndex, 0)) / ui::kListRows;
     }
 }
 
@@ -37,8 +38,8 @@ void chooseFile(std::int32_t index) {
 // What is played is found again at once; otherwise the list is as it was left.
 void enterFileList() {
     const bool showsPlayed =
-        appState.screens.listShown == 0 || appState.persisted.playState != settings::kStopped;
-    appState.screens.listShown = 1;
+        !appState.screens.listShown || appState.persisted.playState != settings::kStopped;
+    appState.screens.listShown = true;
     if (showsPlayed) {
         catalogue::ListBrowseFolder(appState, appState.playFolderPath);
         appState.browsePage = 0;
@@ -66,12 +67,12 @@ void leaveListScreen() {
     if (appState.previousScreenMode == kHalfWidth) {
         shell::postToProcessManager(shell::kGoNavigation, 0);
     } else {
-        shell::setScreenMode(appState.previousScreenMode);
+        setScreenMode(appState.previousScreenMode);
     }
 }
 
 void openRow(std::int32_t row) {
-    const std::int32_t entry = appState.browsePage * kListRows + row;
+    const std::int32_t entry = appState.browsePage * ui::kListRows + row;
     const std::int32_t file = entry - appState.browseFolderCount;
     if (entry < appState.browseFolderCount) {
         catalogue::EnterBrowseFolder(appState, entry);
@@ -82,7 +83,8 @@ void openRow(std::int32_t row) {
 }
 
 void deleteRow(std::int32_t row) {
-    Player::DeleteBrowseFile(appState.browsePage * kListRows - appState.browseFolderCount + row);
+    Player::DeleteBrowseFile(appState.browsePage * ui::kListRows - appState.browseFolderCount +
+                             row);
 }
 
-}  // namespace ui
+}  // namespace screens

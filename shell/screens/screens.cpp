@@ -3,16 +3,21 @@
 
 #include "app/app_state.h"
 #include "shell/screens/effects.h"
+#include "shell/screens/file_list.h"
+#include "shell/screens/list_rows.h"
+#include "shell/screens/refresh.h"
 #include "shell/screens/state_view.h"
-#include "shell/shell.h"
 #include "ui/bitmap_sets.h"
-#include "ui/gdi_canvas.h"
 #include "ui/paint.h"
+#include "ui/window_painter.h"
 
-namespace ui {
+namespace screens {
 namespace {
 
-bool hasScreen(int mode) {
+using ui::ScreenState;
+using ui::SkinSet;
+
+bool hasScreen(std::int32_t mode) {
     return mode >= kFullWidth && mode <= kSlideBanner;
 }
 
@@ -22,117 +27,113 @@ static_assert(static_cast<int>(SkinSet::HalfWidth) == kHalfWidth);
 static_assert(static_cast<int>(SkinSet::FileList) == kFileList);
 static_assert(static_cast<int>(SkinSet::Slide) == kSlideBanner);
 
+void paint(ui::Canvas& canvas, const ui::Rect& damaged) {
+    switch (static_cast<ScreenMode>(appState.screenMode)) {
+        case kFullWidth:
+            return ui::paintFullWidth(canvas, playerView(), damaged);
+        case kHalfWidth:
+            return ui::paintHalfWidth(canvas, playerView(), damaged);
+        case kFileList:
+            return ui::paintFileList(canvas, listView(), damaged);
+        case kSlideBanner:
+            return ui::paintSlide(canvas, playerView(), damaged);
+        case kHidden:
+            return;
+    }
+}
+
 }  // namespace
 
-void loadScreen(int mode) {
+void loadScreen(std::int32_t mode) {
     if (!hasScreen(mode)) {
         return;
     }
-    loadSet(static_cast<SkinSet>(mode), appState.screens, appState.mainWindow);
+    ui::loadSet(static_cast<SkinSet>(mode), appState.screens, appState.mainWindow);
     if (mode == appState.screenMode) {
         refreshScreen();
     }
 }
 
-bool isScreenLoaded(int mode) {
-    return hasScreen(mode) && isSetLoaded(static_cast<SkinSet>(mode), appState.screens);
+bool isScreenLoaded(std::int32_t mode) {
+    return hasScreen(mode) && ui::isSetLoaded(static_cast<SkinSet>(mode), appState.screens);
 }
 
-void unloadScreen(int mode) {
+void unloadScreen(std::int32_t mode) {
     if (hasScreen(mode)) {
-        unloadSet(static_cast<SkinSet>(mode), appState.screens);
+        ui::unloadSet(static_cast<SkinSet>(mode), appState.screens);
     }
 }
 
-void paintScreen(HDC target, HDC source, RECT& damaged) {
-    const std::int32_t width = appState.screenMode == kHalfWidth ? kScreenWidth / 2 : kScreenWidth;
-    const Rect area = intersection({damaged.left, damaged.top, damaged.right, damaged.bottom},
-                                   {0, 0, width, kScreenHeight});
-    damaged = {area.left, area.top, area.right, area.bottom};
-    if (isEmpty(area)) {
-        return;
-    }
-    ScreenState& screens = appState.screens;
-    GdiCanvas canvas(target, source, screens, appState.fonts, area);
-    if (appState.screenMode == kFileList) {
-        paintFileList(canvas, listView(), area);
-        return;
-    }
-    const PlayerView view = playerView();
-    switch (appState.screenMode) {
-        case kHalfWidth:
-            paintHalfWidth(canvas, view, area);
-            break;
-        case kSlideBanner:
-            paintSlide(canvas, view, area);
-            break;
-        default:
-            paintFullWidth(canvas, view, area);
-            break;
-    }
+void paintWindow() {
+    const std::int32_t width =
+        appState.screenMode == kHalfWidth ? ui::kScreenWidth / 2 : ui::kScreenWidth;
+    ui::paintWindow(appState.mainWindow, appState.screens, appState.fonts,
+                    {0, 0, width, ui::kScreenHeight},
+                    hasScreen(appState.screenMode) ? paint : nullptr);
 }
 
-void mouseDown(int x, int y) {
+void mouseDown(std::int32_t x, std::int32_t y) {
     Effects effects;
     ScreenState& screens = appState.screens;
-    switch (appState.screenMode) {
+    switch (static_cast<ScreenMode>(appState.screenMode)) {
         case kFullWidth:
         case kHalfWidth:
-            return pressPlayer(layoutOf(appState.screenMode), playerView(), screens, effects,
-                               {x, y});
+            return ui::pressPlayer(layoutOf(appState.screenMode), playerView(), screens, effects,
+                                   {x, y});
         case kFileList:
             fillRows(appState, screens.rows);
-            return pressList(screens, effects, {x, y});
+            return ui::pressList(screens, effects, {x, y});
         case kSlideBanner:
-            return pressSlide(screens, effects, {x, y});
-        default:
+            return ui::pressSlide(screens, effects, {x, y});
+        case kHidden:
             return;
     }
 }
 
-void mouseMove(int x, int y) {
+void mouseMove(std::int32_t x, std::int32_t y) {
     Effects effects;
     ScreenState& screens = appState.screens;
-    if (screens.touch.held == 0) {
+    if (!screens.touch.held) {
         return;
     }
-    switch (appState.screenMode) {
+    switch (static_cast<ScreenMode>(appState.screenMode)) {
         case kFullWidth:
         case kHalfWidth:
-            return movePlayer(layoutOf(appState.screenMode), playerView(), screens, effects,
-                              {x, y});
+            return ui::movePlayer(layoutOf(appState.screenMode), playerView(), screens, effects,
+                                  {x, y});
         case kFileList:
-            return moveList(screens, effects, {x, y}, appState.browsePageCount, hasParentFolder());
+            return ui::moveList(screens, effects, {x, y}, appState.browsePageCount,
+                                hasParentFolder());
         case kSlideBanner:
-            return moveSlide(screens, effects, {x, y});
-        default:
+            return ui::moveSlide(screens, effects, {x, y});
+        case kHidden:
             return;
     }
 }
 
-void mouseUp(int x, int y) {
+void mouseUp(std::int32_t x, std::int32_t y) {
     Effects effects;
     ScreenState& screens = appState.screens;
-    switch (appState.screenMode) {
+    switch (static_cast<ScreenMode>(appState.screenMode)) {
         case kFullWidth:
         case kHalfWidth:
-            return releasePlayer(layoutOf(appState.screenMode), playerView(), screens, effects,
-                                 {x, y});
+            return ui::releasePlayer(layoutOf(appState.screenMode), playerView(), screens, effects,
+                                     {x, y});
         case kFileList:
-            return releaseList(screens, effects, {x, y});
+            return ui::releaseList(screens, effects, {x, y});
         case kSlideBanner:
-            return releaseSlide(screens, effects, {x, y});
-        default:
+            return ui::releaseSlide(screens, effects, {x, y});
+        case kHidden:
             return;
     }
 }
 
-void enterScreen(int mode) {
+void enterScreen(std::int32_t mode) {
     forgetTouch();
     appState.screens.displayedPosition = appState.persisted.position;
     appState.screens.displayedDuration = appState.persisted.endTime;
     if (mode == kFullWidth) {
-        appState.screens.barShown = 1;
+        appState.screens.barShown = true;
     } else if (mode == kFileList) {
         enterFileList();
     }
@@ -147,27 +148,11 @@ void leaveFileList() {
     forgetTouch();
 }
 
-RECT videoRectangle(int mode) {
+ui::Rect videoRectangle(std::int32_t mode) {
     if (mode == kFileList || !hasScreen(mode)) {
         return {0, 0, 0, 0};
     }
-    const Rect& video = layoutOf(mode).video;
-    return {video.left, video.top, video.right, video.bottom};
+    return layoutOf(mode).video;
 }
 
-void forgetTouch() {
-    const Touch touch = appState.screens.touch;
-    appState.screens.touch = {};
-    if (touch.held == 0) {
-        return;
-    }
-    Effects effects;
-    effects.releasePointer();
-    if (touch.restartPosition != 0) {
-        effects.startTimer(ScreenTimer::Position);
-    }
-    effects.startTimer(ScreenTimer::Bar);
-    refreshScreen();
-}
-
-}  // namespace ui
+}  // namespace screens

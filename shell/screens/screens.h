@@ -1,60 +1,35 @@
-// The four screens as the shell sees them: what is loaded, drawn, touched and timed in the screen
+// The four screens as the shell sees them: what is loaded, drawn, touched and entered in the screen
 // mode that is showing (0 full width, 1 half width, 2 file list, 3 slide banner). Modes without a
 // screen do nothing. Window thread only.
 #pragma once
 
-#include <windows.h>
+#include <cstdint>
 
-namespace ui {
+#include "ui/canvas.h"
+
+namespace screens {
 
 // Loads or unloads the bitmap set of a mode: 0 set A, 1 set B, 2 set C, 3 set D. A file that is
 // missing leaves its slot empty, and what is drawn from it is left out.
-void loadScreen(int mode);
-void unloadScreen(int mode);
+void loadScreen(std::int32_t mode);
+void unloadScreen(std::int32_t mode);
 // Whether any bitmap of the mode's set is loaded; false for a mode without a screen.
-[[nodiscard]] bool isScreenLoaded(int mode);
+[[nodiscard]] bool isScreenLoaded(std::int32_t mode);
 
-// Draws the current screen into `target`, an 800 x 480 back buffer, with `source` to select its
-// bitmaps into. Only what meets `damaged` needs to be drawn; the screen may narrow it.
-void paintScreen(HDC target, HDC source, RECT& damaged);
+// Draws what is damaged of the current screen into the main window.
+void paintWindow();
 
 // Touches in client pixels of the main window.
-void mouseDown(int x, int y);
-void mouseMove(int x, int y);
-void mouseUp(int x, int y);
-
-// Every timer of the main window, after the shell's own step. The file list and the hidden player
-// follow none: what waits for a timer waits until another screen is entered.
-void screenTimer(UINT_PTR id);
-bool followsTimers(int mode);
+void mouseDown(std::int32_t x, std::int32_t y);
+void mouseMove(std::int32_t x, std::int32_t y);
+void mouseUp(std::int32_t x, std::int32_t y);
 
 // Called when setScreenMode enters a mode (after the window was placed, before the refresh) and
 // leaves the file list.
-void enterScreen(int mode);
+void enterScreen(std::int32_t mode);
 void leaveFileList();
 
-// Screen 3's handlers of WM_ACTIVATE and of the system-wide broadcast.
-LRESULT slideActivated(WPARAM wParam, LPARAM lParam);
-LRESULT slideBroadcast(WPARAM wParam, LPARAM lParam);
-
-// The banner of screen 3 has ended: carries the pending key action out and leaves the screen.
-void slideBannerEnded();
-
 // Where the picture is shown in a mode, in client pixels of the main window.
-RECT videoRectangle(int mode);
+[[nodiscard]] ui::Rect videoRectangle(std::int32_t mode);
 
-// Marks what has to be drawn anew: everything, the volume bar and mute key, or the file list with
-// its rows.
-void refreshScreen();
-void refreshVolume();
-// What the cover says about the sound, while the car drives.
-void refreshSoundSentence();
-void refreshFileList();
-
-// Playback has stopped: nothing is shown as played, the position display stands at 0.
-void clearProgress();
-
-// A message loop of its own (a message box) may have swallowed the release of a touch: forgets it.
-void forgetTouch();
-
-}  // namespace ui
+}  // namespace screens

@@ -1,19 +1,23 @@
 #include "shell/screens/state_view.h"
 
-#include <windows.h>
-
 #include "app/app_state.h"
+#include "platform/clock.h"
 #include "player/player.h"
-#include "shell/screens/effects.h"
+#include "shell/screens/file_list.h"
+#include "shell/screens/list_rows.h"
 #include "ui/bitmap_sets.h"
 
-namespace ui {
+namespace screens {
+namespace {
 
-PlayerView playerView() {
+static_assert(ui::kLoudestVolume == settings::kLoudestVolume);
+
+}  // namespace
+
+ui::PlayerView playerView() {
     const settings::PersistedState& persisted = appState.persisted;
-    const ScreenState& screens = appState.screens;
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
+    const ui::ScreenState& screens = appState.screens;
+    const platform::LocalTime now = platform::localTime();
     return {
         .connectMode = appState.connectMode == 1,
         .playing = persisted.playState != settings::kStopped,
@@ -21,24 +25,24 @@ PlayerView playerView() {
         .muted = appState.muted == 1,
         .audible = persisted.playState == settings::kPlaying && appState.muted != 1 &&
                    appState.audioSuppressed == 0 && persisted.volume > 0,
-        .videoArea = appState.videoArea == 1,
+        .videoArea = appState.videoArea,
         .drivingBlock = appState.drivingBlock == 1,
-        .barShown = screens.barShown != 0,
-        .bannerShown = screens.bannerShown != 0,
+        .barShown = screens.barShown,
+        .bannerShown = screens.bannerShown,
         .volume = persisted.volume,
         .camera = appState.connectMode == 1 ? Player::cameraOfCurrentFile() : -1,
         .pressedKey = screens.touch.pressedKey,
-        .knob = bitmapSize(screens, layoutOf(appState.screenMode).knob),
+        .knob = ui::bitmapSize(screens, layoutOf(appState.screenMode).knob),
         .displayedPosition = screens.displayedPosition,
         .duration = persisted.endTime,
-        .hour = now.wHour,
-        .minute = now.wMinute,
+        .hour = now.hour,
+        .minute = now.minute,
         .fileName = catalogue::lastComponent(persisted.file),
     };
 }
 
-ListView listView() {
-    ListRows& table = appState.screens.rows;
+ui::ListView listView() {
+    ui::ListRows& table = appState.screens.rows;
     fillRows(appState, table);
     return {
         .table = &table,
@@ -46,13 +50,17 @@ ListView listView() {
         .page = appState.browsePage,
         .pageCount = appState.browsePageCount,
         .pressedKey = appState.screens.touch.pressedKey,
-        .goingUp = appState.screens.touch.goingUp != 0,
+        .goingUp = appState.screens.touch.goingUp,
         .hasParent = hasParentFolder(),
     };
 }
 
-const PlayerLayout& layoutOf(int mode) {
-    return mode == kHalfWidth ? kHalfLayout : kFullLayout;
+const ui::PlayerLayout& layoutOf(std::int32_t mode) {
+    return mode == kHalfWidth ? ui::kHalfLayout : ui::kFullLayout;
 }
 
-}  // namespace ui
+bool isPlaybackScreen() {
+    return appState.screenMode == kFullWidth || appState.screenMode == kHalfWidth;
+}
+
+}  // namespace screens

@@ -10,6 +10,7 @@
 
 #include "picture.h"
 #include "scene.h"
+#include "shell/screens/list_rows.h"
 
 namespace {
 
@@ -156,7 +157,7 @@ void pageAndPaint(catalogue::CatalogueFields& fields, const ui_test::Stage& stag
                   std::int32_t y) {
     Scene scene{.name = "", .screen = Screen::List, .view = {}};
     fields.browsePage = ui::pageFromTouch(y, fields.browsePageCount);
-    ui::fillRows(fields, scene.rows);
+    screens::fillRows(fields, scene.rows);
     scene.list = {nullptr, u"\\SDMMCDisk", fields.browsePage, fields.browsePageCount, 4, false};
     stage.paint(scene, target, {0, 0, 800, 480});
 }

@@ -39,7 +39,8 @@ protected:
     }
 
     int build(const wchar_t* name) {
-        return control_.CreateFilterForPlaying(clip(name).c_str(), 0, 0, 800, 480, window_);
+        return control_.CreateFilterForPlaying(platform::utf16(clip(name).c_str()), 0, 0, 800, 480,
+                                               window_);
     }
 
     // What the control prints while taking the graph apart.

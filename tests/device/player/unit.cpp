@@ -7,12 +7,16 @@
 #include "player/player.h"
 #include "settings/persisted_state.h"
 #include "shell/message_table.h"
-#include "shell/registered_messages.h"
+#include "ui/rect.h"
 
 namespace test {
 namespace {
 
 constexpr wchar_t kClass[] = L"Video";
+
+LRESULT CALLBACK handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return shell::dispatchMessage(window, message, wParam, lParam);
+}
 
 void makeFolders(const std::wstring& path) {
     for (std::size_t at = path.find(L'\\'); at != std::wstring::npos;
@@ -25,14 +29,15 @@ void makeFolders(const std::wstring& path) {
 
 void openPlayerWindow() {
     WNDCLASSW windowClass{};
-    windowClass.lpfnWndProc = shell::dispatchMessage;
+    windowClass.lpfnWndProc = handle;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = kClass;
     RegisterClassW(&windowClass);
     appState.hInstance = windowClass.hInstance;
     makeFolders(L"ResidentFlash2\\Data\\");
-    CreateWindowExW(0, kClass, kClass, platform::kMainWindowStyle | WS_VISIBLE, 0, 0, kScreenWidth,
-                    kScreenHeight, nullptr, nullptr, appState.hInstance, nullptr);
+    CreateWindowExW(0, kClass, kClass, platform::kMainWindowStyle | WS_VISIBLE, 0, 0,
+                    ui::kScreenWidth, ui::kScreenHeight, nullptr, nullptr, appState.hInstance,
+                    nullptr);
     ASSERT_NE(appState.mainWindow, nullptr);
 }
 
@@ -71,10 +76,7 @@ void PlayerUnit::startInFolder(std::int32_t fileIndex) {
 }
 
 void PlayerUnit::command(WPARAM wParam, LPARAM lParam) {
-    PostMessageW(
-        appState.mainWindow,
-        RegisterWindowMessageW(platform::wide(shell::kRegisteredMessages[shell::kCommandRow])),
-        wParam, lParam);
+    PostMessageW(appState.mainWindow, appState.commandMessage, wParam, lParam);
     handleMessages();
 }
 

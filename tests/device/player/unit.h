@@ -3,12 +3,15 @@
 // initialises playback anew.
 #pragma once
 
+#include <dshow.h>
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <string>
 
 #include "app/app_state.h"
+#include "graph/filter_control.h"
+#include "platform/com_ptr.h"
 #include "tests/device/graph/box_stub.h"
 
 namespace test {

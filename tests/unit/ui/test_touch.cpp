@@ -111,7 +111,7 @@ TEST(TouchFullWidth, TheFirstTouchOnAHiddenBarOnlyShowsIt) {
     for (const ui::Point point :
          {ui::Point{750, 450}, ui::Point{400, 380}, ui::Point{400, 450}, ui::Point{100, 400}}) {
         PlayerScreen screen(ui::kFullLayout);
-        screen.screens.barShown = 0;
+        screen.screens.barShown = false;
         EXPECT_EQ(screen.press(point), (Lines{"capture", "update"}));
         screen.move({500, point.y});
         EXPECT_EQ(screen.screens.displayedPosition, 100);
@@ -119,7 +119,7 @@ TEST(TouchFullWidth, TheFirstTouchOnAHiddenBarOnlyShowsIt) {
         EXPECT_EQ(lines[1], "invalidate all");
         EXPECT_EQ(lines[2], "stop bar");
         EXPECT_EQ(lines[3], "start bar");
-        EXPECT_EQ(screen.screens.barShown, 1);
+        EXPECT_TRUE(screen.screens.barShown);
     }
 }
 
@@ -226,7 +226,7 @@ TEST(TouchHalfWidth, EachKeysAction) {
 
 TEST(TouchHalfWidth, HasNoBarToHide) {
     PlayerScreen screen(ui::kHalfLayout);
-    screen.screens.barShown = 0;
+    screen.screens.barShown = false;
     EXPECT_EQ(screen.press({200, 450}), (Lines{"invalidate 160,420,239,480", "capture", "update"}));
     EXPECT_EQ(screen.release({200, 450}),
               (Lines{"release", "click", "act Stop", "invalidate 160,420,239,480", "update"}));
@@ -316,7 +316,7 @@ TEST(TouchList, AFingerThatLeavesItsRowToTheRightGoesToTheFolderAbove) {
     EXPECT_EQ(screen.host.lines, Lines{});
     ui::moveList(screen.screens, screen.host, {650, 90}, 1, true);
     EXPECT_EQ(screen.host.lines, (Lines{"invalidate 602,0,701,66", "invalidate 30,66,650,116"}));
-    EXPECT_EQ(screen.screens.touch.goingUp, 1);
+    EXPECT_TRUE(screen.screens.touch.goingUp);
     screen.host.lines.clear();
     ui::releaseList(screen.screens, screen.host, {650, 90});
     EXPECT_EQ(screen.host.lines, (Lines{"release", "invalidate 602,0,701,66", "click",
@@ -337,7 +337,7 @@ TEST(TouchList, TheWayUpNeedsAParentAStraightFingerAndARow) {
     struct Case {
         ui::Point from, to;
         bool hasParent;
-        std::int32_t goingUp;
+        bool goingUp;
     };
     constexpr Case kCases[] = {{{100, 440}, {700, 440}, true, 1}, {{100, 90}, {700, 151}, true, 0},
                                {{100, 90}, {700, 90}, false, 0},  {{615, 90}, {790, 90}, true, 0},

@@ -1,0 +1,20 @@
+#include "platform/program.h"
+
+#include <windows.h>
+
+#include "platform/wide.h"
+
+namespace platform {
+
+void startProgram(const char16_t* path) {
+    STARTUPINFOW start{};
+    start.cb = sizeof(start);
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(wide(path), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                       &process) != 0) {
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+}
+
+}  // namespace platform
