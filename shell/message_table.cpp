@@ -54,6 +54,10 @@ constexpr auto kRegisteredRows = std::to_array<RegisteredRow>({
 
 static_assert(kFixedRows.size() + kRegisteredRows.size() == 22);
 
+[[maybe_unused]] const bool registered = registerMessages();
+
+}  // namespace
+
 bool registerMessages() {
     appState.toProcessManagerMessage = platform::registerMessage(u"MSG_MovietoProcessManager");
     for (const RegisteredRow& row : kRegisteredRows) {
@@ -75,10 +79,6 @@ bool registerMessages() {
     }
     return true;
 }
-
-[[maybe_unused]] const bool registered = registerMessages();
-
-}  // namespace
 
 platform::Answer dispatchMessage(platform::Window window, std::uint32_t message,
                                  platform::WParam wParam, platform::LParam lParam) {

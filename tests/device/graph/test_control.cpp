@@ -1,6 +1,7 @@
 // Running the graph, the renderer's and the other settings, and the threads' priorities.
 #include <cmath>
 
+#include "graph/thread_priority.h"
 #include "tests/device/graph/graph_test.h"
 
 namespace {
@@ -148,8 +149,7 @@ TEST_F(Graph, OwnerWindowIsTakenAndStatusAnswered) {
     EXPECT_EQ(control_.SetOwnerWindow(window_), 1);
     EXPECT_EQ(control_.SetFilterOption(0), 0);
     EXPECT_EQ(control_.SetDemuxOption(1), S_OK);
-    const vendor::VideoOutput output = {{0, 0, 800, 480}, 0xFFFFFF, 1, 36, 1};
-    EXPECT_EQ(control_.PlaceOutput(output), 1);
+    EXPECT_EQ(control_.PlaceOutput({0, 0, 800, 480, true, kPlayerLayer, true}), 1);
 }
 
 DWORD priority(const wchar_t* name) {

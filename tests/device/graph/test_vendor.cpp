@@ -69,7 +69,7 @@ TEST_F(Vendor, RendererIsToldEverythingUnderEitherName) {
         control_.SetColourKey(0xF800F8);
         control_.SetChromakeySwitch(1);
         EXPECT_EQ(control_.SetModeFlag(1, 2, 300, 400), 1);
-        EXPECT_EQ(control_.PlaceOutput({{801, 481, 811, 491}, 0xFFFFFF, 0, 10, 0}), 1);
+        EXPECT_EQ(control_.PlaceOutput({801, 481, 10, 10, false, kBackLayer, false}), 1);
         control_.CurrentFrameResize();
         // The third value of the key is never passed on.
         EXPECT_EQ(renderer.calls, (Calls{"render 12", "key 1 2 1", "key 248 0 248", "key switch 1",
@@ -85,7 +85,7 @@ TEST_F(Vendor, RendererOfTheSecondNameAloneIsFound) {
     ASSERT_EQ(build(L"sound.mp4"), kGraphBuilt);
     EXPECT_FALSE(has("TCC Video Renderer"));
     EXPECT_TRUE(has("TCVideoRenderer"));
-    EXPECT_EQ(control_.PlaceOutput({{0, 0, 800, 480}, 0xFFFFFF, 1, 36, 1}), 1);
+    EXPECT_EQ(control_.PlaceOutput({0, 0, 800, 480, true, kPlayerLayer, true}), 1);
     EXPECT_EQ(control_.RunGraph(), 1);
 }
 

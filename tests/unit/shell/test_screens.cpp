@@ -1,0 +1,239 @@
+// What the keys of the screens set off, action by action, and the change of the screen mode.
+#include "shell/screens/effects.h"
+#include "shell/screens/screen_mode.h"
+#include "tests/unit/shell/shell_unit.h"
+
+namespace {
+
+using test::taken;
+using test::theGraph;
+using test::unit;
+using ui::Action;
+
+class Screens : public test::ShellUnit {
+protected:
+    static std::string act(Action action, std::int32_t row = 0) {
+        taken();
+        screens::Effects effects;
+        effects.act(action, row);
+        return taken();
+    }
+    static std::string mode(std::int32_t mode) {
+        taken();
+        screens::setScreenMode(mode);
+        return taken();
+    }
+};
+
+TEST_F(Screens, EveryActionOfThePlaybackScreens) {
+    play(3, 1);
+    struct Case {
+        Action action;
+        const char* lines;
+    };
+    const Case cases[] = {
+        {Action::None, "\n"},
+        {Action::Scroll, "\n"},
+        {Action::Refuse,
+         "\nbox 0,1 \\r\\nTandema 재생모드\\r\\n현재 상태에서는 동작하지 않습니다.\n"},
+        {Action::GoHome, "\npost Processmanager MSG_MovietoProcessManager 0,0\n"},
+        {Action::GoNavigation, "\npost Processmanager MSG_MovietoProcessManager 1,0\n"},
+        {Action::Close, "\npost Processmanager MSG_MovietoProcessManager 4,0\n"},
+        {Action::PlayPause, "\npost Video ZEL_BSP_WMUSER_IR_KEY 7,0\n"},
+        {Action::VolumeDown, "\ngraph volume 4\nredraw 360,437,549,467\nredraw 200,425,280,480\n"},
+        {Action::VolumeUp, "\ngraph volume 5\nredraw 360,437,549,467\nredraw 200,425,280,480\n"},
+        {Action::ToggleMute,
+         "\nbroadcast MSG_MovietoProcessManager 3,0\nredraw 360,437,549,467\n"
+         "redraw 200,425,280,480\n"},
+        {Action::StartPopup, "\nprogram \\ResidentFlash\\apps\\Popup.exe\n"},
+        {Action::SwitchCamera, "\n"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_LINES(act(c.action), c.lines) << static_cast<int>(c.action);
+    }
+}
+
+TEST_F(Screens, CloseLeavesItsMarkInTheSettings) {
+    act(Action::Close);
+    EXPECT_EQ(contents("ResidentFlash2/Data/Config.ini"),
+              "[TRIP]\nAppProgram=5\nAppProgramMode=5\nAppProgramModeTimer=5\n");
+}
+
+TEST_F(Screens, SkipsStopAndSeek) {
+    play(3, 1);
+    appState.screens.displayedPosition = 20;
+    EXPECT_LINES(act(Action::Seek), "\ngraph seek 20\n");
+    appState.persisted.endTime = 0;
+    EXPECT_EQ(act(Action::Seek), "");
+    EXPECT_TRUE(act(Action::Stop).starts_with("graph key 0x000000\n"));
+    appState.persisted.endTime = 60;
+    EXPECT_EQ(act(Action::Seek), "");
+    EXPECT_LINES(act(Action::NextFile), "\npost Video ZEL_BSP_WMUSER_IR_KEY 7,0\n");
+    EXPECT_EQ(appState.persisted.fileIndex, 2);
+    appState.lastSkipTick -= 1700;
+    EXPECT_LINES(act(Action::PreviousFile), "\npost Video ZEL_BSP_WMUSER_IR_KEY 7,0\n");
+    EXPECT_EQ(appState.persisted.fileIndex, 1);
+}
+
+TEST_F(Screens, ThePictureOfTheHalfWidthLeadsToTheFullWidthWhileOneIsShown) {
+    appState.screenMode = kHalfWidth;
+    EXPECT_EQ(act(Action::ShowFullWidth), "");
+    EXPECT_EQ(appState.screenMode, kHalfWidth);
+    appState.persisted.playState = settings::kPaused;
+    act(Action::ShowFullWidth);
+    EXPECT_EQ(appState.screenMode, kFullWidth);
+    appState.persisted.playState = settings::kStopped;
+    appState.screenMode = kSlideBanner;
+    act(Action::ShowFullWidth);
+    EXPECT_EQ(appState.screenMode, kFullWidth);
+}
+
+TEST_F(Screens, TheBoxForgetsTheTouch) {
+    appState.screens.touch.held = true;
+    EXPECT_TRUE(act(Action::Refuse).starts_with("release\ntimer 103 6000\nredraw\nbox "));
+    EXPECT_FALSE(appState.screens.touch.held);
+}
+
+class List : public Screens {
+protected:
+    void SetUp() override {
+        Screens::SetUp();
+        for (int i = 0; i < 12; ++i) {
+            put("SDMMCDisk/Record/" + std::to_string(10 + i) + ".avi", test::smallRecording());
+        }
+        makeFolder("SDMMCDisk/Record/sub");
+        unit().quietPrint = true;
+        appState.connectMode = 1;  // by name
+        catalogue::copyPath(appState.persisted.folder, test::kRecord);
+        catalogue::ListPlayFolder(appState, test::kRecord);
+        mode(kFileList);
+    }
+};
+
+TEST_F(List, PagesStayWithinTheList) {
+    EXPECT_EQ(appState.browsePageCount, 2);
+    EXPECT_EQ(act(Action::PageUp), "");
+    EXPECT_LINES(act(Action::PageDown), "\nredraw\n");
+    EXPECT_EQ(appState.browsePage, 1);
+    EXPECT_EQ(act(Action::PageDown), "");
+    EXPECT_LINES(act(Action::PageUp), "\nredraw\n");
+    EXPECT_EQ(appState.browsePage, 0);
+}
+
+TEST_F(List, AFolderIsEnteredAndLeft) {
+    EXPECT_LINES(act(Action::OpenRow, 0), "\nredraw\n");
+    EXPECT_EQ(test::shown(appState.browseFolderPath), R"(\SDMMCDisk\Record\sub)");
+    EXPECT_LINES(act(Action::GoToParent), "\nredraw\n");
+    EXPECT_EQ(test::shown(appState.browseFolderPath), R"(\SDMMCDisk\Record)");
+}
+
+TEST_F(List, AFileIsChosenAndStartedByThePlayKey) {
+    appState.persisted.position = 12;
+    EXPECT_LINES(act(Action::OpenRow, 3), "\npost Video ZEL_BSP_WMUSER_IR_KEY 7,0\nredraw\n");
+    EXPECT_EQ(appState.persisted.fileIndex, 2);
+    EXPECT_EQ(appState.persisted.position, 0);
+    // The selected one goes on where it was left.
+    appState.persisted.position = 12;
+    act(Action::OpenRow, 3);
+    EXPECT_EQ(appState.persisted.position, 12);
+}
+
+TEST_F(List, WhatPlaysIsShownInsteadOfStartedAgain) {
+    act(Action::OpenRow, 3);
+    handlePosted();
+    ASSERT_EQ(appState.persisted.playState, settings::kPlaying);
+    const std::string did = act(Action::OpenRow, 3);
+    EXPECT_EQ(did.find("graph destroy"), std::string::npos) << did;
+    EXPECT_EQ(appState.screenMode, kFullWidth);
+}
+
+TEST_F(List, RowsBehindTheListDoNothing) {
+    appState.browsePage = 1;
+    EXPECT_EQ(act(Action::OpenRow, 5), "");
+    EXPECT_EQ(act(Action::DeleteRow, 5), "");
+}
+
+TEST_F(List, TheBinAsks) {
+    unit().boxAnswer = 7;
+    EXPECT_LINES(act(Action::DeleteRow, 1), "\nbox 4,1 \\n\\n파일을 삭제 하시겠습니까?\n");
+    unit().boxAnswer = 6;
+    EXPECT_LINES(act(Action::DeleteRow, 1), "\nbox 4,1 \\n\\n파일을 삭제 하시겠습니까?\nredraw\n");
+    EXPECT_FALSE(exists("SDMMCDisk/Record/10.avi"));
+}
+
+TEST_F(List, LeavesToTheScreenThatItWasOpenedFrom) {
+    EXPECT_TRUE(act(Action::LeaveList).find("front\n") != std::string::npos);
+    EXPECT_EQ(appState.screenMode, kFullWidth);
+    mode(kHalfWidth);
+    mode(kFileList);
+    EXPECT_LINES(act(Action::LeaveList), "\npost Processmanager MSG_MovietoProcessManager 1,0\n");
+    EXPECT_EQ(appState.screenMode, kFileList);
+}
+
+TEST_F(Screens, EveryChangeOfTheModeInOrder) {
+    EXPECT_LINES(mode(kHalfWidth), R"(
+place 400,400,480
+redraw
+graph place 0,60 400x260 on layer 36
+update
+graph layer 10
+front
+show
+redraw
+)");
+    EXPECT_EQ(appState.previousScreenMode, kFullWidth);
+    EXPECT_LINES(mode(kSlideBanner), R"(
+place 0,800,480
+redraw
+graph place 0,0 800x480 on layer 36
+timer 102 3000
+graph layer 10
+front
+show
+redraw
+)");
+    EXPECT_TRUE(appState.screens.bannerShown);
+    EXPECT_LINES(mode(kFileList), R"(
+redraw
+graph place 0,0 0x0 off layer 10
+graph layer 10
+front
+show
+redraw
+)");
+    EXPECT_LINES(mode(kHidden), "\ngraph layer 12\nhide\n");
+    EXPECT_EQ(appState.previousScreenMode, kFileList);
+    EXPECT_EQ(appState.videoLayerState, 12);
+    EXPECT_EQ(mode(-1) + mode(5), "");
+    EXPECT_EQ(appState.screenMode, kHidden);
+}
+
+TEST_F(Screens, TheModeThatShowsIsEnteredOnceMore) {
+    EXPECT_LINES(mode(kFullWidth), R"(
+redraw
+graph place 0,0 800x480 on layer 36
+timer 103 6000
+graph layer 10
+front
+show
+redraw
+)");
+    EXPECT_EQ(appState.previousScreenMode, kFullWidth);
+}
+
+TEST_F(Screens, ThePictureIsPlacedWithinTheWindow) {
+    unit().clientWidth = 300;
+    taken();
+    screens::placeVideo(1);
+    EXPECT_LINES(taken(), "\ngraph place 0,0 300x480 on layer 36 repaint\n");
+    EXPECT_EQ(appState.outputRectangle, (platform::Rect{0, 0, 300, 480}));
+    appState.drivingBlock = 1;
+    screens::placeVideo(0);
+    EXPECT_LINES(taken(), "\ngraph place 0,480 100x100 off layer 10\n");
+    EXPECT_EQ(appState.outputRectangle, (platform::Rect{0, 0, 300, 480}));
+    appState.screenMode = kHidden;
+    screens::placeVideo(0);
+    EXPECT_EQ(taken(), "");
+}
+
+}  // namespace
