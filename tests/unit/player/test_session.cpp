@@ -55,7 +55,9 @@ TEST_F(Session, InitialisationGoesThroughAllSteps) {
     appState.browsePage = 4;
     start(state);
     EXPECT_LINES(taken(), std::string(kPrepared) + kReady);
-    EXPECT_EQ(file(), R"(\SDMMCDisk\Record\02.avi)");
+    catalogue::PathBuffer second;
+    ASSERT_EQ(appState.playListing.GetFilePath(1, second), 1);
+    EXPECT_EQ(file(), test::shown(second));
     EXPECT_EQ(appState.persisted.volume, 8);
     EXPECT_EQ(appState.persisted.position, 12);
     EXPECT_EQ(appState.fileCount, 3);

@@ -78,7 +78,7 @@ kill 105
 send Processmanager MSG_MovietoProcessManager 7,1
 )");
     EXPECT_EQ(contents("ResidentFlash2/Data/Config.ini"),
-              "[TRIP]\nAppProgram=2\nAppProgramMode=0\n");
+              "[TRIP]\r\nAppProgram=2\r\nAppProgramMode=0\r\n");
     EXPECT_EQ(appState.exitMessageTimed, 0);
 }
 
@@ -103,7 +103,7 @@ TEST_F(Commands, PreparationTellsWhichScreenWasShown) {
         appState.screenMode = c.mode;
         command(3, 3);
         EXPECT_EQ(contents("ResidentFlash2/Data/Config.ini"),
-                  std::string("[TRIP]\nAppProgram=2\nAppProgramMode=") + c.written + "\n");
+                  std::string("[TRIP]\r\nAppProgram=2\r\nAppProgramMode=") + c.written + "\r\n");
     }
 }
 

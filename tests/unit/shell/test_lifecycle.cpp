@@ -98,6 +98,7 @@ post Processmanager MSG_MovietoProcessManager 5,0
 }
 
 TEST_F(Lifecycle, AFileToBeResumedIsStartedByATickAfterTheFirstPaint) {
+    std::filesystem::remove(root_ / "SDMMCDisk/Record/02.avi");
     settings::PersistedState state;
     catalogue::copyPath(state.folder, test::kRecord);
     state.playState = settings::kPlaying;
@@ -182,14 +183,19 @@ TEST_F(Lifecycle, CloseDestroysWithoutSaving) {
 }
 
 TEST_F(Lifecycle, AnExitDuringTheNoticeOfTheStartEndsTheInitialisation) {
+    std::filesystem::remove_all(root_ / "SDMMCDisk/Record");
     settings::PersistedState state;
     catalogue::copyPath(state.folder, test::kRecord);
-    std::filesystem::remove(root_ / "SDMMCDisk/Record/01.avi");
-    put("SDMMCDisk/Record/01.avi/x");  // a folder of that name is no recording
-    std::filesystem::remove(root_ / "SDMMCDisk/Record/02.avi");
     settings::writePersistedState(state);
-    create();
-    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+    // The folder's only entry goes away while the list is made: a link that leads nowhere.
+    makeFolder("SDMMCDisk/Record");
+    std::filesystem::create_symlink("nowhere", root_ / "SDMMCDisk/Record/01.avi");
+    unit().whileBoxIsOpen = [] { send(u"MSG_ProcessManagertoMovie", 3, 2); };
+    const std::string did = create();
+    EXPECT_NE(did.find("box 0,1 \\n\\n재생 파일이 없습니다.\nleave COM\n"), std::string::npos)
+        << did;
+    EXPECT_EQ(did.find("values Orvi 1088 1,1"), std::string::npos) << did;
+    EXPECT_EQ(did.find("graph layer"), std::string::npos) << did;
 }
 
 }  // namespace

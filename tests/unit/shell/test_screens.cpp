@@ -56,7 +56,7 @@ TEST_F(Screens, EveryActionOfThePlaybackScreens) {
 TEST_F(Screens, CloseLeavesItsMarkInTheSettings) {
     act(Action::Close);
     EXPECT_EQ(contents("ResidentFlash2/Data/Config.ini"),
-              "[TRIP]\nAppProgram=5\nAppProgramMode=5\nAppProgramModeTimer=5\n");
+              "[TRIP]\r\nAppProgram=5\r\nAppProgramMode=5\r\nAppProgramModeTimer=5\r\n");
 }
 
 TEST_F(Screens, SkipsStopAndSeek) {

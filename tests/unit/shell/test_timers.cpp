@@ -19,7 +19,7 @@ TEST_F(Ticks, ThePositionIsReadAndShown) {
     play();
     showTime(0, 60);
     theGraph().position = 30;
-    EXPECT_LINES(tick(100), "\nredraw 202,391,419,409\nredraw 632,380,792,405\n");
+    EXPECT_LINES(tick(100), "\nredraw 202,391,419,409\nredraw 632,377,792,401\n");
     EXPECT_EQ(appState.persisted.position, 30);
     EXPECT_EQ(appState.screens.displayedPosition, 30);
     EXPECT_EQ(tick(100), "");
@@ -30,7 +30,7 @@ TEST_F(Ticks, ALengthThatGrowsIsPaintedApartFromTheTrack) {
     theGraph().position = 30;
     tick(100);
     appState.persisted.endTime = 61;
-    EXPECT_LINES(tick(100), "\nredraw 406,391,419,409\nupdate\nredraw 632,405,792,424\n");
+    EXPECT_LINES(tick(100), "\nredraw 202,391,627,409\nupdate\nredraw 632,401,792,425\n");
     EXPECT_EQ(appState.screens.displayedDuration, 61);
 }
 
