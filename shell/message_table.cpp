@@ -5,6 +5,7 @@
 #include <array>
 
 #include "app/app_state.h"
+#include "graph/filter_control.h"
 #include "shell/handlers.h"
 
 namespace shell {

@@ -8,6 +8,7 @@
 #include "platform/program.h"
 #include "platform/window.h"
 #include "player/player.h"
+#include "settings/persisted_state.h"
 #include "shell/peers/peers.h"
 #include "shell/screens/file_list.h"
 #include "shell/screens/refresh.h"

@@ -2,6 +2,7 @@
 
 #include "app/app_state.h"
 #include "app/timers.h"
+#include "graph/filter_control.h"
 #include "platform/window.h"
 #include "shell/screens/refresh.h"
 #include "shell/screens/screens.h"

@@ -3,6 +3,7 @@
 #include "app/app_state.h"
 #include "platform/clock.h"
 #include "player/player.h"
+#include "settings/persisted_state.h"
 #include "shell/screens/file_list.h"
 #include "shell/screens/list_rows.h"
 #include "ui/bitmap_sets.h"
