@@ -5,8 +5,8 @@
 
 namespace shell {
 
-// Fills AppState::messageTable and the fields that keep numbers. A static initialiser has done it before
-// the program's entry runs. Always true.
+// Fills AppState::messageTable and the fields that keep numbers. A static initialiser has done it
+// before the program's entry runs. Always true.
 bool registerMessages();
 
 // Hands the message to the first row of AppState::messageTable that names it, in table order, and

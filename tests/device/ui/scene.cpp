@@ -1,5 +1,7 @@
 #include "scene.h"
 
+#include "catalogue/folder_listing.h"
+
 namespace ui_test {
 
 Stage::Stage(const char16_t* skinFolder) : source_(CreateCompatibleDC(nullptr)) {

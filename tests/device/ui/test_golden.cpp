@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "catalogue/folder_listing.h"
 #include "picture.h"
 #include "scene.h"
 

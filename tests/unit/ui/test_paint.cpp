@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/text.h"
+#include "catalogue/folder_listing.h"
 #include "recorders.h"
 #include "ui/paint.h"
 #include "ui/title_text.h"
