@@ -1,6 +1,7 @@
 // The parts of the second look, one for each container.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 
@@ -16,8 +17,12 @@ struct Look {
 
     // Fills `out` from `offset`; false when the file does not hold it all.
     [[nodiscard]] bool read(std::uint64_t offset, std::span<std::uint8_t> out) {
-        std::size_t got = 0;
-        return file.readAside(offset, out, got) && got == out.size();
+        std::span<const std::uint8_t> bytes;
+        if (!file.viewAll(offset, out.size(), bytes)) {
+            return false;
+        }
+        std::copy(bytes.begin(), bytes.end(), out.begin());
+        return true;
     }
     // "cut off: 1.2 MB of 9.0 MB are there" when the file holds less than `declared` bytes.
     bool noteCut(std::uint64_t declared);

@@ -12,7 +12,7 @@ name=$(basename "$program")
 
 # One line for each entry: its words, a tab, its text.
 entries() {
-    "$program" "$@" --help | awk '
+    "$program" --help | awk '
         function flush() { if (key != "") print key "\t" text; key = text = "" }
         function add(more) { text = text (text == "" || more == "" ? "" : " ") more }
         /^  [^ ]/ {
@@ -25,7 +25,7 @@ entries() {
         { flush() }
         END { flush() }'
 }
-options() { entries "$@" | grep '^-' || true; }
+options() { entries | grep '^-' || true; }
 verbs() { entries | grep -v '^-' | grep -E '^[a-z]' || true; }
 
 # "-r,--recursive" or "--files-from FILE": the words that begin with a dash, one a line.

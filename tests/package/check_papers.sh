@@ -22,8 +22,8 @@ options=$("$probe" --help | sed -n 's/^  \(-[^ ]*\).*/\1/p' | tr ',' '\n' | sort
 expect "options in --help" yes "$([ "$(echo "$options" | wc -l)" -ge 13 ] && echo yes)"
 for option in $options; do
     expect "mediaprobe(1) has $option" 1 "$(echo "$page" | grep -cF -e " $option")"
-    expect "bash knows $option" 1 "$(grep -cE -e "[\" ]$option[\" ]" "$papers/mediaprobe.bash")"
-    expect "zsh knows $option" 1 "$(grep -cF -e "'$option[" "$papers/_mediaprobe")"
+    expect "bash knows $option" 1 "$(grep -cE -e "[\" ]${option}[\" ]" "$papers/mediaprobe.bash")"
+    expect "zsh knows $option" 1 "$(grep -cF -e "'${option}[" "$papers/_mediaprobe")"
 done
 text=$("$probe" --help | sed -n '/^  --json/,/^  --explain/p' | head -1 | sed 's/.*  //')
 expect "and what it says of --json" 1 "$(echo "$page" | grep -cF "$text")"
