@@ -77,9 +77,10 @@ struct AppState : catalogue::CatalogueFields {
     platform::Rect outputRectangle = {0, 0, ui::kScreenWidth, ui::kScreenHeight};  // client pixels
 
     std::uint8_t imageLoaded = 0;
-    std::uint8_t playLoaded = 1;     // no play request is unfinished
-    std::uint32_t playRequests = 0;  // counts requests and stops, to tell what was overtaken
-    bool loadRestOfSkin = false;     // the sets that are not showing are still to be loaded
+    std::uint8_t playLoaded = 1;       // no play request is unfinished
+    std::uint32_t playRequests = 1;    // counts requests and stops, to tell what was overtaken
+    std::uint32_t startedRequest = 0;  // whose graph runs or is paused
+    bool loadRestOfSkin = false;       // the sets that are not showing are still to be loaded
     std::int32_t keyLock = 0;
     std::uint32_t lastSkipTick = 0;  // milliseconds
 

@@ -9,7 +9,6 @@ target_compile_options(movie_warnings INTERFACE
 add_library(movie_code INTERFACE)
 target_link_libraries(movie_code INTERFACE movie_warnings)
 target_compile_options(movie_code INTERFACE -fno-exceptions -fno-rtti)
-target_include_directories(movie_code INTERFACE ${PROJECT_SOURCE_DIR})
 
 if(WIN32)
   target_compile_definitions(movie_code INTERFACE UNICODE _UNICODE)

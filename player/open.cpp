@@ -97,7 +97,11 @@ int openAndRun(const char16_t* path, const PictureShape& shape) {
     if (graph.RunGraph() == 0) {
         return 0;
     }
+    const std::uint32_t request = appState.playRequests;
     graph.SetAudioClock();
+    if (isOvertaken(request)) {
+        return 0;
+    }
     graph.StartPositionReporting();
     return 1;
 }

@@ -65,6 +65,7 @@ Outcome startFile() {
     const bool playing = openAndRun(appState.persisted.file, shape) == 1;
     if (!isOvertaken(request)) {
         if (playing) {
+            appState.startedRequest = request;
             followFile();
         } else {
             refuse();
@@ -110,17 +111,14 @@ Outcome resume() {
     return Outcome::Changed;
 }
 
+// A request that comes while another is still starting, or while its refusal is told, overtakes it:
+// the graph of a file that was refused is never paused or run.
 Outcome act() {
-    switch (appState.persisted.playState) {
-        case settings::kStopped:
-            return startSelected();
-        case settings::kPlaying:
-            return pause();
-        case settings::kPaused:
-            return resume();
-        default:
-            return Outcome::Failed;
+    if (appState.persisted.playState == settings::kStopped ||
+        isOvertaken(appState.startedRequest)) {
+        return startSelected();
     }
+    return appState.persisted.playState == settings::kPlaying ? pause() : resume();
 }
 
 // True when the request is far enough from the last one that was taken.

@@ -62,7 +62,11 @@ void checkStoredFile() {
         return;
     }
     if (persisted.file[0] != u'\0') {
+        const std::uint32_t request = appState.playRequests;
         host::showNotice(u"\n\n재생 파일이 없습니다.");
+        if (isOvertaken(request)) {
+            return;  // the record is that of the file that was started meanwhile
+        }
     }
     persisted.playState = settings::kStopped;
     persisted.position = 0;

@@ -309,6 +309,139 @@ TEST_F(Playback, SkippingAFileThatWasToBeResumedForgetsItsPosition) {
     EXPECT_EQ(appState.persisted.position, 12);
 }
 
+// --- requests that come while a message box is open ----------------------------------------------
+
+TEST_F(Playback, ThePlayKeyDuringARefusalNeverTouchesTheRefusedGraph) {
+    recordings(1);
+    unit().quietPrint = true;
+    theGraph().audioRenderer = false;
+    unit().whileBoxIsOpen = [] {
+        unit().whileBoxIsOpen = [] { Player::OnPlay(); };
+        Player::OnPlay();
+    };
+    Player::OnPlay();
+    const std::string lines = taken();
+    EXPECT_EQ(lines.find("graph pause"), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("graph run"), std::string::npos) << lines;
+    std::size_t builds = 0;  // each key takes the file up anew
+    for (std::size_t at = lines.find("graph build"); at != std::string::npos;
+         at = lines.find("graph build", at + 1)) {
+        ++builds;
+    }
+    EXPECT_EQ(builds, 3u) << lines;
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+    EXPECT_EQ(appState.playLoaded, 1);
+    EXPECT_FALSE(appState.filterControl.hasGraph());
+}
+
+TEST_F(Playback, AFileThatBecomesPlayableDuringItsRefusalPlays) {
+    recordings(1);
+    theGraph().audioRenderer = false;
+    unit().whileBoxIsOpen = [] {
+        theGraph().audioRenderer = true;
+        Player::OnPlay();
+        taken();
+    };
+    Player::OnPlay();
+    EXPECT_EQ(taken(), "");  // the refused request leaves the newer one alone
+    EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
+    Player::OnPlay();
+    EXPECT_LINES(taken(), "\ngraph pause\nhost refresh screen\n");
+}
+
+TEST_F(Playback, AStopDuringARefusalIsNotUndone) {
+    recordings(1);
+    theGraph().audioRenderer = false;
+    unit().whileBoxIsOpen = [] {
+        Player::stopPlayback();
+        taken();
+    };
+    Player::OnPlay();
+    EXPECT_LINES(taken(), R"(
+timer 104 1000
+print [TCMovieManager]Player::OnPlay\n
+host waiting 0
+)");
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+}
+
+constexpr char kSecondStarted[] = R"(
+host waiting 1
+graph build \SDMMCDisk\Record\01.avi 0,0 800x480 shape 4:3
+graph key 0x000000
+host refresh screen
+kill 100
+graph owner Video
+graph place 801,481 10x10 on layer 10
+graph stop
+graph delete filters
+graph destroy
+host clear progress
+host refresh screen
+host play key
+host waiting 1
+graph build \SDMMCDisk\Record\02.avi 0,0 800x480 shape 4:3
+graph owner Video
+graph key 0x000000
+host place video
+graph filter option 0
+graph key switch 1
+graph clear start options
+graph volume 5
+graph run
+graph audio clock
+graph report position
+timer 100 300
+host refresh screen
+timer 104 1000
+host waiting 0
+host refresh screen
+)";
+
+TEST_F(Playback, ANextWhileTheGraphIsBuiltLeavesTheOlderRequestNothing) {
+    recordings(2);
+    unit().quietPrint = true;
+    theGraph().whileBuilding = [] {
+        Player::OnNext();
+        Player::OnPlay();  // what the posted key does
+    };
+    Player::OnPlay();
+    EXPECT_LINES(taken(), kSecondStarted);
+    EXPECT_EQ(appState.persisted.fileIndex, 1);
+    EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
+}
+
+TEST_F(Playback, ANextWhileTheClockIsSetLeavesTheOlderRequestNothing) {
+    recordings(2);
+    unit().quietPrint = true;
+    theGraph().whileSettingClock = [] {
+        Player::OnNext();
+        Player::OnPlay();
+        taken();
+    };
+    Player::OnPlay();
+    EXPECT_EQ(taken(), "");
+    EXPECT_EQ(appState.persisted.fileIndex, 1);
+    EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
+}
+
+TEST_F(Playback, AStopWhileTheGraphIsBuiltIsNoRenderFailure) {
+    recordings(1);
+    theGraph().built = -1;
+    theGraph().renderResult = static_cast<std::int32_t>(0x80004005);
+    theGraph().whileBuilding = [] {
+        Player::stopPlayback();
+        taken();
+    };
+    Player::OnPlay();
+    EXPECT_LINES(taken(), R"(
+timer 104 1000
+print [TCMovieManager]Player::OnPlay\n
+host waiting 0
+)");
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+}
+
 TEST_F(Playback, PlayForgetsThatAResumeWasPending) {
     recordings(1);
     appState.resumePending = 1;

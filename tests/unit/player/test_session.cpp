@@ -102,6 +102,43 @@ TEST_F(Session, AFileThatIsGoneIsToldAndItsTimesForgotten) {
     EXPECT_EQ(file(), "");
 }
 
+TEST_F(Session, AFileThatIsStartedDuringTheNoticeKeepsPlaying) {
+    std::filesystem::remove_all(root_ / "SDMMCDisk/Record");
+    makeFolder("SDMMCDisk/Record");
+    std::filesystem::create_symlink("nowhere",
+                                    root_ / "SDMMCDisk/Record/01.avi");  // listed, not there
+    unit().whileBoxIsOpen = [this] {
+        std::filesystem::remove(root_ / "SDMMCDisk/Record/01.avi");
+        put("SDMMCDisk/Record/01.avi", test::smallRecording());
+        Player::OnPlay();
+    };
+    settings::PersistedState state = remembered();
+    state.playState = settings::kPlaying;
+    state.endTime = 50;
+    state.position = 12;
+    start(state);
+    EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
+    EXPECT_EQ(appState.persisted.position, 12);
+    EXPECT_EQ(appState.persisted.endTime, 60);
+    EXPECT_EQ(taken().find("graph pause"), std::string::npos);
+}
+
+TEST_F(Session, ANoticeForgetsTheTimes) {
+    std::filesystem::remove_all(root_ / "SDMMCDisk/Record");
+    makeFolder("SDMMCDisk/Record");
+    std::filesystem::create_symlink("nowhere", root_ / "SDMMCDisk/Record/01.avi");
+    settings::PersistedState state = remembered();
+    state.playState = settings::kPlaying;
+    state.endTime = 50;
+    state.position = 12;
+    start(state);
+    EXPECT_LINES(taken(),
+                 std::string(kPrepared) + "box 0,1 \\n\\n재생 파일이 없습니다.\n" + kReady);
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+    EXPECT_EQ(appState.persisted.position, 0);
+    EXPECT_EQ(appState.persisted.endTime, 0);
+}
+
 TEST_F(Session, DefaultsWithoutARecordOrWithAShortOne) {
     Player::initialisePlayback();
     EXPECT_LINES(taken(), std::string(kPrepared) + kReady);
