@@ -1,24 +1,34 @@
 #!/bin/sh
 # Prints the lines and branches that the native tests reach, by folder: tests/coverage.sh [FOLDER]...
-# With folders, the lines of them that are never reached as well. Needs gcovr.
+# With folders only what their own tests (tests/unit/FOLDER) reach of them, and the lines that are
+# never reached. Needs gcovr.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$root/out/build/coverage
 command -v gcovr >/dev/null || { echo "coverage: gcovr is missing" >&2; exit 2; }
 cd "$root"
 mkdir -p out
-{
-    cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS="--coverage -O0 -fno-inline" &&
-        cmake --build "$build" -j "$(nproc)"
-} >out/coverage.log 2>&1 || { tail -n 40 out/coverage.log >&2; exit 1; }
+: >out/coverage.log
+quietly() { "$@" >>out/coverage.log 2>&1 || { tail -n 40 out/coverage.log >&2; exit 1; }; }
+
+quietly cmake -S . -B "$build" -G "Unix Makefiles" -DCMAKE_BUILD_TYPE=None \
+    -DCMAKE_CXX_FLAGS="--coverage -O0 -fno-inline -fprofile-abs-path"
 find "$build" -name '*.gcda' -delete
-ctest --test-dir "$build" -j "$(nproc)" >>out/coverage.log 2>&1 ||
-    { tail -n 20 out/coverage.log >&2; exit 1; }
+[ $# -gt 0 ] || set -- .
+for folder; do
+    tests=$build/tests/unit/$folder
+    [ "$folder" != . ] || tests=$build
+    quietly make -C "$tests" -j "$(nproc)" all
+    quietly ctest --test-dir "$tests" -j "$(nproc)"
+done
+
 report() {
-    gcovr --root "$root" --object-directory "$build" --exclude tests/ --exclude-throw-branches \
-        --exclude-unreachable-branches --gcov-ignore-parse-errors "$@" "$build"
+    gcovr --root "$root" --exclude tests/ --exclude-throw-branches --exclude-unreachable-branches "$@" \
+        "$build" 2>>out/coverage.log
 }
-report --csv --output out/coverage.csv >>out/coverage.log 2>&1
+filters=
+[ "$1" = . ] || filters=$(printf -- "--filter $root/%s/ " "$@")
+report $filters --csv --output out/coverage.csv
 awk -F, '
     NR > 1 {
         split($1, part, "/")
@@ -32,6 +42,4 @@ awk -F, '
                 100 * reached[folder] / (lines[folder] ? lines[folder] : 1), branches[folder],
                 100 * taken[folder] / (branches[folder] ? branches[folder] : 1) | "sort"
     }' out/coverage.csv
-for folder; do
-    report --filter "$folder/" --txt 2>>out/coverage.log | awk '/%/ && $4 != "100%"'
-done
+[ "$1" = . ] || report $filters --txt | awk '/%/ && $4 != "100%" && $1 != "TOTAL"'
