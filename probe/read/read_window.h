@@ -98,7 +98,8 @@ private:
     std::size_t headLength_ = 0;
     std::uint64_t size_ = 0;
     bool sizeKnown_ = false;
-    std::uint64_t end_ = UINT64_MAX;  // no byte lies behind: the size, or where a read came up short
+    std::uint64_t end_ =
+        UINT64_MAX;  // no byte lies behind: the size, or where a read came up short
     ReadCounts counts_;
 };
 

@@ -1,43 +1,12 @@
 // Builders of the bit streams that AVI and MP4 samples carry.
+#include <algorithm>
+#include <array>
+
+#include "bit_writer.h"
 #include "build_riff.h"
 
 namespace probe_test {
 namespace {
-
-class BitWriter {
-public:
-    void bits(std::uint32_t value, unsigned count) {
-        for (unsigned i = count; i-- > 0;) {
-            bit((value >> i) & 1);
-        }
-    }
-    void golomb(std::uint32_t value) {
-        unsigned length = 0;
-        while (((value + 1) >> (length + 1)) != 0) {
-            ++length;
-        }
-        bits(0, length);
-        bits(value + 1, length + 1);
-    }
-    Bytes take() {
-        bit(1);  // stop bit
-        while (used_ % 8 != 0) {
-            bit(0);
-        }
-        return std::move(bytes_);
-    }
-
-private:
-    void bit(std::uint32_t value) {
-        if (used_ % 8 == 0) {
-            bytes_.push_back(0);
-        }
-        bytes_.back() = static_cast<std::uint8_t>(bytes_.back() | (value << (7 - used_ % 8)));
-        ++used_;
-    }
-    Bytes bytes_;
-    std::size_t used_ = 0;
-};
 
 void writeChroma(BitWriter& w, const SpsOptions& o) {
     w.golomb(o.chromaFormat);
@@ -118,7 +87,10 @@ Bytes sps(const SpsOptions& o) {
     w.bits(0, 8);
     w.bits(30, 8);
     w.golomb(0);
-    if (o.profile == 100 || o.profile == 244 || o.profile == 118) {
+    // The profiles of ITU-T H.264 7.3.2.1.1 whose sets carry the chroma format.
+    constexpr auto kWithChroma =
+        std::to_array<unsigned>({100, 110, 122, 244, 44, 83, 86, 118, 128, 138, 139, 134, 135});
+    if (std::ranges::find(kWithChroma, o.profile) != kWithChroma.end()) {
         writeChroma(w, o);
     }
     w.golomb(4);

@@ -1,0 +1,332 @@
+// Single rules of MPEG audio, FLAC, Monkey's Audio, Ogg, ASF texts and still images, at their
+// edges.
+#include <algorithm>
+
+#include "build_asf.h"
+#include "build_audio.h"
+#include "build_ogg.h"
+#include "build_riff.h"
+#include "expectations.h"
+
+namespace probe_test {
+namespace {
+
+using R = probe::MediaRecord;
+
+Bytes cutTo(Bytes bytes, std::size_t size) {
+    bytes.resize(size);
+    return bytes;
+}
+
+TEST(MpegAudioRules, TheFileHoldsItsTagAndAHeadMore) {
+    // Frames of 104 bytes: 32 kbit/s at 44,100 Hz.
+    const Bytes frames = audio::frames(12, {.bitRate = 1, .bytes = 104});
+    struct Case {
+        const char* name;
+        unsigned version, flags, revision;
+        std::size_t least;
+    };
+    for (const Case& one : std::to_array<Case>({{"footer", 4, 0x10, 0, 64 + 10 + 1024},
+                                                {"no footer", 4, 0, 0, 64 + 1024},
+                                                {"another flag", 4, 0x20, 0, 64 + 1024},
+                                                {"version 3 has none", 3, 0x10, 0, 64 + 1024},
+                                                {"of another revision", 4, 0x10, 1, 1024}})) {
+        const Bytes bytes = join({audio::id3v2(64, one.version, one.flags, one.revision), frames});
+        ASSERT_GE(bytes.size(), one.least);
+        EXPECT_EQ(probeBytes(cutTo(bytes, one.least)).claimed, 1) << one.name;
+        EXPECT_EQ(probeBytes(cutTo(bytes, one.least - 1)).claimed, 0) << one.name;
+    }
+}
+
+TEST(MpegAudioRules, ARunIsOfOneVersionAndLayer) {
+    const audio::Frame plain;
+    const auto claimedWith = [&plain](const audio::Frame& odd) {
+        return probeBytes(join({Bytes(20), audio::frames(3, plain), audio::frame(odd),
+                                audio::frames(6, plain)}))
+            .claimed;
+    };
+    EXPECT_EQ(claimedWith(plain), 1);
+    EXPECT_EQ(claimedWith({.padding = 1, .bytes = 418}), 1) << "the rest may change";
+    EXPECT_EQ(claimedWith({.bitRate = 10, .mode = 3, .bytes = 522}), 1);
+    EXPECT_EQ(claimedWith({.version = 2, .bitRate = 14, .bytes = 522}), 0) << "version";
+    EXPECT_EQ(claimedWith({.layer = 2, .bitRate = 8, .bytes = 417}), 0) << "layer";
+    EXPECT_EQ(claimedWith({.bitRate = 0}), 0) << "free format";
+    EXPECT_EQ(claimedWith({.version = 1}), 0) << "reserved version";
+    EXPECT_EQ(claimedWith({.layer = 0}), 0) << "reserved layer";
+    EXPECT_EQ(claimedWith({.bitRate = 15}), 0) << "forbidden bit rate";
+    EXPECT_EQ(claimedWith({.sampleRate = 3}), 0) << "reserved sample rate";
+}
+
+TEST(MpegAudioRules, TheScanBeginsAt10) {
+    for (std::size_t at = 0; at <= 12; ++at) {
+        Bytes bytes = join({Bytes(20), audio::frames(8)});
+        const Bytes header = {0xFF, 0xFB, 0x90, 0x00};
+        std::copy(header.begin(), header.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+        EXPECT_EQ(probeBytes(bytes).claimed, at < 10 ? 1 : 0) << at;
+    }
+}
+
+TEST(MpegAudioRules, FiveFramesAreNotEnough) {
+    for (std::size_t count = 4; count <= 7; ++count) {
+        const Bytes bytes = join({Bytes(20), audio::frames(count), Bytes(2000, 0x55)});
+        EXPECT_EQ(probeBytes(bytes).claimed, count >= 6 ? 1 : 0) << count;
+    }
+}
+
+TEST(MpegAudioRules, XingStandsBehindTheSideInformation) {
+    struct Case {
+        unsigned version, mode;
+        std::size_t at;
+        unsigned samples, rate;
+    };
+    for (const Case& one : std::to_array<Case>({{3, 0, 4 + 32, 1152, 44100},
+                                                {3, 1, 4 + 32, 1152, 44100},
+                                                {3, 3, 4 + 17, 1152, 44100},
+                                                {2, 0, 4 + 17, 576, 22050},
+                                                {2, 3, 4 + 9, 576, 22050},
+                                                {0, 0, 4 + 17, 576, 11025},
+                                                {0, 3, 4 + 9, 576, 11025}})) {
+        for (const std::size_t off : {0u, 1u}) {
+            // 64 kbit/s: index 5 in MPEG-1 layer III, 8 in MPEG-2.
+            const unsigned index = one.version == 3 ? 5 : 8;
+            audio::Frame frame{.version = one.version, .bitRate = index, .mode = one.mode};
+            frame.bytes = one.samples / 8 * 64'000 / one.rate;
+            Bytes first = audio::frame(frame);
+            const Bytes header = Builder().text("Xing").be32(3).be32(50'000).be32(1'000'000).take();
+            std::copy(header.begin(), header.end(),
+                      first.begin() + static_cast<std::ptrdiff_t>(one.at + off));
+            const Bytes bytes = join({audio::id3v2(10), first, audio::frames(20, frame)});
+            const std::uint64_t seconds = std::uint64_t{50'000} * one.samples / one.rate;
+            const bool found = probeBytes(bytes).info->durationSeconds == seconds;
+            EXPECT_EQ(found, off == 0) << one.version << one.mode;
+        }
+    }
+}
+
+TEST(MpegAudioRules, AVersion1TagHas128Bytes) {
+    // 8 kbit/s at 8 kHz: 72 bytes a frame, a thousand bytes a second.
+    const audio::Frame frame{.version = 0, .bitRate = 1, .sampleRate = 2, .bytes = 72};
+    const Bytes tag = audio::id3v1("T", "", "", "", 0);
+    const auto secondsOf = [&](std::size_t soundBytes) {
+        const Bytes sound = cutTo(audio::frames(130, frame), soundBytes);
+        return probeBytes(join({sound, tag})).info->durationSeconds;
+    };
+    EXPECT_EQ(secondsOf(9000), 9u);
+    EXPECT_EQ(secondsOf(8999), 8u);
+}
+
+TEST(FlacRules, TheSmallestFileHas256Bytes) {
+    const Bytes whole = cutTo(audio::flac(44100), 256);
+    EXPECT_EQ(probeBytes(whole).info->containerType, probe::kContainerFlac);
+    EXPECT_EQ(probeBytes(cutTo(whole, 255)).claimed, 0);
+    const Bytes behind = join({audio::id3v2(2000), whole});
+    EXPECT_EQ(probeBytes(behind).info->containerType, probe::kContainerFlac);
+    EXPECT_EQ(probeBytes(withoutLast(behind, 1)).claimed, 0);
+}
+
+TEST(FlacRules, AnotherFirstBlockKeepsContainerAndFormat) {
+    Bytes bytes = cutTo(audio::flac(44100), 300);
+    for (const auto& [at, value] : {std::pair{4u, 0x84}, std::pair{4u, 0x01}, std::pair{7u, 33}}) {
+        Bytes odd = bytes;
+        odd[at] = static_cast<std::uint8_t>(value);
+        const Outcome outcome = probeBytes(odd);
+        EXPECT_EQ(outcome.claimed, 1);
+        EXPECT_EQ(outcome.info->status, probe::kFail);
+        EXPECT_EQ(outcome.info->containerType, probe::kContainerFlac);
+        EXPECT_EQ(outcome.info->audioFormatTag, 0xF1ACu);
+        EXPECT_EQ(outcome.info->videoFourCC, 0u);
+        EXPECT_EQ(outcome.info->audioSampleRate, 0u);
+    }
+    bytes[4] = 0x00;  // not the last block
+    EXPECT_EQ(probeBytes(bytes).info->status, probe::kOk);
+}
+
+TEST(Id3Rules, TheTopBitsOfASizeAreNotPartOfIt) {
+    for (std::size_t byte = 6; byte < 10; ++byte) {
+        Bytes bytes = join({audio::id3v2(200), cutTo(audio::flac(44100), 300)});
+        bytes[byte] = static_cast<std::uint8_t>(bytes[byte] | 0x80);
+        EXPECT_EQ(probeBytes(bytes).info->containerType, probe::kContainerFlac) << byte;
+    }
+    for (const std::size_t size : {127u, 128u, 16'383u, 16'384u, 2'097'151u, 2'097'152u}) {
+        const Bytes bytes = join({audio::id3v2(size), cutTo(audio::flac(44100), 300)});
+        EXPECT_EQ(probeBytes(bytes).info->containerType, probe::kContainerFlac) << size;
+    }
+}
+
+Bytes apeWith(const Bytes& tag) {
+    return join({audio::ape({}), tag});
+}
+
+// Natively code page 0 is Windows-1252: E9 is é, 80 the euro sign.
+TEST(TextRules, Id3Version1IsInTheUnitsCodePage) {
+    const Outcome outcome =
+        probeBytes(apeWith(audio::id3v1("\xE9t\x80", "\x80rt\xE9", "\xC0l", "20\xE9\x80", 3)));
+    EXPECT_EQ(platform::toUtf8(outcome.info->title), "ét€");
+    EXPECT_EQ(platform::toUtf8(outcome.info->artist), "€rté");
+    EXPECT_EQ(platform::toUtf8(outcome.info->album), "Àl");
+    EXPECT_EQ(platform::toUtf8(outcome.info->year), "20é€");
+}
+
+TEST(TextRules, EachFieldOfId3Version1HasItsLength) {
+    const std::string full(30, 'x');
+    Bytes tag = audio::id3v1(full, full, full, "2011", 3);
+    tag[97] = '9';  // the comment
+    const Outcome outcome = probeBytes(apeWith(tag));
+    EXPECT_EQ(platform::toUtf8(outcome.info->title), full);
+    EXPECT_EQ(platform::toUtf8(outcome.info->artist), full);
+    EXPECT_EQ(platform::toUtf8(outcome.info->album), full);
+    EXPECT_EQ(platform::toUtf8(outcome.info->year), "2011");
+}
+
+TEST(TextRules, ApeItemsAreUtf8FromVersion2000On) {
+    struct Case {
+        std::string_view key;
+        char16_t (R::*text)[probe::kTextLength];
+        std::uint32_t R::*flag;
+    };
+    for (const Case& one : std::to_array<Case>({{"Title", &R::title, &R::hasTitle},
+                                                {"Artist", &R::artist, &R::hasArtist},
+                                                {"Album", &R::album, &R::hasAlbum},
+                                                {"Genre", &R::genre, &R::hasGenre},
+                                                {"Track", &R::track, &R::hasTrack}})) {
+        for (const unsigned version : {1000u, 1999u, 2000u}) {
+            const std::string_view value = version < 2000 ? "\xE9\x80" : "é€";
+            const Outcome outcome = probeBytes(apeWith(audio::apeTag({{one.key, value}}, version)));
+            const R& record = *outcome.info;
+            EXPECT_EQ(platform::toUtf8(record.*one.text), "é€") << one.key << version;
+            EXPECT_EQ(record.*one.flag, 1u);
+        }
+        const std::string lower =
+            std::string(1, static_cast<char>(one.key[0] | 0x20)) + std::string(one.key.substr(1));
+        const std::string longer = std::string(one.key) + "s";
+        for (const std::string& other : {lower, longer, std::string(one.key.substr(1))}) {
+            const Outcome none = probeBytes(apeWith(audio::apeTag({{other, "x"}})));
+            EXPECT_EQ((*none.info).*one.flag, 0u) << other;
+        }
+    }
+}
+
+TEST(ApeRules, OnlyTheCountedItemsAreRead) {
+    for (std::uint32_t count = 0; count <= 3; ++count) {
+        Builder tag;
+        tag.bytes(audio::apeTag({{"Title", "T"}, {"Artist", "A"}, {"Album", "B"}}));
+        tag.patchLe32(tag.size() - 16, count);
+        const Outcome outcome = probeBytes(apeWith(tag.take()));
+        EXPECT_EQ(outcome.info->hasTitle, count >= 1 ? 1u : 0u);
+        EXPECT_EQ(outcome.info->hasArtist, count >= 2 ? 1u : 0u);
+        EXPECT_EQ(outcome.info->hasAlbum, count >= 3 ? 1u : 0u);
+        EXPECT_EQ(outcome.info->status, probe::kOk);
+    }
+}
+
+TEST(AsfRules, OfAFlagsWordSevenBitsAreTheNumber) {
+    // Stream 3 with all other flags set, and stream 4: the lower number is described.
+    const auto stream = [](unsigned flags, unsigned channels) {
+        return asf::audioStream(flags, 0x161, channels);
+    };
+    const Bytes bytes = asf::file({stream(4, 6), stream(0x7F83, 2), stream(5, 1)});
+    EXPECT_EQ(probeBytes(bytes).info->audioChannels, 2u);
+    // 127 and 126, the largest numbers.
+    const Bytes large = asf::file({stream(127, 6), stream(126, 2)});
+    EXPECT_EQ(probeBytes(large).info->audioChannels, 2u);
+}
+
+TEST(AsfRules, OfTwoStreamsWithOneNumberTheFirstIsDescribed) {
+    const Bytes sound = asf::file({asf::audioStream(2, 0x161, 2), asf::audioStream(2, 0x162, 6)});
+    EXPECT_EQ(probeBytes(sound).info->audioFormatTag, 0x161u);
+    const Bytes video =
+        asf::file({asf::videoStream(2, "WMV3", 640), asf::videoStream(2, "WVC1", 320)});
+    EXPECT_EQ(probeBytes(video).info->videoWidth, 640u);
+}
+
+TEST(AsfRules, NamesOf32BytesArePassedOver) {
+    using namespace std::string_view_literals;
+    // With its terminator the name has 30 bytes; one more zero makes it 32.
+    const auto artistOf = [](std::u16string_view name) {
+        const Outcome outcome = probeBytes(asf::file(
+            {asf::audioStream(1), asf::extendedContent({asf::attribute(name, u"Artist"),
+                                                        asf::attribute(u"WM/Year", u"2011")})}));
+        EXPECT_EQ(platform::toUtf8(outcome.info->year), "2011");
+        return platform::toUtf8(outcome.info->artist);
+    };
+    EXPECT_EQ(artistOf(u"WM/AlbumArtist"), "Artist");
+    EXPECT_EQ(artistOf(u"WM/AlbumArtist\0"sv), "");
+}
+
+TEST(ImageRules, AHuffmanTableIsNoFrame) {
+    const auto withSegment = [](unsigned marker) {
+        return Builder()
+            .be32(0xFFD8FF00u | marker)
+            .be16(20)
+            .fill(18, 0x11)
+            .be16(0xFFC0)
+            .be16(17)
+            .u8(8)
+            .be16(48)
+            .be16(64)
+            .u8(3)
+            .fill(60)
+            .take();
+    };
+    for (const unsigned marker : {0xC4u, 0xC8u, 0xCCu, 0xDBu, 0xE0u}) {
+        const Outcome outcome = probeBytes(withSegment(marker));
+        EXPECT_EQ(outcome.info->imageWidth, 64u) << marker;
+        EXPECT_EQ(outcome.info->imageHeight, 48u) << marker;
+        EXPECT_EQ(outcome.info->imageBitsPerPixel, 24u) << marker;
+    }
+    for (unsigned frame = 0xC0; frame < 0xC4; ++frame) {
+        Bytes bytes = withSegment(0xE0);
+        bytes[2 + 22 + 1] = static_cast<std::uint8_t>(frame);
+        EXPECT_EQ(probeBytes(bytes).info->imageWidth, 64u) << frame;
+    }
+    // No FF behind SOI: the fixed layout, whatever the next byte is.
+    Bytes fixed = withSegment(0xE0);
+    fixed[2] = 0x01;
+    EXPECT_EQ(probeBytes(fixed).info->imageWidth, 0x01E0u);
+    for (unsigned nibble = 0; nibble < 16; ++nibble) {
+        const Outcome outcome = probeBytes(withSegment(nibble << 4 | 0xB));
+        const bool walks = nibble >= 0xC && nibble <= 0xE;
+        EXPECT_EQ(outcome.info->imageWidth, walks ? 64u : 0xFF00u | nibble << 4 | 0xB) << nibble;
+    }
+}
+
+TEST(ImageRules, ABitmapsDepthHas16Bits) {
+    const Bytes bytes = Builder()
+                            .text("BM")
+                            .fill(16)
+                            .le32(640)
+                            .le32(0xFFFFFE20)
+                            .le16(1)
+                            .le16(0x0120)
+                            .padTo(64)
+                            .take();
+    const Outcome outcome = probeBytes(bytes);
+    EXPECT_EQ(outcome.info->imageWidth, 640u);
+    EXPECT_EQ(outcome.info->imageHeight, 0xFFFFFE20u) << "as it stands, negative for top-down";
+    EXPECT_EQ(outcome.info->imageBitsPerPixel, 0x120u);
+}
+
+TEST(ImageRules, EveryByteOfASignatureCounts) {
+    const auto kinds = {"image_gif_packed_f7_is_8_bits", "image_bmp_24_bits",
+                        "image_png_of_64_bytes"};
+    const std::size_t lengths[] = {3, 2, 8};
+    std::size_t kind = 0;
+    for (const char* name : kinds) {
+        const Bytes good = sample(name).build();
+        for (std::size_t at = 0; at < lengths[kind]; ++at) {
+            Bytes bytes = good;
+            bytes[at] = static_cast<std::uint8_t>(bytes[at] ^ 1);
+            EXPECT_EQ(probeBytes(bytes).info->imageWidth, 0u) << name << at;
+        }
+        ++kind;
+    }
+    Bytes png = sample("image_png_of_64_bytes").build();
+    for (std::size_t at = 12; at < 16; ++at) {
+        Bytes bytes = png;
+        bytes[at] = static_cast<std::uint8_t>(bytes[at] ^ 1);
+        EXPECT_EQ(probeBytes(bytes).info->imageWidth, 0u) << at;
+    }
+}
+
+}  // namespace
+}  // namespace probe_test

@@ -1,0 +1,386 @@
+// Single rules of AVI, WAVE and MP4, at their edges.
+#include <algorithm>
+#include <string>
+
+#include "bit_writer.h"
+#include "build_mp4.h"
+#include "build_riff.h"
+#include "expectations.h"
+#include "probe/codec/h264.h"
+#include "probe/mp4/reader.h"
+
+namespace probe_test {
+namespace {
+
+using R = probe::MediaRecord;
+
+Bytes withIndexOf(const Bytes& headers, std::initializer_list<Bytes> entries) {
+    return aviWithIndex(headers, chunk("00dc", volPayload(3)), chunk("idx1", join(entries)));
+}
+
+Bytes twoStreams() {
+    return join({avih(40000), videoList("XVID", 64, 48), audioList(1, 2, 8000, 32000)});
+}
+
+TEST(AviRules, EveryPictureOfTheFirstTwoStreamsCounts) {
+    for (const char* id : {"00dc", "00db", "01dc", "01db", "02dc", "10dc", "00dd", "00wb", "00eb",
+                           "0Adc", "01pc", "11db"}) {
+        const bool counts = std::string_view("00dc 00db 01dc 01db").find(id) != std::string::npos;
+        const Outcome outcome = probeBytes(
+            withIndexOf(twoStreams(), {idx1Entry("00dc", 4, 1000), idx1Entry(id, 80, 3000)}));
+        EXPECT_EQ(outcome.info->videoBitRate,
+                  counts ? 4000u * 8 / 80 * 1000 : 1000u * 8 / 40 * 1000)
+            << id;
+    }
+}
+
+TEST(AviRules, AHeaderListOf12BytesHoldsNothing) {
+    for (const std::uint32_t size : {12u, 13u}) {
+        // The list declares so few bytes; what stands behind them is read all the same.
+        Builder builder;
+        builder.text("LIST").le32(size).text("hdrl").text("junk").le32(0);
+        Bytes body = builder.take();
+        body.resize(8 + size);
+        const Bytes bytes = riff("AVI ", join({body, Bytes(300, 'x')}));
+        const Outcome outcome = probeBytes(bytes);
+        const bool looked = outcome.lines.find("neither avih") != std::string::npos;
+        EXPECT_EQ(looked, size == 13) << size;
+    }
+}
+
+TEST(AviRules, TheHeaderWalkEndsWithFewerThan9Bytes) {
+    for (const std::size_t left : {8u, 9u}) {
+        Builder odd;
+        odd.text("junk").le32(0).fill(left - 8);
+        const Bytes bytes = aviWithIndex(join({avih(40000), odd.take()}), Bytes(300, 0), {});
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.lines.find("neither avih") != std::string::npos, left == 9) << left;
+    }
+}
+
+TEST(AviRules, TheTopLevelWalkEndsWith8Bytes) {
+    for (const std::size_t left : {8u, 9u}) {
+        Builder odd;
+        odd.text("LOST").le32(1).fill(left - 8);
+        const Bytes bytes = aviWithIndex(twoStreams(), Bytes(300, 0), odd.take());
+        EXPECT_EQ(probeBytes(bytes).lines, left == 9 ? "ERROR: Unknown Chunk ID =4C4F5354 \n" : "")
+            << left;
+    }
+}
+
+// A sound list whose super index leads to a standard index with that many entries.
+Bytes soundWithIndex(std::uint64_t indexAt) {
+    return audioList(1, 2, 8000, 32000,
+                     join({superIndex("01wb", {{indexAt, 32}}), chunk("JUNK", Bytes(64))}));
+}
+
+TEST(AviRules, TheEighthSoundListHasASlotAndTheNinthNone) {
+    for (const unsigned number : {7u, 8u, 9u}) {
+        std::uint64_t indexAt = 0;
+        Bytes bytes;
+        for (int pass = 0; pass < 2; ++pass) {
+            Bytes headers = join({avih(40000), videoList("XVID", 64, 48)});
+            for (unsigned i = 1; i <= 9; ++i) {
+                headers = join({headers, i == number ? soundWithIndex(indexAt)
+                                                     : audioList(1, 2, 8000, 32000)});
+            }
+            indexAt = moviTypeAt(headers) + 4;
+            bytes = aviWithIndex(headers, standardIndex("01wb", 0, {}, 0x7FFFFFF0), {});
+        }
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.info->containerType, number <= 8 ? 0u : 1u) << number;
+        EXPECT_EQ(outcome.lines, number <= 8 ? "ERROR: indx) audio index alloc fail\n" : "");
+    }
+}
+
+// Two standard indexes; `count` is what the super index declares.
+Outcome probeTwoIndexes(std::uint32_t count) {
+    std::uint64_t first = 0, second = 0;
+    Bytes bytes;
+    for (int pass = 0; pass < 2; ++pass) {
+        const Bytes headers = join(
+            {avih(40000), videoList("XVID", 64, 48,
+                                    join({superIndex("00dc", {{first, 40}, {second, 40}}, 4, count),
+                                          chunk("JUNK", Bytes(64, 0x7F))}))});
+        const std::uint32_t movi = moviTypeAt(headers);
+        const Bytes one = chunk("00dc", volPayload(3)), two = chunk("00dc", volPayload(5));
+        const auto oneAt = static_cast<std::uint32_t>(movi + 4 + 8);
+        const auto twoAt = static_cast<std::uint32_t>(oneAt + one.size());
+        const Bytes indexOne = standardIndex("00dc", 0, {{twoAt, 64}});
+        const Bytes indexTwo = standardIndex("00dc", 0, {{oneAt, 640}});
+        first = movi + 4 + one.size() + two.size();
+        second = first + indexOne.size();
+        bytes = aviWithIndex(headers, join({one, two, indexOne, indexTwo}), {});
+    }
+    return probeBytes(bytes);
+}
+
+TEST(AviRules, OfTwoStandardIndexesTheFirstOffsetIsTheFirstPicture) {
+    const Outcome both = probeTwoIndexes(2);
+    EXPECT_EQ(both.info->videoBitRate, (64u + 640u) * 8 / 80 * 1000);
+    EXPECT_EQ(both.info->pixelAspectX, 33u) << "the second picture, to which the first index leads";
+    EXPECT_EQ(probeTwoIndexes(1).info->videoBitRate, 64u * 8 / 40 * 1000);
+}
+
+TEST(AviRules, ASuperIndexHoldsNoMoreThanItsList) {
+    // Behind the two entries stands a chunk that leads far behind the file as entries, to indexes
+    // of nothing. What would stand behind the list would lead to the file's start.
+    for (const std::uint32_t count : {3u, 1'000'000u, (1u << 27) - 1}) {
+        EXPECT_EQ(probeTwoIndexes(count).info->containerType, 1u) << count;
+        EXPECT_EQ(probeTwoIndexes(count).info->videoBitRate, (64u + 640u) * 8 / 80 * 1000) << count;
+    }
+    EXPECT_EQ(probeTwoIndexes(1u << 27).info->containerType, 1u) << "1 GiB of table: no entry";
+    EXPECT_EQ(probeTwoIndexes(1u << 27).info->frameTimeMicroseconds, 0u);
+}
+
+TEST(AviRules, AnIndexCutInItsFirstEntry) {
+    for (const std::size_t held : {4u, 8u, 12u, 15u}) {
+        const Bytes whole = withIndexOf(twoStreams(), {idx1Entry("00dc", 4, 0x01010101)});
+        const Bytes bytes = withoutLast(whole, 16 - held);
+        const Outcome outcome = probeBytes(bytes);
+        // Without its offset the picture begins at "movi", whose next four letters are a size of
+        // more than 1 GiB.
+        const bool found = held >= 12;
+        EXPECT_EQ(outcome.info->containerType, found ? 1u : 0u) << held;
+        EXPECT_EQ(outcome.info->frameTimeMicroseconds, found ? 40000u : 0u) << held;
+        EXPECT_EQ(outcome.info->videoBitRate, held == 15 ? 0x10101u * 8 / 40 * 1000 : 0u) << held;
+    }
+}
+
+TEST(WaveRules, EveryLetterOfTheFormCounts) {
+    const Bytes good = sample("wave_pcm_stereo").build();
+    for (const std::size_t at : {0u, 1u, 2u, 3u, 8u, 9u, 10u, 11u}) {
+        for (const int step : {-1, 1}) {
+            Bytes bytes = good;
+            bytes[at] = static_cast<std::uint8_t>(bytes[at] + step);
+            EXPECT_EQ(probeBytes(bytes).info->containerType, 0u) << at << step;
+        }
+    }
+}
+
+TEST(WaveRules, TheFormatMayBeginFrom12To2023) {
+    for (const std::size_t at : {12u, 13u, 2022u, 2023u, 2024u}) {
+        Bytes bytes(2100, 0x20);
+        const Bytes head = Builder().text("RIFF").le32(0).text("WAVE").take();
+        const Bytes format = chunk("fmt ", waveFormat(0x11, 2, 8000, 1000));
+        std::copy(head.begin(), head.end(), bytes.begin());
+        std::copy(format.begin(), format.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.info->containerType, at <= 2023 ? 6u : 0u) << at;
+        EXPECT_EQ(outcome.info->audioFormatTag, at <= 2023 ? 0x11u : 0u) << at;
+        EXPECT_EQ(outcome.info->audioBitRate, at <= 2023 ? 8000u : 0u) << at;
+    }
+    // 2,048 bytes end twelve before what is looked at does; what is missing counts as 0.
+    Bytes shortest(2048, 0x20);
+    const Bytes head = Builder().text("RIFF").le32(0).text("WAVE").take();
+    const Bytes format = chunk("fmt ", waveFormat(0x11, 2, 8000, 0x01010101));
+    std::copy(head.begin(), head.end(), shortest.begin());
+    std::copy(format.begin(), format.begin() + 2048 - 2023, shortest.begin() + 2023);
+    EXPECT_EQ(probeBytes(shortest).info->audioSampleRate, 8000u);
+    EXPECT_EQ(probeBytes(shortest).info->audioBitRate, 0x01010101u * 8);
+    EXPECT_EQ(probeBytes(withoutLast(shortest, 1)).claimed, 0);
+}
+
+// MP4: a picture track with these tables beside its sizes and durations.
+Bytes mp4With(const Bytes& moov) {
+    return join({ftyp("isom", "isom"), box("moov", moov), box("free", Bytes(300))});
+}
+Bytes tablesOf(std::uint32_t samples) {
+    return join({table("stts", 1, {samples, 1000}), stsz(10, samples),
+                 table("stsc", 1, {1, samples, 1}), table("stco", 1, {100})});
+}
+
+TEST(Mp4Rules, TheSumOfTheSizesItself) {
+    for (const std::uint32_t constant : {0u, 1u, 77u}) {
+        const Bytes stbl =
+            join({stsd(1, visualEntry("mp4v", 64, 48)), table("stts", 1, {5, 1}),
+                  constant != 0 ? stsz(constant, 5)
+                                : stsz(0, 5, {1, 0xFF, 0xFFFF00, 0xFFFFFFFF, 0x80000000}),
+                  table("stsc", 1, {1, 5, 1}), table("stco", 1, {100})});
+        const Bytes bytes = mp4With(track("vide", 1, stbl));
+        TestFile file(bytes);
+        probe::ReadWindow window(file);
+        probe::Mp4Reader reader(window, bytes.size());
+        ASSERT_EQ(probe::Mp4WalkTopLevel(reader), probe::kOk);
+        ASSERT_EQ(probe::Mp4SetSampleOffsets(reader, probe::TrackKind::Video), probe::kOk);
+        EXPECT_EQ(reader.of(probe::TrackKind::Video).payloadBytes,
+                  constant != 0 ? 5 * constant : 1 + 0xFFull + 0xFFFF00 + 0xFFFFFFFF + 0x80000000);
+    }
+}
+
+TEST(Mp4Rules, ATrackWithoutADescriptionOrAMediaHeader) {
+    const Bytes plain = probe_test::track("vide", 1000, tablesOf(5));
+    const Outcome none = probeBytes(mp4With(plain));
+    EXPECT_EQ(none.info->status, probe::kOk) << "no stsd";
+    EXPECT_EQ(none.info->videoFourCC, 0x4D503456u);
+    EXPECT_EQ(none.info->videoWidth, 0u);
+    EXPECT_EQ(none.info->durationSeconds, 5u);
+    const Bytes minf =
+        box("minf", box("stbl", join({stsd(1, visualEntry("mp4v", 64, 48)), tablesOf(5)})));
+    const Bytes headless = box("trak", join({tkhd(), box("mdia", join({hdlr("vide"), minf}))}));
+    const Outcome timeless = probeBytes(mp4With(headless));
+    EXPECT_EQ(timeless.info->status, probe::kOk) << "no mdhd";
+    EXPECT_EQ(timeless.info->videoWidth, 64u);
+    EXPECT_EQ(timeless.info->durationSeconds, 0u);
+    EXPECT_EQ(timeless.info->videoBitRate, 0u);
+    // A second media header that is too short has no timescale.
+    const Bytes second =
+        box("trak",
+            join({tkhd(),
+                  box("mdia", join({mdhd(1000), box("mdhd", Bytes(15)), hdlr("vide"), minf}))}));
+    EXPECT_EQ(probeBytes(mp4With(second)).info->durationSeconds, 0u);
+    const Bytes exact = box(
+        "trak", join({tkhd(), box("mdia", join({box("mdhd", Builder().fill(12).be32(500).take()),
+                                                hdlr("vide"), minf}))}));
+    EXPECT_EQ(probeBytes(mp4With(exact)).info->durationSeconds, 10u);
+}
+
+TEST(Mp4Rules, ATableHoldsWhatItsBoxHolds) {
+    struct Case {
+        const char* type;
+        std::size_t row;
+    };
+    for (const Case& one :
+         std::to_array<Case>({{"stts", 8}, {"stsc", 12}, {"stsz", 4}, {"stco", 4}})) {
+        const bool sizes = one.type == std::string_view("stsz");
+        const auto with = [&](std::size_t bytes) {
+            Builder body;
+            body.be32(0).be32(sizes ? 0 : 2).be32(sizes ? 2 : 1);
+            body.padTo((sizes ? 12 : 8) + bytes, 1);
+            const Bytes stbl = join(
+                {stsd(1, visualEntry("mp4v", 64, 48)), tablesOf(2), box(one.type, body.take())});
+            return probeBytes(mp4With(track("vide", 1, stbl))).lines;
+        };
+        const std::string line = "[ERROR] MP4 Parse MEDIA memory alloc fail\n";
+        EXPECT_EQ(with(2 * one.row - 1), line) << one.type;
+        EXPECT_NE(with(2 * one.row), line) << one.type;
+    }
+}
+
+TEST(Mp4Rules, ManyChunkRuns) {
+    for (const std::uint32_t runs : {2u, 11u, 12u, 13u, 40u}) {
+        // Run i begins at chunk 1 + 2i with 1 + i samples in each of its two chunks.
+        Builder entries;
+        entries.be32(0).be32(runs);
+        std::uint32_t samples = 0;
+        for (std::uint32_t i = 0; i < runs; ++i) {
+            entries.be32(1 + 2 * i).be32(1 + i).be32(1);
+            samples += 2 * (1 + i);
+        }
+        const auto with = [&](std::uint32_t count) {
+            Builder offsets;
+            offsets.be32(0).be32(2 * runs).fill(std::size_t{8} * runs);
+            const Bytes stbl =
+                join({stsd(1, visualEntry("mp4v", 64, 48)), table("stts", 1, {count, 1}),
+                      stsz(1, count), box("stsc", entries.view()), box("stco", offsets.take())});
+            return probeBytes(mp4With(track("vide", 1, stbl))).info->status;
+        };
+        EXPECT_EQ(with(samples), probe::kOk) << runs;
+        EXPECT_EQ(with(samples + 1), probe::kNotParsed) << runs;
+    }
+}
+
+// ISO/IEC 14496-1 7.2.6.5: what may stand before the decoder configuration.
+TEST(Mp4Rules, OptionalFieldsOfAnElementaryStream) {
+    for (unsigned flags = 0; flags < 8; ++flags) {
+        for (unsigned lengthBytes = 1; lengthBytes <= 4; ++lengthBytes) {
+            const auto length = [lengthBytes](Builder& to, std::size_t value) {
+                for (unsigned i = 1; i < lengthBytes; ++i) {
+                    to.u8(0x80);
+                }
+                to.u8(value);
+            };
+            Builder config;
+            config.u8(0x40).u8(0x15).be24(0).be32(99'000).be32(64'000).u8(5);
+            // AAC LC at 24,000 Hz whose sync extension gives 48,000.
+            BitWriter info;
+            info.bits(2, 5);
+            info.bits(6, 4);
+            info.bits(2, 4);
+            info.bits(0, 3);
+            info.bits(0x2B7, 11);
+            info.bits(5, 5);
+            info.bits(1, 1);
+            info.bits(3, 4);
+            const Bytes specific = info.take();
+            length(config, specific.size());
+            config.bytes(specific);
+            Builder es;
+            es.be16(1).u8(flags << 5);
+            if ((flags & 4) != 0) {
+                es.be16(0x0404);  // the stream that it depends on
+            }
+            if ((flags & 2) != 0) {
+                es.u8(3).text("url");
+            }
+            if ((flags & 1) != 0) {
+                es.be16(0x0404);  // the clock's stream
+            }
+            es.u8(6).u8(1).u8(2);  // a descriptor of another kind
+            es.u8(4);
+            length(es, config.size());
+            es.bytes(config.view());
+            Builder body;
+            body.be32(0).u8(3);
+            length(body, es.size());
+            body.bytes(es.view());
+            const Bytes stbl = join(
+                {stsd(1, audioEntry("mp4a", 2, 24000, box("esds", body.take()))), tablesOf(5)});
+            const Outcome outcome = probeBytes(mp4With(track("soun", 1000, stbl)));
+            EXPECT_EQ(outcome.info->audioBitRate, 64'000u) << flags << ' ' << lengthBytes;
+            EXPECT_EQ(outcome.info->audioSampleRate, 48'000u) << flags << ' ' << lengthBytes;
+            EXPECT_EQ(outcome.info->audioFormatTag, 255u);
+        }
+    }
+}
+
+TEST(Mp4Rules, EscapedBytesOfAParameterSetAreNoStartCode) {
+    for (unsigned bit = 0; bit < 16; ++bit) {
+        for (const unsigned other : {0u, 1u, 256u, 0x0100u, 3u}) {
+            const Bytes set = sps({.aspectIdc = 255, .sarWidth = 1u << bit, .sarHeight = other});
+            const probe::PixelAspect found = probe::FindAspectInSps(std::span(set).subspan(1));
+            EXPECT_EQ(found.horizontal, 1u << bit);
+            EXPECT_EQ(found.vertical, other) << bit;
+        }
+    }
+    // 00 00 03 01: the 03 goes, and the 01 behind it is data. A bare 00 00 01 ends the set.
+    const Bytes set = sps({.aspectIdc = 255, .sarWidth = 0, .sarHeight = 1});
+    const auto place = std::search_n(set.begin(), set.end(), 2, std::uint8_t{0});
+    ASSERT_NE(place, set.end());
+}
+
+TEST(Mp4Rules, EveryBrandCounts) {
+    const auto claimed = [](std::string_view major, std::string_view compatible) {
+        const Bytes bytes =
+            join({ftyp(major, compatible), box("moov", Bytes(8)), box("free", Bytes(300))});
+        return probeBytes(bytes).claimed;
+    };
+    struct Case {
+        std::string_view brand;
+        int wanted;
+    };
+    for (const Case& one : std::to_array<Case>({{"mp41", 1},
+                                                {"mp42", 1},
+                                                {"isom", 1},
+                                                {"M4A ", 1},
+                                                {"MSNV", 1},
+                                                {"3gp1", 1},
+                                                {"3gp2", 1},
+                                                {"3gp3", 1},
+                                                {"3gp4", 1},
+                                                {"3gp5", 1},
+                                                {"3gp6", 1},
+                                                {"3gp0", 0},
+                                                {"3gp7", 0},
+                                                {"mp40", 0},
+                                                {"mp43", 0},
+                                                {"isol", 0},
+                                                {"M4B ", 0},
+                                                {"qt  ", 0}})) {
+        EXPECT_EQ(claimed(one.brand, "xxxx"), one.wanted) << one.brand;
+        EXPECT_EQ(claimed("xxxx", one.brand), one.wanted) << one.brand;
+    }
+}
+
+}  // namespace
+}  // namespace probe_test
