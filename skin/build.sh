@@ -1,6 +1,6 @@
 #!/bin/sh
 # Renders the skin: every line of manifest.txt becomes OUTDIR/SET/FILE, an uncompressed BMP of 24
-# bits a pixel. Each drawing is rendered once for each style it is used in, then cut.
+# bits a pixel, and home.svg the simulated unit's home picture, OUTDIR/home.bmp. Each drawing is rendered once for each style it is used in, then cut.
 # usage: build.sh [OUTDIR]      (default: out/skin of this checkout)
 # Exit status 0: every bitmap is there; 1: something failed; 2: wrong use.
 set -eu
@@ -17,6 +17,7 @@ fc-list 'NanumGothic:bold' family | grep -q . || fail "NanumGothic is missing: i
 # Nothing to do when every bitmap is there and nothing here is newer than the last rendering.
 stamp=$out/.built
 is_complete() {
+    [ -f "$out/home.bmp" ] || return 1
     grep -v '^#' "$here/manifest.txt" | while read -r set file rest; do
         [ -f "$out/$set/$file" ] || exit 1
     done
@@ -66,5 +67,8 @@ while read -r drawing styles; do
     (cd "$out" && "$convert" "$work/$drawing-$styles.png" $(cuts "$drawing" "$styles") null:)
     set +f
 done <"$work/sheets"
+# Of the simulated unit, behind the player.
+sheet home rest
+"$convert" "$work/home-rest.png" -alpha remove -alpha off -type TrueColor "BMP3:$out/home.bmp"
 "$here/check.sh" "$out" || fail "the rendered skin does not fit manifest.txt"
 touch "$stamp"

@@ -18,14 +18,19 @@ constexpr int kScreenWidth = 800;
 constexpr int kScreenHeight = 480;
 constexpr int kBoxWidth = 380;  // fits the half-width screen too
 constexpr int kBoxHeight = 250;
-constexpr int kButtonWidth = 130;
-constexpr int kButtonHeight = 56;
-constexpr int kMargin = 18;
-constexpr COLORREF kBack = RGB(34, 38, 46);
-constexpr COLORREF kFrame = RGB(120, 130, 146);
-constexpr COLORREF kButton = RGB(62, 70, 86);
-constexpr COLORREF kButtonHeld = RGB(38, 98, 166);
-constexpr COLORREF kInk = RGB(240, 243, 248);
+constexpr int kButtonWidth = 140;
+constexpr int kButtonHeight = 60;
+constexpr int kMargin = 20;
+constexpr int kCorner = 12;   // of a button: width and height of its corners' ellipse
+constexpr int kLine = 2;      // of the frame
+constexpr int kLetters = 24;  // height of the font
+// The colours of the player's skin.
+constexpr COLORREF kBack = RGB(0x14, 0x1A, 0x20);
+constexpr COLORREF kFrame = RGB(0x4A, 0x58, 0x64);
+constexpr COLORREF kButton = RGB(0x31, 0x40, 0x4D);
+constexpr COLORREF kButtonHeld = RGB(0xFF, 0xB0, 0x20);
+constexpr COLORREF kInk = RGB(0xF4, 0xF0, 0xE6);
+constexpr COLORREF kInkHeld = RGB(0x10, 0x15, 0x1A);
 constexpr UINT_PTR kTimer = 1;
 
 struct Box {
@@ -58,10 +63,13 @@ void fill(HDC context, const RECT& area, COLORREF colour) {
     DeleteObject(brush);
 }
 
-void frame(HDC context, const RECT& area) {
-    const HBRUSH brush = CreateSolidBrush(kFrame);
-    FrameRect(context, &area, brush);
-    DeleteObject(brush);
+// A button's tile; the corners show what lies under it.
+void tile(HDC context, const RECT& area, COLORREF colour) {
+    fill(context, area, kBack);
+    SelectObject(context, GetStockObject(DC_BRUSH));
+    SelectObject(context, GetStockObject(NULL_PEN));
+    SetDCBrushColor(context, colour);
+    RoundRect(context, area.left, area.top, area.right + 1, area.bottom + 1, kCorner, kCorner);
 }
 
 void paint(HWND window, const Box& box) {
@@ -69,8 +77,10 @@ void paint(HWND window, const Box& box) {
     const HDC context = BeginPaint(window, &work);
     RECT area;
     GetClientRect(window, &area);
+    fill(context, area, kFrame);
+    InflateRect(&area, -kLine, -kLine);
     fill(context, area, kBack);
-    frame(context, area);
+    InflateRect(&area, kLine, kLine);
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, kInk);
     const HGDIOBJ before = SelectObject(context, box.font);
@@ -81,7 +91,10 @@ void paint(HWND window, const Box& box) {
         place.top = 36;
     }
     RECT measured = place;
-    constexpr UINT kHow = DT_CENTER | DT_WORDBREAK | DT_NOPREFIX;
+    // A word wider than the box, such as a file name, ends in an ellipsis, and no line is cut in
+    // half.
+    constexpr UINT kHow =
+        DT_CENTER | DT_WORDBREAK | DT_WORD_ELLIPSIS | DT_EDITCONTROL | DT_NOPREFIX;
     DrawTextW(context, box.text.c_str(), -1, &measured, kHow | DT_CALCRECT);
     place.top +=
         std::max<LONG>(0, (place.bottom - place.top - (measured.bottom - measured.top)) / 2);
@@ -94,10 +107,10 @@ void drawButton(const DRAWITEMSTRUCT& item, HFONT font) {
     wchar_t caption[16];
     GetWindowTextW(item.hwndItem, caption, 16);
     RECT area = item.rcItem;
-    fill(item.hDC, area, (item.itemState & ODS_SELECTED) != 0 ? kButtonHeld : kButton);
-    frame(item.hDC, area);
+    const bool held = (item.itemState & ODS_SELECTED) != 0;
+    tile(item.hDC, area, held ? kButtonHeld : kButton);
     SetBkMode(item.hDC, TRANSPARENT);
-    SetTextColor(item.hDC, kInk);
+    SetTextColor(item.hDC, held ? kInkHeld : kInk);
     const HGDIOBJ before = SelectObject(item.hDC, font);
     DrawTextW(item.hDC, caption, -1, &area, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     SelectObject(item.hDC, before);
@@ -229,7 +242,7 @@ int show(const Wish& wish) {
     Box box;
     box.text = trimmed(wish.text);
     box.title = wish.title == nullptr ? L"" : wish.title;
-    box.font = CreateFontW(22, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
+    box.font = CreateFontW(kLetters, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
                            CLEARTYPE_QUALITY, 0, kFace);
     const bool disable = wish.owner != nullptr && IsWindowEnabled(wish.owner);
     const HWND window = openBox(wish, box);

@@ -20,6 +20,7 @@ constexpr Installed kInstalled[] = {
     {"out/build/device/simulator/board/Zel_MessageBox.dll",
      "ResidentFlash/apps/Zel_MessageBox.dll"},
     {"out/build/device/simulator/board/BoardCommon.dll", "ResidentFlash/apps/BoardCommon.dll"},
+    {"out/skin/home.bmp", ".unit/home.bmp"},
     {"out/build/device/simulator/tape/tap.dll", ".unit/bin/tap.dll"},
     {"out/build/device/simulator/console/unit.exe", ".unit/bin/unit.exe"},
     {"out/build/device/simulator/processes/processmanager.exe", ".unit/bin/processmanager.exe"},

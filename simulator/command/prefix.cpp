@@ -81,6 +81,14 @@ bool createPrefix(std::string& why) {
     return true;
 }
 
+// Behind the player stands the unit's home picture (skin/drawings/home.svg), on its own colour.
+void hangHomePicture() {
+    constexpr char kDesktop[] = "HKCU\\Control Panel\\Desktop";
+    setRegistry(kDesktop, "Wallpaper", "REG_SZ", "H:\\.unit\\home.bmp");
+    setRegistry(kDesktop, "TileWallpaper", "REG_SZ", "1");  // from the top left corner
+    setRegistry("HKCU\\Control Panel\\Colors", "Background", "REG_SZ", "11 15 19");
+}
+
 bool installFilters(std::string& why) {
     std::error_code error;
     const fs::path source = projectRoot() / kFilters;
@@ -119,7 +127,7 @@ bool copyRegistryFiles(const fs::path& to) {
 bool preparePrefix(std::string& why) {
     const PrefixLock lock(LOCK_EX);
     const fs::path stampFile = prepared() / ".headunit";
-    const std::string stamp = stampOf(projectRoot() / kFilters);
+    const std::string stamp = stampOf(projectRoot() / kFilters) + " with a home picture";
     if (readLine(stampFile) == stamp) {
         return true;
     }
@@ -130,6 +138,7 @@ bool preparePrefix(std::string& why) {
     if (!installFilters(why)) {
         return false;
     }
+    hangHomePicture();
     process::run({"wineserver", "-w"}, {.environment = wineEnvironment(prepared(), "")});
     std::ofstream(stampFile, std::ios::trunc) << stamp << '\n';
     return true;

@@ -11,11 +11,13 @@ constexpr wchar_t kClass[] = L"ani_waiting.sign";
 constexpr int kSide = 88;   // pixels
 constexpr int kRing = 28;   // from the middle to the dots' middles
 constexpr int kRadius = 7;  // of a dot
+constexpr int kEdge = 2;    // around it, dark, so that it stands out from a bright picture
 constexpr int kDots = 8;
 constexpr UINT kStepMilliseconds = 100;
 constexpr UINT_PTR kTimer = 1;
 constexpr COLORREF kGround = RGB(20, 24, 30);
 constexpr RECT kScreen = {0, 0, 800, 480};
+constexpr int kPictureMiddle = 192;  // of what the player's bars leave of the picture, pixels
 
 HWND window;
 int leading;  // the brightest dot
@@ -31,16 +33,33 @@ COLORREF colourOf(int dot) {
     return RGB(light, light, light);
 }
 
+RECT boxAround(int dot, int radius) {
+    const double angle = 2.0 * 3.14159265358979 * dot / kDots;
+    const int x = kSide / 2 + static_cast<int>(std::lround(kRing * std::sin(angle)));
+    const int y = kSide / 2 - static_cast<int>(std::lround(kRing * std::cos(angle)));
+    return {x - radius, y - radius, x + radius + 1, y + radius + 1};
+}
+
 void drawDots(HDC device) {
     SelectObject(device, GetStockObject(DC_BRUSH));
     SelectObject(device, GetStockObject(NULL_PEN));
     for (int dot = 0; dot < kDots; ++dot) {
-        const double angle = 2.0 * 3.14159265358979 * dot / kDots;
-        const int x = kSide / 2 + static_cast<int>(std::lround(kRing * std::sin(angle)));
-        const int y = kSide / 2 - static_cast<int>(std::lround(kRing * std::cos(angle)));
+        const RECT box = boxAround(dot, kRadius);
         SetDCBrushColor(device, colourOf(dot));
-        Ellipse(device, x - kRadius, y - kRadius, x + kRadius + 1, y + kRadius + 1);
+        Ellipse(device, box.left, box.top, box.right, box.bottom);
     }
+}
+
+// The window is nothing but its dots: what lies between them stays the player's.
+void cutOut() {
+    const HRGN dots = CreateRectRgn(0, 0, 0, 0);
+    for (int dot = 0; dot < kDots; ++dot) {
+        const RECT box = boxAround(dot, kRadius + kEdge);
+        const HRGN one = CreateEllipticRgn(box.left, box.top, box.right + 1, box.bottom + 1);
+        CombineRgn(dots, dots, one, RGN_OR);
+        DeleteObject(one);
+    }
+    SetWindowRgn(window, dots, FALSE);  // which owns the region from now on
 }
 
 void paint() {
@@ -92,7 +111,11 @@ bool create() {
         WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_TRANSPARENT;
     window = CreateWindowExW(kStyle, kClass, L"", WS_POPUP, 0, 0, kSide, kSide, nullptr, nullptr,
                              description.hInstance, nullptr);
-    return window != nullptr && SetLayeredWindowAttributes(window, 0, 255, LWA_ALPHA);
+    if (window == nullptr) {
+        return false;
+    }
+    cutOut();
+    return SetLayeredWindowAttributes(window, 0, 255, LWA_ALPHA);
 }
 
 void show(bool wanted) {
@@ -110,7 +133,7 @@ void show(bool wanted) {
     // the order of the player's windows over to the X server, and its screen would stay under its
     // picture.
     SetWindowPos(window, HWND_TOP, (area.left + area.right - kSide) / 2,
-                 (area.top + area.bottom - kSide) / 2, kSide, kSide,
+                 area.top + kPictureMiddle - kSide / 2, kSide, kSide,
                  SWP_NOACTIVATE | SWP_SHOWWINDOW);
     SetTimer(window, kTimer, kStepMilliseconds, nullptr);
 }
