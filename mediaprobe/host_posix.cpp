@@ -90,6 +90,7 @@ bool listFolder(const std::string& path, Folder& folder) {
     errno = 0;
     // The stream is this call's own.
     // NOLINTNEXTLINE(concurrency-mt-unsafe)
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread walks, and this directory is its own.
     while (const dirent* entry = readdir(directory)) {
         const EntryKind kind =
             isDots(entry->d_name) ? EntryKind::Missing : kindOfEntry(dirfd(directory), *entry);

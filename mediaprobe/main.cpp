@@ -18,6 +18,7 @@ int complain(const std::string& what) {
 
 // https://no-color.org: set and not empty.
 bool wantsColours(const Options& options, bool onTerminal) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet.
     const char* const without = std::getenv("NO_COLOR");
     const bool refused = without && *without != '\0';
     return options.colour == "always" || (options.colour == "auto" && onTerminal && !refused);

@@ -1,5 +1,5 @@
-// The least that looking at files costs: opens each name that standard input lists, one a line, reads
-// its first 4 KiB and closes it again. Prints nothing but the number of bytes.
+// The least that looking at files costs: opens each name that standard input lists, one a line,
+// reads its first 4 KiB and closes it again. Prints nothing but the number of bytes.
 #include <fcntl.h>
 #include <unistd.h>
 
