@@ -55,10 +55,11 @@ int CFilterControl::CreateFilterForPlaying(const char16_t* path, int x, int y, i
         note("graph stands already");
         return kGraphFailed;
     }
-    held_.reset(new ::graph::Interfaces);
+    held_.reset(theGraph().stands ? new ::graph::Interfaces : nullptr);
+    const bool stood = theGraph().stands;
     const std::uint32_t made = ++graphsMade_;
     test::runOnce(theGraph().whileBuilding);
-    if (made != graphsMade_ || !held_) {
+    if (made != graphsMade_ || (stood && !held_)) {
         return kGraphOvertaken;
     }
     lastRenderResult_ = theGraph().renderResult;

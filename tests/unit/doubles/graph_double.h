@@ -9,7 +9,8 @@
 namespace test {
 
 struct GraphDouble {
-    int built = 1;  // result of CreateFilterForPlaying
+    int built = 1;       // result of CreateFilterForPlaying
+    bool stands = true;  // false: not even a graph can be made
     std::int32_t renderResult = 0;
     bool nullVideoDecoder = false;
     bool audioRenderer = true;

@@ -442,6 +442,19 @@ host waiting 0
     EXPECT_EQ(appState.persisted.playState, settings::kStopped);
 }
 
+TEST_F(Playback, AStopDuringTheBoxOfAGraphThatCannotBeMadeIsNoRenderFailureEither) {
+    recordings(1);
+    theGraph().stands = false;
+    theGraph().built = -1;
+    theGraph().renderResult = static_cast<std::int32_t>(0x80004005);
+    theGraph().whileBuilding = [] {
+        Player::stopPlayback();
+        taken();
+    };
+    Player::OnPlay();
+    EXPECT_EQ(taken().find("debug"), std::string::npos);
+}
+
 TEST_F(Playback, PlayForgetsThatAResumeWasPending) {
     recordings(1);
     appState.resumePending = 1;
