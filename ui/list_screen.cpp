@@ -17,17 +17,23 @@ constexpr Rect inRow(std::int32_t row, std::int32_t left, std::int32_t right) {
     return {left, top, right, top + kRowHeight};
 }
 
+constexpr std::int32_t faceOf(ListKey key) {
+    return kListFirstHeld + static_cast<std::int32_t>(key);
+}
+static_assert(faceOf(kListBinKeys) == kListBinHeld && faceOf(kListRowKeys) == kListRowHeld);
+
 constexpr std::array<Key, kListTableSize> makeKeys() {
     std::array<Key, kListTableSize> keys{};
-    keys[kListParentKey] = {{602, 0, 0, 0}, 3, GoToParent, Sounds};  // out of reach
-    keys[kListCloseKey] = {{701, 0, 800, 66}, 4, LeaveList, Sounds};
-    keys[kListPageUpKey] = {{650, 66, 770, 166}, 5, PageUp, Sounds};
-    keys[kListPageDownKey] = {{650, 366, 770, 466}, 6, PageDown, Sounds};
+    keys[kListParentKey] = {
+        {602, 0, 0, 0}, faceOf(kListParentKey), GoToParent, Sounds};  // out of reach
+    keys[kListCloseKey] = {{701, 0, 800, 66}, faceOf(kListCloseKey), LeaveList, Sounds};
+    keys[kListPageUpKey] = {{650, 66, 770, 166}, faceOf(kListPageUpKey), PageUp, Sounds};
+    keys[kListPageDownKey] = {{650, 366, 770, 466}, faceOf(kListPageDownKey), PageDown, Sounds};
     keys[kListTrackKey] = {{650, 166, 770, 366}, kNoFace, Scroll, Silent};
     for (std::int32_t row = 0; row < kListRows; ++row) {
         const auto r = static_cast<std::size_t>(row);
-        keys[kListBinKeys + r] = {inRow(row, 590, 640), kListBinHeld, DeleteRow, Sounds};
-        keys[kListRowKeys + r] = {inRow(row, 30, 650), kListRowHeld, OpenRow, Sounds};
+        keys[kListBinKeys + r] = {inRow(row, 590, 640), faceOf(kListBinKeys), DeleteRow, Sounds};
+        keys[kListRowKeys + r] = {inRow(row, 30, 650), faceOf(kListRowKeys), OpenRow, Sounds};
         keys[kListTextAreas + r] = {inRow(row, 120, 600), kNoFace, None, Silent};
     }
     keys[kListTitleArea] = {{200, 34, 490, 64}, kNoFace, None, Silent};

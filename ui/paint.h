@@ -31,6 +31,11 @@ void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& f
 void paintVolume(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
                  const PlayerView& view, const Rect& damaged);
 
+// The second faces that are showing, on their keys.
+void paintSecondFaces(Canvas& canvas, const PlayerLayout& layout, const PlayerView& view);
+// The slot of the face that the held key shows, kNoFace for none.
+std::int32_t heldFace(const PlayerLayout& layout, const PlayerView& view);
+
 struct TextFonts {
     Font fileName, position, duration;
 };

@@ -42,26 +42,13 @@ void paintBars(Canvas& canvas, const PlayerView& view) {
     canvas.draw(face(kFullList), {0, 425});
     canvas.drawTransparent(face(kFullPrevious), {0, 140});
     canvas.drawTransparent(face(kFullNext), {660, 140});
-    if (view.playing && !view.paused) {
-        canvas.draw(face(kFullPause), cornerOfKey(kFullPlayKey));
-    }
-    if (view.muted) {
-        canvas.draw(face(kFullMuted), cornerOfKey(kFullMuteKey));
-    }
+    paintSecondFaces(canvas, kFullLayout, view);
     paintCamera(canvas, view, kFullFront, kFullRear);
 }
 
 void paintPressed(Canvas& canvas, const PlayerView& view) {
     const std::int32_t key = view.pressedKey;
-    if (key < 0) {
-        return;
-    }
-    std::int32_t slot = kFullLayout.keys[static_cast<std::size_t>(key)].pressedSlot;
-    if (key == kFullPlayKey && view.playing && !view.paused) {
-        slot = kFullPauseHeld;
-    } else if (key == kFullMuteKey && view.muted) {
-        slot = kFullMutedHeld;
-    }
+    const std::int32_t slot = heldFace(kFullLayout, view);
     if (key == kFullCameraKey) {
         paintCamera(canvas, view, kFullFrontHeld, kFullRearHeld);
     } else if (key == kFullPreviousKey || key == kFullNextKey) {

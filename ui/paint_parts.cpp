@@ -25,6 +25,27 @@ void paintBlock(Canvas& canvas, Bitmap cover, const Rect& sentence, const Player
     }
 }
 
+void paintSecondFaces(Canvas& canvas, const PlayerLayout& layout, const PlayerView& view) {
+    for (const SecondFace& second : layout.secondFaces) {
+        if (second.shows(view)) {
+            const Rect& area = layout.keys[static_cast<std::size_t>(second.key)].area;
+            canvas.draw({layout.set, second.slot}, {area.left, area.top});
+        }
+    }
+}
+
+std::int32_t heldFace(const PlayerLayout& layout, const PlayerView& view) {
+    if (view.pressedKey < 0) {
+        return kNoFace;
+    }
+    for (const SecondFace& second : layout.secondFaces) {
+        if (second.key == view.pressedKey && second.shows(view)) {
+            return second.heldSlot;
+        }
+    }
+    return layout.keys[static_cast<std::size_t>(view.pressedKey)].pressedSlot;
+}
+
 void paintProgress(Canvas& canvas, const PlayerLayout& layout, const BarFaces& faces,
                    const PlayerView& view, const Rect& damaged) {
     const ProgressBar& bar = layout.progress;

@@ -2,12 +2,14 @@
 // in a window of its own.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 
 #include "ui/bars.h"
 #include "ui/key.h"
 #include "ui/skin_slots.h"
+#include "ui/view.h"
 
 namespace ui {
 
@@ -31,8 +33,17 @@ enum HalfKey : std::int32_t {
     kHalfProgressKey = 11,
 };
 
+// A key that shows another face while something is so: at rest and held.
+struct SecondFace {
+    std::int32_t key;
+    std::int32_t slot, heldSlot;
+    bool (*shows)(const PlayerView& view);
+};
+
 struct PlayerLayout {
     std::span<const Key> keys;
+    SkinSet set;
+    std::array<SecondFace, 2> secondFaces;
     ProgressBar progress;
     VolumeBar volume;
     Bitmap knob;  // of the progress bar

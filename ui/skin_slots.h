@@ -32,8 +32,9 @@ struct SlotRow {
 // The files of a set in loading order. Slots that are not named stay empty.
 std::span<const SlotRow> slotTable(SkinSet set);
 
-// Set A. The pressed face of a key stands in slot 13 + its index.
+// Set A.
 enum FullSlot : std::int32_t {
+    kFullFirstHeld = 13,  // the held faces of the keys, in the order of the keys
     kFullBlock = 0,
     kFullBackground = 1,
     kFullControlBar = 2,
@@ -62,8 +63,9 @@ enum FullSlot : std::int32_t {
     kFullCache = 50,  // the background in the screen's own pixel format, made at load
 };
 
-// Set B. The pressed face of a key stands in slot 4 + its index.
+// Set B.
 enum HalfSlot : std::int32_t {
+    kHalfFirstHeld = 4,  // the held faces of the keys, in the order of the keys
     kHalfBlock = 0,
     kHalfBackground = 1,
     kHalfProgress = 2,
@@ -76,9 +78,9 @@ enum HalfSlot : std::int32_t {
     kHalfMutedHeld = 20,
 };
 
-// Set C. The pressed faces stand in the order of the keys, from the parent folder's in slot 3; all
-// bins share one face, and so do all rows.
+// Set C. All bins share the held face of the first, and so do all rows.
 enum ListSlot : std::int32_t {
+    kListFirstHeld = 3,  // the held faces of the keys, in the order of the keys
     kListBackground = 0,
     kListPlayingMark = 1,
     kListBin = 2,
