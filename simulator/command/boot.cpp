@@ -7,13 +7,16 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "platform/text.h"
+#include "simulator/command/cards.h"
 #include "simulator/command/display.h"
 #include "simulator/command/hearing.h"
 #include "simulator/command/movie_dat.h"
 #include "simulator/command/prefix.h"
 #include "simulator/command/tape_reader.h"
+#include "simulator/shared/json.h"
 
 namespace headunit {
 namespace {
@@ -46,16 +49,20 @@ private:
     int handle_ = -1;
 };
 
-int screenWidth(const BootOptions& options) {
-    return kScreenWidth + (options.panel ? kPanelWidth : 0);
-}
-
-bool startDisplay(const Unit& unit, const BootOptions& options, std::string& why) {
+// `panel` is how many pixels the panel has beside the screen.
+bool startDisplay(const Unit& unit, const BootOptions& options, int& panel, std::string& why) {
     const char* display = std::getenv("DISPLAY");
+    panel = options.panel ? kPanelWidth : 0;
     if (options.headless || display == nullptr || *display == '\0') {
-        return startOwnDisplay(unit, screenWidth(options), why);
+        return startOwnDisplay(unit, kScreenWidth + panel, why);
     }
-    useDesktop(unit, display);
+    int width = 0;
+    if (!useDesktop(unit, display, width, why)) {
+        return false;
+    }
+    if (options.panel) {
+        panel = std::clamp(width - kScreenWidth, kNarrowestPanel, kPanelWidth);
+    }
     return true;
 }
 
@@ -81,21 +88,24 @@ bool awaitHub(const Unit& unit, pid_t hub) {
     return true;
 }
 
-bool startHub(const Unit& unit, const BootOptions& options, std::string& why) {
+bool startHub(const Unit& unit, int panel, std::string& why) {
     const std::string desktop = "/desktop=" + unit.desktopName() + "," +
-                                std::to_string(screenWidth(options)) + "x" +
+                                std::to_string(kScreenWidth + panel) + "x" +
                                 std::to_string(kScreenHeight);
+    if (!writeToken(unit, why)) {
+        return false;
+    }
     auto environment = wineEnvironment(unit.prefix(), readRunFile(unit, "display"));
     // With this the panel does what only the PC can.
     std::error_code error;
     environment.push_back("HEADUNIT_COMMAND=" + fs::read_symlink("/proc/self/exe", error).string());
     environment.push_back("HEADUNIT_DEVICE=" + unit.device.string());
-    writeRunFile(unit, "panel", options.panel ? "open" : "");
+    writeRunFile(unit, "panel", panel > 0 ? "open" : "");
     const std::string log = (unit.run() / "wine.log").string();
     for (int attempt = 1;; ++attempt) {
         const pid_t hub = process::startDetached(
-            {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\unit.exe",
-             options.panel ? "--panel" : "--no-panel"},
+            {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\hub.exe",
+             panel > 0 ? "--panel" : "--no-panel", std::to_string(panel)},
             {.environment = environment, .folder = unit.device.string(), .logFile = log});
         if (hub < 0) {
             why = "Wine is missing; install it with: apt-get install wine wine64";
@@ -141,9 +151,10 @@ bool startPeers(const Unit& unit, const BootOptions& options, std::string& why) 
 
 // The process manager is told when the player has painted and loaded the rest; without a process
 // manager a visible window must do.
-bool isShown(const json::Value& line) {
-    return line.textOf("kind") == "post" && line.textOf("message") == "MSG_MovietoProcessManager" &&
-           line.numberOf("wParam", -1) == 5;
+bool isShown(const Json& line) {
+    return textOf(line, "kind") == "post" &&
+           textOf(line, "message") == "MSG_MovietoProcessManager" &&
+           numberOf(line, "wParam", -1) == 5;
 }
 
 bool playerIsVisible(const Unit& unit) {
@@ -151,11 +162,9 @@ bool playerIsVisible(const Unit& unit) {
     if (!ask(unit, {"state"}, answer)) {
         return false;
     }
-    const auto state = json::parse(answer);
-    const json::Value* windows = state ? state->find("windows") : nullptr;
-    for (const json::Value& window : windows ? windows->items : std::vector<json::Value>()) {
-        const json::Value* visible = window.find("visible");
-        if (window.textOf("title") == "Video" && visible != nullptr && visible->truth) {
+    const Json state = parseJson(answer);
+    for (const Json& window : state.value("windows", Json::array())) {
+        if (textOf(window, "title") == "Video" && window.value("visible", false)) {
             return true;
         }
     }
@@ -163,9 +172,9 @@ bool playerIsVisible(const Unit& unit) {
 }
 
 // One that was ended just before may still be reported; only the number tells them apart.
-bool hasEnded(const json::Value& line, long long process) {
-    return line.textOf("kind") == "process" && line.textOf("text") == "ended" &&
-           line.numberOf("process", -1) == process;
+bool hasEnded(const Json& line, long long process) {
+    return textOf(line, "kind") == "process" && textOf(line, "text") == "ended" &&
+           numberOf(line, "process", -1) == process;
 }
 
 // `why` brings the player's process number, as the unit has answered, and takes the reason.
@@ -180,11 +189,11 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
             }
             if (hasEnded(line->value, process)) {
                 why = "the player ended at once with exit value " +
-                      std::to_string(line->value.numberOf("exit", 0)) +
+                      std::to_string(numberOf(line->value, "exit", 0)) +
                       "; see: headunit log --device " + unit.device.string();
                 return false;
             }
-            if (line->value.textOf("kind") == "box" && line->value.find("text") != nullptr) {
+            if (textOf(line->value, "kind") == "box" && line->value.contains("text")) {
                 // It waits for the user before it can show anything; that is up to the user.
                 return true;
             }
@@ -199,27 +208,13 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
 }
 
 bool startEverything(const Unit& unit, const BootOptions& options, std::string& why) {
-    if (!prepareHearing(unit, options.hear, why) || !copyPrefix(unit.device, unit.prefix(), why) ||
-        !startDisplay(unit, options, why) || !startHub(unit, options, why) ||
-        !ask(unit, {"note", "boot" + options.words}, why) || !startPeers(unit, options, why)) {
-        return false;
-    }
-    if (!options.play.empty() && !choose(unit, options.play, why)) {
-        return false;
-    }
-    return options.noPlayer || startPlayer(unit, options, why);
-}
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> out(1);
-    for (const char c : text) {
-        if (c == '\n') {
-            out.emplace_back();
-        } else {
-            out.back() += c;
-        }
-    }
-    return out;
+    int panel = 0;
+    Choice choice;
+    return prepareHearing(unit, options.hear, why) && startDisplay(unit, options, panel, why) &&
+           copyPrefix(unit.device, unit.prefix(), why) && startHub(unit, panel, why) &&
+           ask(unit, {"note", "boot" + options.words}, why) && startPeers(unit, options, why) &&
+           choose(unit, options, choice, why) && remember(unit, choice, why) &&
+           (options.noPlayer || startPlayer(unit, options, why));
 }
 
 void setPath(char16_t (&to)[platform::kPathCapacity], const std::string& path) {
@@ -228,33 +223,7 @@ void setPath(char16_t (&to)[platform::kPathCapacity], const std::string& path) {
     std::copy_n(text.begin(), length, to);
 }
 
-// A link on the unit's own card. Nothing but a link is replaced: the card may be a folder of the
-// PC, and what is on it is the user's.
-bool linkOntoCard(const Unit& unit, const fs::path& host, const fs::path& link, std::string& why) {
-    std::error_code error;
-    if (fs::equivalent(link, host, error)) {
-        return true;
-    }
-    const fs::path card = unit.device / kCard;
-    if (fs::is_symlink(fs::symlink_status(card, error))) {
-        why = std::string("a folder of the PC is in ") + kCard + "; first: headunit card change " +
-              kCard + " --own";
-        return false;
-    }
-    fs::create_directories(card, error);
-    const fs::file_status there = fs::symlink_status(link, error);
-    if (fs::exists(there) && !fs::is_symlink(there)) {
-        why = "the card has another " + host.filename().string() + "; take that one away first";
-        return false;
-    }
-    fs::remove(link, error);
-    error.clear();
-    fs::create_symlink(host, link, error);
-    why = error ? "cannot put " + host.string() + " on the card: " + error.message() : "";
-    return !error;
-}
-
-// Where the file or folder stands on the unit; what lies outside is linked onto the card first.
+// Where the file or folder stands on the unit; what lies outside is put onto the card first.
 bool putOnUnit(const Unit& unit, const fs::path& path, std::string& onUnit, std::string& why) {
     std::error_code error;
     fs::path host = fs::exists(path, error) ? fs::absolute(path, error).lexically_normal()
@@ -270,16 +239,29 @@ bool putOnUnit(const Unit& unit, const fs::path& path, std::string& onUnit, std:
     if (!onUnit.empty()) {
         return true;
     }
-    const fs::path link = unit.device / kCard / host.filename();
-    onUnit = unitPath(unit, link);
-    return linkOntoCard(unit, host, link, why);
+    const fs::path place = unit.device / kCard / host.filename();
+    onUnit = unitPath(unit, place);
+    // What was put there at another start, and has changed on the PC since then, is replaced.
+    const std::string placed = "put-" + host.filename().string();
+    if (fs::exists(place, error)) {
+        if (readRunFile(unit, placed.c_str()) != host.string()) {
+            why = "the card has another " + host.filename().string() + "; take that one away first";
+            return false;
+        }
+        fs::remove_all(place, error);
+    }
+    writeRunFile(unit, placed.c_str(), host.string());
+    return putFromPc(host, place, why);
 }
 
 }  // namespace
 
-bool choose(const Unit& unit, const fs::path& file, std::string& why) {
+bool choose(const Unit& unit, const BootOptions& options, Choice& choice, std::string& why) {
     std::string onUnit;
-    if (!putOnUnit(unit, file, onUnit, why)) {
+    if (options.play.empty()) {
+        return true;
+    }
+    if (!putOnUnit(unit, options.play, onUnit, why)) {
         return false;
     }
     std::error_code error;
@@ -290,23 +272,24 @@ bool choose(const Unit& unit, const fs::path& file, std::string& why) {
         why = answer;
         return false;
     }
-    const std::vector<std::string> paths = lines(answer);
-    settings::PersistedState state;
-    const auto found = isFolder ? paths.begin() : std::find(paths.begin(), paths.end(), onUnit);
-    if (found == paths.end() || found->empty()) {
-        why = isFolder ? "there is no recording in " + file.string()
-                       : "the player lists no such recording: " + file.string();
+    const auto paths = parseJson(answer).get<std::vector<std::string>>();
+    const auto found = isFolder ? paths.begin() : std::ranges::find(paths, onUnit);
+    if (found == paths.end()) {
+        why = isFolder ? "there is no recording in " + options.play.string()
+                       : "the player lists no such recording: " + options.play.string();
         return false;
     }
-    state.playState = settings::kPlaying;
-    state.fileIndex = static_cast<std::int32_t>(found - paths.begin());
-    setPath(state.folder, folder);
-    setPath(state.file, *found);
-    if (!writeMovieDat(unit, state)) {
-        why = "Movie.dat cannot be written; is the disk full?";
-        return false;
-    }
+    choice.given = true;
+    choice.state.playState = settings::kPlaying;
+    choice.state.fileIndex = static_cast<std::int32_t>(found - paths.begin());
+    setPath(choice.state.folder, folder);
+    setPath(choice.state.file, *found);
     return true;
+}
+
+bool remember(const Unit& unit, const Choice& choice, std::string& why) {
+    why = "Movie.dat cannot be written; is the disk full?";
+    return !choice.given || writeMovieDat(unit, choice.state);
 }
 
 std::string playerCommandLine(bool pip) {

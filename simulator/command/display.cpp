@@ -3,22 +3,14 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace headunit {
 namespace {
 
 constexpr int kDisplayPatience = 10000;  // milliseconds
-
-bool isOwn(const Unit& unit) {
-    return !readRunFile(unit, "xvfb.pid").empty();
-}
-
-process::Options onDisplay(const Unit& unit) {
-    return {.environment = {"DISPLAY=" + readRunFile(unit, "display")}};
-}
 
 // Waits for the line with the display's number; empty when the server ended or took too long.
 std::string readNumber(int pipeEnd) {
@@ -66,122 +58,16 @@ bool startOwnDisplay(const Unit& unit, int width, std::string& why) {
     return true;
 }
 
-void useDesktop(const Unit& unit, const std::string& display) {
-    writeRunFile(unit, "display", display);
-}
-
-bool findPlace(const Unit& unit, Place& place) {
-    if (isOwn(unit)) {
-        place = {"root", 0, 0};
-        return true;
+bool useDesktop(const Unit& unit, const std::string& display, int& width, std::string& why) {
+    xcb_connection_t* const server = xcb_connect(display.c_str(), nullptr);
+    const bool good = xcb_connection_has_error(server) == 0;
+    if (good) {
+        width = xcb_setup_roots_iterator(xcb_get_setup(server)).data->width_in_pixels;
+        writeRunFile(unit, "display", display);
     }
-    std::string found;
-    process::runReading({"xdotool", "search", "--name", unit.desktopName()}, onDisplay(unit),
-                        found);
-    place.window = found.substr(0, found.find('\n'));
-    if (place.window.empty()) {
-        return false;
-    }
-    std::string geometry;
-    process::runReading({"xdotool", "getwindowgeometry", "--shell", place.window}, onDisplay(unit),
-                        geometry);
-    const auto x = geometry.find("X=");
-    const auto y = geometry.find("Y=");
-    if (x == std::string::npos || y == std::string::npos) {
-        return false;
-    }
-    place.left = std::atoi(geometry.c_str() + x + 2);
-    place.top = std::atoi(geometry.c_str() + y + 2);
-    return true;
-}
-
-bool takePicture(const Unit& unit, const fs::path& file, std::string& why) {
-    if (isCheckOnly()) {
-        return true;
-    }
-    Place place;
-    if (!isRunning(unit) || !findPlace(unit, place)) {
-        why = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
-        return false;
-    }
-    const process::Arguments import = {"import", "-silent",     "-window", place.window,
-                                       "-depth", "8",           "-define", "png:color-type=2",
-                                       "-crop",  "800x480+0+0", "+repage", "png:" + file.string()};
-    if (process::run(import, onDisplay(unit)) != 0) {
-        why = "the picture could not be written to " + file.string();
-        return false;
-    }
-    return true;
-}
-
-bool movePointer(const Unit& unit, int x, int y, Pointer action, std::string& why) {
-    if (isCheckOnly()) {
-        return true;
-    }
-    Place place;
-    if (!isRunning(unit) || !findPlace(unit, place)) {
-        why = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
-        return false;
-    }
-    if (x >= kScreenWidth && readRunFile(unit, "panel").empty()) {
-        why = "the panel is not open; open it with: headunit boot --panel";
-        return false;
-    }
-    process::Arguments xdotool = {"xdotool", "mousemove", std::to_string(place.left + x),
-                                  std::to_string(place.top + y)};
-    if (action != Pointer::Move) {
-        xdotool.push_back(action == Pointer::Press ? "mousedown" : "mouseup");
-        xdotool.push_back("1");
-    }
-    if (process::run(xdotool, onDisplay(unit)) != 0) {
-        why = "xdotool could not move the pointer; is the display still there?";
-        return false;
-    }
-    return true;
-}
-
-bool releasePointer(const Unit& unit, std::string& why) {
-    if (isCheckOnly()) {
-        return true;
-    }
-    if (!isRunning(unit)) {
-        why = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
-        return false;
-    }
-    if (process::run({"xdotool", "mouseup", "1"}, onDisplay(unit)) != 0) {
-        why = "xdotool could not release the button; is the display still there?";
-        return false;
-    }
-    return true;
-}
-
-namespace {
-
-bool keyboard(const Unit& unit, const process::Arguments& xdotool, std::string& why) {
-    if (isCheckOnly()) {
-        return true;
-    }
-    if (!isRunning(unit)) {
-        why = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
-        return false;
-    }
-    std::string output;
-    if (process::runReading(xdotool, onDisplay(unit), output) != 0) {
-        why = "xdotool could not press \"" + xdotool.back() +
-              "\"; is it a key's name, is the display still there?";
-        return false;
-    }
-    return true;
-}
-
-}  // namespace
-
-bool pressKey(const Unit& unit, const std::string& key, std::string& why) {
-    return keyboard(unit, {"xdotool", "key", "--", key}, why);
-}
-
-bool typeText(const Unit& unit, const std::string& text, std::string& why) {
-    return keyboard(unit, {"xdotool", "type", "--delay", "5", "--", text}, why);
+    xcb_disconnect(server);
+    why = "there is no display " + display + " (DISPLAY); without one: headunit boot --headless";
+    return good;
 }
 
 }  // namespace headunit

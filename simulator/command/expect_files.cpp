@@ -6,28 +6,29 @@
 #include <sstream>
 
 #include "simulator/command/expect.h"
-#include "simulator/command/verbs.h"
-#include "simulator/tape/messages.h"
+#include "simulator/command/state.h"
+#include "simulator/shared/messages.h"
 
 namespace headunit {
 namespace {
 
 // A value of the state by its name: a field of Movie.dat ("playState"), a key of Config.ini
 // ("TRIP.AppProgram"), "connectPath", or a thread priority ("priority.NAME"). "none" when missing.
-std::string stateValue(const json::Value& state, const std::string& name) {
-    const json::Value* value = nullptr;
+std::string stateValue(const Json& state, const std::string& name) {
     const auto dot = name.find('.');
+    const auto member = [](const Json& object, const std::string& key) {
+        return object.is_object() ? plain(object.value(key, Json())) : "none";
+    };
     if (name == "connectPath") {
-        value = state.find("connectPath");
-    } else if (name.starts_with("priority.")) {
-        value = state.find("priorities")->find(name.substr(9));
-    } else if (dot != std::string::npos) {
-        const json::Value* section = state.find("config")->find(name.substr(0, dot));
-        value = section == nullptr ? nullptr : section->find(name.substr(dot + 1));
-    } else if (const json::Value* record = state.find("movieDat")) {
-        value = record->find(name);
+        return member(state, name);
     }
-    return value == nullptr || value->kind == json::Value::Kind::Null ? "none" : value->text;
+    if (name.starts_with("priority.")) {
+        return member(state["priorities"], name.substr(9));
+    }
+    if (dot != std::string::npos) {
+        return member(state["config"].value(name.substr(0, dot), Json()), name.substr(dot + 1));
+    }
+    return member(state["movieDat"], name);
 }
 
 // Equal as texts; or as numbers, "N~D" allowing a distance of D.
@@ -54,7 +55,7 @@ bool isStateName(const std::string& name) {
            std::ranges::find(kNames, std::string_view(name)) != std::end(kNames);
 }
 
-bool stateCheck(const std::vector<std::string>& words) {
+bool stateCheck(const Words& words) {
     for (std::size_t i = 1; i < words.size(); ++i) {
         const auto equals = words[i].find('=');
         if (equals == std::string::npos || !isStateName(words[i].substr(0, equals))) {
@@ -66,15 +67,11 @@ bool stateCheck(const std::vector<std::string>& words) {
 
 // state NAME=VALUE...
 bool state(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto values = json::parse(stateJson(stage.unit));
-    if (!values) {
-        why = "the state cannot be read";
-        return false;
-    }
+    const Json values = unitState(stage.unit);
     for (std::size_t i = 1; i < expectation.words.size(); ++i) {
         const std::string& word = expectation.words[i];
         const std::string name = word.substr(0, word.find('='));
-        const std::string seen = stateValue(*values, name);
+        const std::string seen = stateValue(values, name);
         if (!valueMatches(word.substr(word.find('=') + 1), seen)) {
             why = name + " is " + seen;
             return false;
@@ -84,11 +81,18 @@ bool state(Stage& stage, const Expectation& expectation, std::string& why) {
     return true;
 }
 
-bool fileCheck(const std::vector<std::string>& words) {
-    return words.size() == 2 || (words.size() == 4 && (words[2] == "text" || words[2] == "size"));
+bool fileCheck(const Words& words) {
+    return words.size() == 2 ||
+           (words.size() == 4 && (words[2] == "text" || words[2] == "size" || words[2] == "same"));
 }
 
-// file PATH [size BYTES | text CONTENT]
+std::string contentOf(const fs::path& path) {
+    std::stringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+// file PATH [size BYTES | text CONTENT | same PATH]
 bool file(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
     const fs::path path = hostPath(stage.unit, words[1]);
@@ -106,22 +110,24 @@ bool file(Stage& stage, const Expectation& expectation, std::string& why) {
         why = "it has " + std::to_string(size) + " bytes";
         return std::to_string(size) == words[3];
     }
-    std::ifstream stream(path, std::ios::binary);
-    std::stringstream content;
-    content << stream.rdbuf();
-    why = "it holds " + json::quoted(content.str().substr(0, 200));
-    return content.str() == words[3];
+    const std::string content = contentOf(path);
+    if (words[2] == "same") {
+        why = "it is another than " + words[3];
+        return content == contentOf(hostPath(stage.unit, words[3]));
+    }
+    why = "it holds " + inQuotes(content.substr(0, 200));
+    return content == words[3];
 }
 
 // running NAME
 bool running(Stage& stage, const Expectation& expectation, std::string& why) {
     std::string answer;
     const bool good = ask(stage.unit, {"running", expectation.words[1]}, answer);
-    why = good ? "it is " + std::string(answer == "yes" ? "" : "not ") + "running" : answer;
-    return good && answer == "yes";
+    why = good ? "it is " + std::string(answer == "true" ? "" : "not ") + "running" : answer;
+    return good && answer == "true";
 }
 
-bool resultCheck(const std::vector<std::string>& words) {
+bool resultCheck(const Words& words) {
     return tape::findMessage(words[2]) != nullptr && isNumber(words[1]) && isNumber(words[3]) &&
            isNumber(words[4]);
 }
@@ -136,21 +142,16 @@ bool result(Stage& stage, const Expectation& expectation, std::string& why) {
 }
 
 constexpr Subject kSubjects[] = {
-    {"state", 2, 20, &state, 3000, &stateCheck},
-    {"file", 2, 4, &file, 2000, &fileCheck},
-    {"running", 2, 2, &running, 3000, nullptr},
-    {"result", 5, 5, &result, 0, &resultCheck},
+    {"state", 2, 20, &state, 3000, &stateCheck, Kind::Is},
+    {"file", 2, 4, &file, 2000, &fileCheck, Kind::Is},
+    {"running", 2, 2, &running, 3000, nullptr, Kind::Is},
+    {"result", 5, 5, &result, 0, &resultCheck, Kind::Is},
 };
 
 }  // namespace
 
-const Subject* findFileSubject(const std::string& name) {
-    for (const Subject& subject : kSubjects) {
-        if (name == subject.name) {
-            return &subject;
-        }
-    }
-    return nullptr;
+std::span<const Subject> fileSubjects() {
+    return kSubjects;
 }
 
 }  // namespace headunit

@@ -5,7 +5,7 @@
 #include "simulator/command/expect.h"
 #include "simulator/command/hearing.h"
 #include "simulator/command/picture.h"
-#include "simulator/command/verbs.h"
+#include "simulator/command/screen.h"
 
 namespace headunit {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 constexpr int kMotionMilliseconds = 400;
 constexpr double kMotionShare = 0.005;  // of the pixels of the area
 
-bool readRect(const std::vector<std::string>& words, std::size_t first, Rect& area) {
+bool readRect(const Words& words, std::size_t first, Rect& area) {
     int* const edges[] = {&area.left, &area.top, &area.right, &area.bottom};
     for (std::size_t i = 0; i < 4; ++i) {
         long long number = 0;
@@ -32,34 +32,35 @@ bool readColour(const std::string& word, std::uint32_t& colour) {
     return word.size() == 7 && word[0] == '#' && *end == '\0';
 }
 
-// The window of that title among the unit's, or nothing.
-std::optional<json::Value> findWindow(const Stage& stage, const std::string& title) {
-    const auto state = json::parse(stateJson(stage.unit));
-    const json::Value* windows = state ? state->find("windows") : nullptr;
-    for (const json::Value& window : windows ? windows->items : std::vector<json::Value>()) {
-        if (window.textOf("title") == title || window.textOf("class") == title) {
+// The window of that title or class among the unit's, or null.
+Json findWindow(const Stage& stage, const std::string& title) {
+    std::string state;
+    if (!ask(stage.unit, {"state"}, state)) {
+        return nullptr;
+    }
+    const Json windows = parseJson(state).value("windows", Json::array());
+    for (const Json& window : windows) {
+        if (textOf(window, "title") == title || textOf(window, "class") == title) {
             return window;
         }
     }
-    return std::nullopt;
+    return nullptr;
 }
 
-bool isVisible(const json::Value& window) {
-    const json::Value* visible = window.find("visible");
-    return visible != nullptr && visible->truth;
-}
-
-std::string rectText(const json::Value& window) {
+std::string rectText(const Json& window) {
     std::string text;
-    if (const json::Value* area = window.find("rect")) {
-        for (const json::Value& edge : area->items) {
-            text += (text.empty() ? "" : " ") + edge.text;
-        }
+    for (const Json& edge : window["rect"]) {
+        text += (text.empty() ? "" : " ") + plain(edge);
     }
     return text;
 }
 
-bool windowCheck(const std::vector<std::string>& words) {
+bool grab(const Stage& stage, Picture& picture, std::string& why) {
+    Screen screen;
+    return screen.open(stage.unit, why) && screen.grab(picture, why);
+}
+
+bool windowCheck(const Words& words) {
     Rect unused;
     const bool known = words[2] == "visible" || words[2] == "hidden" || words[2] == "gone";
     return known && (words.size() == 3 || (words[2] != "gone" && readRect(words, 3, unused)));
@@ -68,33 +69,34 @@ bool windowCheck(const std::vector<std::string>& words) {
 // window TITLE visible|hidden|gone [LEFT TOP RIGHT BOTTOM]
 bool window(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
-    const auto found = findWindow(stage, words[1]);
-    const std::string seen = !found ? "gone" : (isVisible(*found) ? "visible" : "hidden");
+    const Json found = findWindow(stage, words[1]);
+    const std::string seen =
+        found.is_null() ? "gone" : (found.value("visible", false) ? "visible" : "hidden");
     std::string wantedPlace;
     for (std::size_t i = 3; i < words.size(); ++i) {
         wantedPlace += (wantedPlace.empty() ? "" : " ") + words[i];
     }
-    const std::string place = found ? rectText(*found) : "";
+    const std::string place = found.is_null() ? "" : rectText(found);
     why = "it is " + seen + (place.empty() ? "" : " at " + place);
     return seen == words[2] && (wantedPlace.empty() || wantedPlace == place);
 }
 
-bool modeCheck(const std::vector<std::string>& words) {
+bool modeCheck(const Words& words) {
     return words[1].size() == 1 && words[1][0] >= '0' && words[1][0] <= '4';
 }
 
 // mode 0|1|2|3|4, judged from the player's window and what it shows
 bool mode(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto found = findWindow(stage, "Video");
-    if (!found) {
+    const Json found = findWindow(stage, "Video");
+    if (found.is_null()) {
         why = "the player has no window";
         return false;
     }
     int seen = 4;
-    if (isVisible(*found)) {
+    if (found.value("visible", false)) {
         Picture picture;
-        seen = rectText(*found) == "400 0 800 480" ? 1 : 0;
-        if (seen == 0 && grab(stage.unit, picture)) {
+        seen = rectText(found) == "400 0 800 480" ? 1 : 0;
+        if (seen == 0 && grab(stage, picture, why)) {
             seen = judgeFullWidthMode(stage.unit, picture);
         }
     }
@@ -102,7 +104,7 @@ bool mode(Stage& stage, const Expectation& expectation, std::string& why) {
     return std::to_string(seen) == expectation.words[1];
 }
 
-bool pixelCheck(const std::vector<std::string>& words) {
+bool pixelCheck(const Words& words) {
     std::uint32_t colour = 0;
     return isNumber(words[1]) && isNumber(words[2]) && readColour(words[3], colour) &&
            (words.size() == 4 || isNumber(words[4]));
@@ -122,8 +124,7 @@ int channelDistance(std::uint32_t a, std::uint32_t b) {
 bool pixel(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
     Picture picture;
-    if (!grab(stage.unit, picture)) {
-        why = "there is no picture of the screen";
+    if (!grab(stage, picture, why)) {
         return false;
     }
     std::uint32_t wanted = 0;
@@ -135,55 +136,46 @@ bool pixel(Stage& stage, const Expectation& expectation, std::string& why) {
     return channelDistance(seen, wanted) <= (words.size() > 4 ? std::atoi(words[4].c_str()) : 0);
 }
 
-bool rectCheck(const std::vector<std::string>& words) {
+bool rectCheck(const Words& words) {
     Rect unused;
     return readRect(words, 1, unused);
 }
 
-// moving LEFT TOP RIGHT BOTTOM: two pictures differ there
-bool moving(Stage& stage, const Expectation& expectation, std::string& why) {
-    Rect area;
+// How many pixels of the area change within kMotionMilliseconds; -1 with the reason when there is
+// no picture.
+int countChanges(Stage& stage, const Expectation& expectation, Rect& area, std::string& why) {
     readRect(expectation.words, 1, area);
     Picture before;
     Picture after;
-    if (!grab(stage.unit, before)) {
-        why = "there is no picture of the screen";
-        return false;
+    if (!grab(stage, before, why)) {
+        return -1;
     }
     process::sleepMilliseconds(kMotionMilliseconds);
-    if (!grab(stage.unit, after)) {
-        why = "there is no picture of the screen";
-        return false;
+    if (!grab(stage, after, why)) {
+        return -1;
     }
     int x = 0;
     int y = 0;
     const int count = countDifferences(before, after, area, x, y);
     why = std::to_string(count) + " pixels changed within " + std::to_string(kMotionMilliseconds) +
-          " ms";
+          " ms, the first at " + std::to_string(x) + ", " + std::to_string(y);
+    return count;
+}
+
+// moving LEFT TOP RIGHT BOTTOM: two pictures differ there
+bool moving(Stage& stage, const Expectation& expectation, std::string& why) {
+    Rect area;
+    const int count = countChanges(stage, expectation, area, why);
     return count > kMotionShare * (area.right - area.left) * (area.bottom - area.top);
 }
 
 // still LEFT TOP RIGHT BOTTOM: two pictures are the same there
 bool still(Stage& stage, const Expectation& expectation, std::string& why) {
     Rect area;
-    readRect(expectation.words, 1, area);
-    Picture before;
-    Picture after;
-    const bool grabbed = grab(stage.unit, before);
-    process::sleepMilliseconds(kMotionMilliseconds);
-    if (!grabbed || !grab(stage.unit, after)) {
-        why = "there is no picture of the screen";
-        return false;
-    }
-    int x = 0;
-    int y = 0;
-    const int count = countDifferences(before, after, area, x, y);
-    why = std::to_string(count) + " pixels changed, the first at " + std::to_string(x) + ", " +
-          std::to_string(y);
-    return count == 0;
+    return countChanges(stage, expectation, area, why) == 0;
 }
 
-bool pictureCheck(const std::vector<std::string>& words) {
+bool pictureCheck(const Words& words) {
     Rect unused;
     return words[1].find('/') == std::string::npos &&
            (words.size() == 2 || readRect(words, 2, unused));
@@ -198,8 +190,7 @@ bool picture(Stage& stage, const Expectation& expectation, std::string& why) {
         readRect(words, 2, area);
     }
     Picture seen;
-    if (!grab(stage.unit, seen)) {
-        why = "there is no picture of the screen";
+    if (!grab(stage, seen, why)) {
         return false;
     }
     if (stage.updateGolden) {
@@ -212,38 +203,30 @@ bool picture(Stage& stage, const Expectation& expectation, std::string& why) {
         why = "there is no " + golden.string() + "; make it with --update-golden";
         return false;
     }
-    int count = 0;
-    int firstX = 0;
-    int firstY = 0;
-    for (int y = area.top; y < area.bottom; ++y) {
-        for (int x = area.left; x < area.right; ++x) {
-            if (seen.at(x, y) != wanted.at(x - area.left, y - area.top) && count++ == 0) {
-                firstX = x;
-                firstY = y;
-            }
-        }
-    }
-    why = std::to_string(count) + " pixels differ, the first at " + std::to_string(firstX) + ", " +
-          std::to_string(firstY);
+    int x = 0;
+    int y = 0;
+    const Picture part = cut(seen, area);
+    const int count = countDifferences(part, wanted, {0, 0, part.width, part.height}, x, y);
+    why = std::to_string(count) + " pixels differ, the first at " + std::to_string(area.left + x) +
+          ", " + std::to_string(area.top + y);
     return count == 0;
 }
 
 constexpr Subject kSubjects[] = {
-    {"window", 3, 7, &window, 3000, &windowCheck}, {"mode", 2, 2, &mode, 3000, &modeCheck},
-    {"pixel", 4, 5, &pixel, 2000, &pixelCheck},    {"moving", 5, 5, &moving, 3000, &rectCheck},
-    {"still", 5, 5, &still, 2000, &rectCheck},     {"picture", 2, 6, &picture, 2000, &pictureCheck},
-    {"silence", 1, 1, &isSilent, 3000, nullptr},   {"loud", 1, 1, &isLoud, 3000, nullptr},
+    {"window", 3, 7, &window, 3000, &windowCheck, Kind::Is},
+    {"mode", 2, 2, &mode, 3000, &modeCheck, Kind::Is},
+    {"pixel", 4, 5, &pixel, 2000, &pixelCheck, Kind::Is},
+    {"moving", 5, 5, &moving, 3000, &rectCheck, Kind::Happens},
+    {"still", 5, 5, &still, 2000, &rectCheck, Kind::Is},
+    {"picture", 2, 6, &picture, 2000, &pictureCheck, Kind::Is},
+    {"silence", 1, 1, &isSilent, 3000, nullptr, Kind::Is},
+    {"loud", 1, 1, &isLoud, 3000, nullptr, Kind::Is},
 };
 
 }  // namespace
 
-const Subject* findScreenSubject(const std::string& name) {
-    for (const Subject& subject : kSubjects) {
-        if (name == subject.name) {
-            return &subject;
-        }
-    }
-    return nullptr;
+std::span<const Subject> screenSubjects() {
+    return kSubjects;
 }
 
 }  // namespace headunit

@@ -2,13 +2,13 @@
 #include <cstdlib>
 
 #include "simulator/command/expect.h"
-#include "simulator/command/verbs.h"
-#include "simulator/tape/messages.h"
+#include "simulator/shared/describe.h"
+#include "simulator/shared/messages.h"
 
 namespace headunit {
 namespace {
 
-using Wanted = std::function<bool(const json::Value& line)>;
+using Wanted = std::function<bool(const Json& line)>;
 
 // Looks for a line after the mark that no earlier expectation has taken.
 bool findLine(Stage& stage, const Expectation& expectation, const Wanted& wanted,
@@ -40,7 +40,7 @@ bool matchesText(const std::string& wanted, const std::string& text) {
                                    : text == wanted;
 }
 
-std::string optionOf(const std::vector<std::string>& words, std::size_t from, const char* name) {
+std::string optionOf(const Words& words, std::size_t from, const char* name) {
     for (std::size_t i = from; i + 1 < words.size(); i += 2) {
         if (words[i] == name) {
             return words[i + 1];
@@ -49,7 +49,7 @@ std::string optionOf(const std::vector<std::string>& words, std::size_t from, co
     return {};
 }
 
-bool messageCheck(const std::vector<std::string>& words) {
+bool messageCheck(const Words& words) {
     return (words[1] == "*" || tape::findMessage(words[1]) != nullptr) && isNumber(words[2]) &&
            isNumber(words[3]) && words.size() % 2 == 0;
 }
@@ -62,19 +62,19 @@ bool message(Stage& stage, const Expectation& expectation, std::string& why) {
     const std::string by = optionOf(words, 4, "by");
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.find("message") != nullptr &&
-                   (words[1] == "*" || line.textOf("message") == words[1]) &&
-                   line.textOf("from") == (from.empty() ? "Video" : from) &&
-                   (to.empty() || line.textOf("to") == to) &&
-                   (by.empty() || line.textOf("kind") == by) &&
-                   matches(words[2], line.numberOf("wParam", 0)) &&
-                   matches(words[3], line.numberOf("lParam", 0));
+        [&](const Json& line) {
+            return line.contains("message") &&
+                   (words[1] == "*" || textOf(line, "message") == words[1]) &&
+                   textOf(line, "from") == (from.empty() ? "Video" : from) &&
+                   (to.empty() || textOf(line, "to") == to) &&
+                   (by.empty() || textOf(line, "kind") == by) &&
+                   matches(words[2], numberOf(line, "wParam", 0)) &&
+                   matches(words[3], numberOf(line, "lParam", 0));
         },
         why);
 }
 
-bool copyDataCheck(const std::vector<std::string>& words) {
+bool copyDataCheck(const Words& words) {
     for (std::size_t i = 1; i < words.size(); ++i) {
         if (!isNumber(words[i])) {
             return false;
@@ -88,15 +88,15 @@ bool copyData(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
     return findLine(
         stage, expectation,
-        [&words](const json::Value& line) {
-            const json::Value* values = line.find("values");
-            if (line.textOf("kind") != "copydata" || values == nullptr ||
-                !matches(words[1], line.numberOf("identifier", -1)) ||
-                values->items.size() != words.size() - 2) {
+        [&words](const Json& line) {
+            const Json values = line.value("values", Json());
+            if (textOf(line, "kind") != "copydata" || !values.is_array() ||
+                !matches(words[1], numberOf(line, "identifier", -1)) ||
+                values.size() != words.size() - 2) {
                 return false;
             }
             for (std::size_t i = 2; i < words.size(); ++i) {
-                if (!matches(words[i], static_cast<long long>(values->items[i - 2].number))) {
+                if (!matches(words[i], values[i - 2].get<long long>())) {
                     return false;
                 }
             }
@@ -105,7 +105,7 @@ bool copyData(Stage& stage, const Expectation& expectation, std::string& why) {
         why);
 }
 
-bool boxCheck(const std::vector<std::string>& words) {
+bool boxCheck(const Words& words) {
     return words.size() % 2 == 0 || words.size() == 1;
 }
 
@@ -117,17 +117,17 @@ bool box(Stage& stage, const Expectation& expectation, std::string& why) {
     const std::string title = optionOf(words, 2, "title");
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.textOf("kind") == "box" && line.find("text") != nullptr &&
-                   (words.size() < 2 || matchesText(words[1], line.textOf("text"))) &&
-                   (style.empty() || matches(style, line.numberOf("style", -1))) &&
-                   (timed.empty() || matches(timed, line.numberOf("milliseconds", 0))) &&
-                   (title.empty() || line.textOf("title") == title);
+        [&](const Json& line) {
+            return textOf(line, "kind") == "box" && line.contains("text") &&
+                   (words.size() < 2 || matchesText(words[1], textOf(line, "text"))) &&
+                   (style.empty() || matches(style, numberOf(line, "style", -1))) &&
+                   (timed.empty() || matches(timed, numberOf(line, "milliseconds", 0))) &&
+                   (title.empty() || textOf(line, "title") == title);
         },
         why);
 }
 
-bool answerCheck(const std::vector<std::string>& words) {
+bool answerCheck(const Words& words) {
     return words[1] == "ok" || words[1] == "yes" || words[1] == "no";
 }
 
@@ -135,8 +135,8 @@ bool answerCheck(const std::vector<std::string>& words) {
 bool answer(Stage& stage, const Expectation& expectation, std::string& why) {
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.textOf("kind") == "box" && line.textOf("answer") == expectation.words[1];
+        [&](const Json& line) {
+            return textOf(line, "kind") == "box" && textOf(line, "answer") == expectation.words[1];
         },
         why);
 }
@@ -145,14 +145,14 @@ bool answer(Stage& stage, const Expectation& expectation, std::string& why) {
 bool printed(Stage& stage, const Expectation& expectation, std::string& why) {
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.textOf("kind") == expectation.words[0] &&
-                   matchesText(expectation.words[1], line.textOf("text"));
+        [&](const Json& line) {
+            return textOf(line, "kind") == expectation.words[0] &&
+                   matchesText(expectation.words[1], textOf(line, "text"));
         },
         why);
 }
 
-bool numberCheck(const std::vector<std::string>& words) {
+bool numberCheck(const Words& words) {
     return words.size() < 2 || isNumber(words[1]);
 }
 
@@ -160,10 +160,10 @@ bool numberCheck(const std::vector<std::string>& words) {
 bool sound(Stage& stage, const Expectation& expectation, std::string& why) {
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.textOf("kind") == "sound" &&
+        [&](const Json& line) {
+            return textOf(line, "kind") == "sound" &&
                    (expectation.words.size() < 2 ||
-                    matches(expectation.words[1], line.numberOf("sound", -1)));
+                    matches(expectation.words[1], numberOf(line, "sound", -1)));
         },
         why);
 }
@@ -173,36 +173,37 @@ bool event(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.textOf("kind") == "event" && matches(words[1], line.numberOf("code", -1)) &&
-                   (words.size() < 3 || matches(words[2], line.numberOf("param1", 0))) &&
-                   (words.size() < 4 || matches(words[3], line.numberOf("param2", 0)));
+        [&](const Json& line) {
+            return textOf(line, "kind") == "event" &&
+                   matches(words[1], numberOf(line, "code", -1)) &&
+                   (words.size() < 3 || matches(words[2], numberOf(line, "param1", 0))) &&
+                   (words.size() < 4 || matches(words[3], numberOf(line, "param2", 0)));
         },
         why);
 }
 
 // A text as it is, a number or "*", or the values of an array in their order: "801,481,811,491".
-bool matchesValue(const std::string& wanted, const json::Value& value) {
-    if (value.kind == json::Value::Kind::Number) {
-        return matches(wanted, static_cast<long long>(value.number));
+bool matchesValue(const std::string& wanted, const Json& value) {
+    if (value.is_number()) {
+        return matches(wanted, value.get<long long>());
     }
-    if (value.kind != json::Value::Kind::Array) {
-        return matchesText(wanted, value.text);
+    if (!value.is_array()) {
+        return matchesText(wanted, plain(value));
     }
     std::size_t begin = 0;
-    for (const json::Value& item : value.items) {
+    for (const Json& item : value) {
         const std::size_t end = wanted.find(',', begin);
-        const bool isLast = &item == &value.items.back();
+        const bool isLast = &item == &value.back();
         if (isLast != (end == std::string::npos) ||
             !matchesValue(wanted.substr(begin, end - begin), item)) {
             return false;
         }
         begin = end + 1;
     }
-    return !value.items.empty();
+    return !value.empty();
 }
 
-bool filterCheck(const std::vector<std::string>& words) {
+bool filterCheck(const Words& words) {
     return words.size() % 2 == 1;
 }
 
@@ -211,19 +212,19 @@ bool filter(Stage& stage, const Expectation& expectation, std::string& why) {
     const auto& words = expectation.words;
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            bool met = line.textOf("kind") == "filter" && line.textOf("filter") == words[1] &&
-                       line.textOf("what") == words[2];
+        [&](const Json& line) {
+            bool met = textOf(line, "kind") == "filter" && textOf(line, "filter") == words[1] &&
+                       textOf(line, "what") == words[2];
             for (std::size_t i = 3; i < words.size() && met; i += 2) {
-                const json::Value* value = line.find(words[i]);
-                met = value != nullptr && matchesValue(words[i + 1], *value);
+                const auto value = line.find(words[i]);
+                met = value != line.end() && matchesValue(words[i + 1], *value);
             }
             return met;
         },
         why);
 }
 
-bool processCheck(const std::vector<std::string>& words) {
+bool processCheck(const Words& words) {
     return (words[2] == "started" || words[2] == "ended") &&
            (words.size() == 3 || (words.size() == 5 && words[3] == "exit" && isNumber(words[4])));
 }
@@ -233,36 +234,31 @@ bool processLine(Stage& stage, const Expectation& expectation, std::string& why)
     const auto& words = expectation.words;
     return findLine(
         stage, expectation,
-        [&](const json::Value& line) {
-            return line.textOf("kind") == "process" && line.textOf("from") == words[1] &&
-                   line.textOf("text") == words[2] &&
-                   (words.size() < 5 || matches(words[4], line.numberOf("exit", -1)));
+        [&](const Json& line) {
+            return textOf(line, "kind") == "process" && textOf(line, "from") == words[1] &&
+                   textOf(line, "text") == words[2] &&
+                   (words.size() < 5 || matches(words[4], numberOf(line, "exit", -1)));
         },
         why);
 }
 
 constexpr Subject kSubjects[] = {
-    {"message", 4, 10, &message, 2000, &messageCheck},
-    {"copydata", 2, 34, &copyData, 2000, &copyDataCheck},
-    {"box", 1, 8, &box, 3000, &boxCheck},
-    {"answer", 2, 2, &answer, 2000, &answerCheck},
-    {"print", 2, 2, &printed, 2000, nullptr},
-    {"debug", 2, 2, &printed, 2000, nullptr},
-    {"sound", 1, 2, &sound, 1000, &numberCheck},
-    {"event", 2, 4, &event, 3000, &numberCheck},
-    {"filter", 3, 17, &filter, 2000, &filterCheck},
-    {"process", 3, 5, &processLine, 5000, &processCheck},
+    {"message", 4, 10, &message, 2000, &messageCheck, Kind::Happens},
+    {"copydata", 2, 34, &copyData, 2000, &copyDataCheck, Kind::Happens},
+    {"box", 1, 8, &box, 3000, &boxCheck, Kind::Happens},
+    {"answer", 2, 2, &answer, 2000, &answerCheck, Kind::Happens},
+    {"print", 2, 2, &printed, 2000, nullptr, Kind::Happens},
+    {"debug", 2, 2, &printed, 2000, nullptr, Kind::Happens},
+    {"sound", 1, 2, &sound, 1000, &numberCheck, Kind::Happens},
+    {"event", 2, 4, &event, 3000, &numberCheck, Kind::Happens},
+    {"filter", 3, 17, &filter, 2000, &filterCheck, Kind::Happens},
+    {"process", 3, 5, &processLine, 5000, &processCheck, Kind::Happens},
 };
 
 }  // namespace
 
-const Subject* findTapeSubject(const std::string& name) {
-    for (const Subject& subject : kSubjects) {
-        if (name == subject.name) {
-            return &subject;
-        }
-    }
-    return nullptr;
+std::span<const Subject> tapeSubjects() {
+    return kSubjects;
 }
 
 }  // namespace headunit

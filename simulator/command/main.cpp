@@ -9,41 +9,64 @@ namespace {
 
 constexpr char kVersion[] = "headunit 1.0.0";
 
+int wrongUse(const std::string& why) {
+    std::fprintf(stderr, "headunit: %s\n", why.c_str());
+    return 2;
+}
+
+bool takeFlag(Words& words, const char* option) {
+    return std::erase(words, option) > 0;
+}
+
+int runVerb(Words words, const std::string& device) {
+    const Verb* verb = findVerb(words[0]);
+    if (verb != nullptr && takeFlag(words, "--help")) {
+        std::fputs(helpOf(*verb).c_str(), stdout);
+        return 0;
+    }
+    // The panel has one pipe for all that a verb says.
+    FILE* const errors = takeFlag(words, "--errors-on-output") ? stdout : stderr;
+    std::string why;
+    const Deed deed = parseDeed(words, why);
+    const Outcome told =
+        deed.run ? perform(deed, {fs::absolute(device).lexically_normal()}) : failed(why);
+    if (!told.text.empty()) {
+        std::fprintf(told.good ? stdout : errors, "%s%s\n",
+                     told.good ? "" : "headunit: ", told.text.c_str());
+    }
+    return deed.run ? (told.good ? 0 : static_cast<int>(told.exit)) : 2;
+}
+
 int runCommand(Words words) {
-    std::string device;
-    for (const std::string& word : words) {
-        if (word == "--device" && &word == &words.back()) {
-            fail("--device needs a folder");
-            return 2;
+    std::string device = (projectRoot() / "out" / "device").string();
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (*word == "--device") {
+            if (word + 1 == words.end()) {
+                return wrongUse("--device needs a folder");
+            }
+            device = *(word + 1);
+            words.erase(word, word + 2);
+            break;
         }
     }
-    if (!takeValue(words, "--device", device)) {
-        device = (projectRoot() / "out" / "device").string();
+    if (words.empty()) {
+        return wrongUse("usage: headunit VERB [--device DIR] ...; the verbs: headunit --help");
     }
-    if (takeFlag(words, "--version")) {
+    if (words[0] == "--version") {
         std::puts(kVersion);
         return 0;
     }
-    if (words.empty()) {
-        fail("usage: headunit VERB [--device DIR] ...; the verbs: headunit --help");
-        return 2;
-    }
     if (words[0] == "--help" || words[0] == "help") {
-        printHelp();
+        std::fputs(overview().c_str(), stdout);
         return 0;
     }
-    const Verb* verb = findVerb(words[0]);
-    if (verb == nullptr) {
-        fail("there is no verb \"" + words[0] + "\"; see: headunit --help");
-        return 2;
-    }
-    words.erase(words.begin());
-    if (takeFlag(words, "--help")) {
-        std::printf("usage: headunit %s %s\n%s\n", verb->name, verb->usage, verb->help);
+    if (words[0] == "--complete") {
+        for (const std::string& word : completions({words.begin() + 1, words.end()})) {
+            std::puts(word.c_str());
+        }
         return 0;
     }
-    const Unit unit = {fs::absolute(device).lexically_normal()};
-    return perform(*verb, unit, words);
+    return runVerb(std::move(words), device);
 }
 
 }  // namespace

@@ -1,11 +1,9 @@
 #include "simulator/command/movie_dat.h"
 
-#include <cmath>
-#include <cstdio>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "platform/text.h"
-#include "simulator/command/json.h"
 
 namespace headunit {
 namespace {
@@ -19,13 +17,7 @@ std::string pathText(const char16_t (&path)[platform::kPathCapacity]) {
     while (length < platform::kPathCapacity && path[length] != 0) {
         ++length;
     }
-    return json::quoted(platform::toUtf8({path, length}));
-}
-
-std::string real(double value) {
-    char digits[40];
-    std::snprintf(digits, sizeof(digits), "%.10g", value);
-    return std::isfinite(value) ? digits : "null";
+    return platform::toUtf8({path, length});
 }
 
 }  // namespace
@@ -48,13 +40,11 @@ bool writeMovieDat(const Unit& unit, const settings::PersistedState& state) {
     return !file.fail();
 }
 
-std::string movieDatJson(const settings::PersistedState& state) {
-    return "{\"playState\": " + std::to_string(state.playState) +
-           ", \"volume\": " + std::to_string(state.volume) +
-           ", \"fileIndex\": " + std::to_string(state.fileIndex) +
-           ", \"reserved\": " + std::to_string(state.reserved) +
-           ", \"position\": " + real(state.position) + ", \"endTime\": " + real(state.endTime) +
-           ", \"folder\": " + pathText(state.folder) + ", \"file\": " + pathText(state.file) + "}";
+Json movieDatJson(const settings::PersistedState& state) {
+    return {{"playState", state.playState},     {"volume", state.volume},
+            {"fileIndex", state.fileIndex},     {"reserved", state.reserved},
+            {"position", state.position},       {"endTime", state.endTime},
+            {"folder", pathText(state.folder)}, {"file", pathText(state.file)}};
 }
 
 }  // namespace headunit

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include "settings/persisted_state.h"
 #include "simulator/command/unit.h"
+#include "simulator/shared/json.h"
 
 namespace headunit {
 
@@ -14,6 +14,6 @@ std::optional<settings::PersistedState> readMovieDat(const Unit& unit);
 bool writeMovieDat(const Unit& unit, const settings::PersistedState& state);
 
 // The record as a JSON object, its fields by name.
-std::string movieDatJson(const settings::PersistedState& state);
+Json movieDatJson(const settings::PersistedState& state);
 
 }  // namespace headunit

@@ -1,33 +1,44 @@
 #include "simulator/command/picture.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
+#include <png.h>
 
-#include "simulator/command/display.h"
+#include <cstring>
+#include <fstream>
+#include <iterator>
 
 namespace headunit {
 namespace {
 
-constexpr char kConvert[] = "/usr/bin/convert";
-
-// Portable pixmap, "P6 WIDTH HEIGHT 255" and one white-space character before the pixels.
-bool parsePixmap(const std::string& data, Picture& picture) {
-    int depth = 0;
-    int head = 0;
-    if (std::sscanf(data.c_str(), "P6 %d %d %d%n", &picture.width, &picture.height, &depth,
-                    &head) != 3 ||
-        depth != 255 || picture.width <= 0 || picture.height <= 0) {
+// BITMAPFILEHEADER and BITMAPINFOHEADER of the Windows SDK, little-endian; rows from the bottom,
+// blue first, each filled up to four bytes.
+bool readBitmap(const fs::path& file, Picture& picture) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::vector<char> data((std::istreambuf_iterator<char>(stream)), {});
+    const auto le32 = [&data](std::size_t at) {
+        std::uint32_t value = 0;
+        std::memcpy(&value, data.data() + at, sizeof(value));
+        return value;
+    };
+    if (data.size() < 54 || data[0] != 'B' || data[1] != 'M' || data[28] != 24) {
         return false;
     }
-    const auto start = static_cast<std::size_t>(head) + 1;
-    const std::size_t wanted =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height) * 3;
-    if (data.size() < start + wanted) {
+    const std::size_t start = le32(10);
+    const std::size_t width = le32(18);
+    const std::size_t height = le32(22);
+    const std::size_t row = (3 * width + 3) / 4 * 4;
+    if (width > 8192 || height > 8192 || start > data.size() ||
+        data.size() - start < row * height) {
         return false;
     }
-    picture.bytes.assign(data.begin() + static_cast<std::ptrdiff_t>(start),
-                         data.begin() + static_cast<std::ptrdiff_t>(start + wanted));
+    picture = {static_cast<int>(width), static_cast<int>(height), {}};
+    for (std::size_t y = height; y-- > 0;) {
+        for (std::size_t x = 0; x < width; ++x) {
+            const char* pixel = data.data() + start + y * row + 3 * x;
+            for (const int channel : {2, 1, 0}) {
+                picture.bytes.push_back(static_cast<std::uint8_t>(pixel[channel]));
+            }
+        }
+    }
     return true;
 }
 
@@ -44,19 +55,6 @@ double likeness(const Picture& screen, const Picture& image, const Rect& part) {
     return all == 0 ? 0.0 : static_cast<double>(same) / all;
 }
 
-Picture cut(const Picture& from, const Rect& part) {
-    Picture out{part.right - part.left, part.bottom - part.top, {}};
-    for (int y = part.top; y < part.bottom; ++y) {
-        for (int x = part.left; x < part.right; ++x) {
-            const std::uint32_t colour = from.at(x, y);
-            out.bytes.push_back(static_cast<std::uint8_t>(colour >> 16));
-            out.bytes.push_back(static_cast<std::uint8_t>(colour >> 8));
-            out.bytes.push_back(static_cast<std::uint8_t>(colour));
-        }
-    }
-    return out;
-}
-
 }  // namespace
 
 std::uint32_t Picture::at(int x, int y) const {
@@ -70,38 +68,42 @@ std::uint32_t Picture::at(int x, int y) const {
                                       bytes[place + 2]);
 }
 
-bool grab(const Unit& unit, Picture& picture) {
-    Place place;
-    if (!findPlace(unit, place)) {
-        return false;
+Picture cut(const Picture& from, const Rect& part) {
+    Picture out{part.right - part.left, part.bottom - part.top, {}};
+    for (int y = part.top; y < part.bottom; ++y) {
+        for (int x = part.left; x < part.right; ++x) {
+            const std::uint32_t colour = from.at(x, y);
+            out.bytes.push_back(static_cast<std::uint8_t>(colour >> 16));
+            out.bytes.push_back(static_cast<std::uint8_t>(colour >> 8));
+            out.bytes.push_back(static_cast<std::uint8_t>(colour));
+        }
     }
-    std::string data;
-    const process::Arguments import = {"import", "-silent", "-window",     place.window, "-depth",
-                                       "8",      "-crop",   "800x480+0+0", "+repage",    "ppm:-"};
-    return process::runReading(import, {.environment = {"DISPLAY=" + readRunFile(unit, "display")}},
-                               data) == 0 &&
-           parsePixmap(data, picture);
+    return out;
 }
 
 bool readPicture(const fs::path& file, Picture& picture) {
-    std::string data;
-    return process::runReading({kConvert, file.string(), "-depth", "8", "ppm:-"}, {}, data) == 0 &&
-           parsePixmap(data, picture);
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    if (file.extension() == ".bmp") {
+        return readBitmap(file, picture);
+    }
+    if (png_image_begin_read_from_file(&image, file.c_str()) == 0) {
+        return false;
+    }
+    image.format = PNG_FORMAT_RGB;
+    picture = {static_cast<int>(image.width), static_cast<int>(image.height),
+               std::vector<std::uint8_t>(PNG_IMAGE_SIZE(image))};
+    return png_image_finish_read(&image, nullptr, picture.bytes.data(), 0, nullptr) != 0;
 }
 
 bool writePicture(const Picture& picture, const Rect& part, const fs::path& file) {
     const Picture area = cut(picture, part);
-    const std::string pixmap = file.string() + ".ppm";
-    {
-        std::ofstream out(pixmap, std::ios::binary | std::ios::trunc);
-        out << "P6\n" << area.width << ' ' << area.height << "\n255\n";
-        out.write(reinterpret_cast<const char*>(area.bytes.data()),
-                  static_cast<std::streamsize>(area.bytes.size()));
-    }
-    const int status = process::run({kConvert, pixmap, "png:" + file.string()}, {});
-    std::error_code error;
-    fs::remove(pixmap, error);
-    return status == 0;
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    image.format = PNG_FORMAT_RGB;
+    image.width = static_cast<png_uint_32>(area.width);
+    image.height = static_cast<png_uint_32>(area.height);
+    return png_image_write_to_file(&image, file.c_str(), 0, area.bytes.data(), 0, nullptr) != 0;
 }
 
 int countDifferences(const Picture& a, const Picture& b, const Rect& part, int& x, int& y) {

@@ -25,12 +25,13 @@ struct Picture {
     [[nodiscard]] std::uint32_t at(int x, int y) const;
 };
 
-// The screen as it is now. False when the unit does not run.
-bool grab(const Unit& unit, Picture& picture);
-// A picture file of any kind that ImageMagick reads.
+// A PNG file, or a Windows bitmap of 24 bits a pixel without compression.
 bool readPicture(const fs::path& file, Picture& picture);
 // Writes a part of a picture as PNG.
 bool writePicture(const Picture& picture, const Rect& part, const fs::path& file);
+
+// A part of a picture.
+Picture cut(const Picture& from, const Rect& part);
 
 // Number of pixels of the part that differ; where the first one is.
 int countDifferences(const Picture& a, const Picture& b, const Rect& part, int& x, int& y);

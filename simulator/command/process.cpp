@@ -33,6 +33,9 @@ void redirect(const Options& options, int outputPipe) {
     if (outputPipe >= 0) {
         dup2(outputPipe, 1);
     }
+    if (outputPipe >= 0 && options.errorsToo) {
+        dup2(outputPipe, 2);
+    }
 }
 
 // In the child, which was forked from a program with one thread.

@@ -16,6 +16,7 @@ struct Options {
     std::string folder = {};   // current directory; empty: the command's own
     std::string logFile = {};  // its output and errors are added there; empty: thrown away
     bool keepOutput = false;   // the program shares the command's own output and errors
+    bool errorsToo = false;    // see runReading()
 };
 
 // Starts a program that goes on when this command ends (a session of its own). -1 when it cannot be
@@ -25,7 +26,7 @@ pid_t startDetached(const Arguments& arguments, const Options& options);
 // Starts a program and waits for it. The exit status; 127 when it cannot be started, 128 + signal
 // when it was ended by one.
 int run(const Arguments& arguments, const Options& options);
-// The same, keeping what it writes to its standard output.
+// The same, keeping what it writes to its standard output, with `errorsToo` also to its errors.
 int runReading(const Arguments& arguments, const Options& options, std::string& output);
 
 bool isAlive(pid_t process);

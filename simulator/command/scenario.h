@@ -1,31 +1,30 @@
 // Scenarios: plain text files that drive a unit of their own and say what must be seen.
 //
-// One command a line; "#" begins a comment. Words are separated by blanks; a word in double quotes
-// may hold blanks and the escapes \n \r \t \" \\ . The commands are the verbs of `headunit`, and
-// those below. `section NAME` begins a part that is counted and reported by itself.
+// One command a line, its words as shared/words.h has them: the verbs of `headunit`, and those of
+// stage.h. `section NAME` begins a part that is counted and reported by itself. A scenario is read
+// whole before anything runs: what it holds then has only to be done.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "simulator/command/unit.h"
+#include "simulator/command/stage.h"
 
 namespace headunit {
 
 struct Step {
     int line = 0;
-    std::string text;                // as written
-    std::vector<std::string> words;  // unquoted; never empty
+    std::string text;  // as written
+    StageRun run;
+    Way way = Way::None;  // of a verb that acts
+    bool boots = false;
 };
 
 struct Section {
     std::string name;
     std::vector<Step> steps;
 };
-
-// Splits a line into its words. False on an open quote or an unknown escape.
-bool splitWords(const std::string& line, std::vector<std::string>& words);
 
 // Reads and checks a scenario. Nothing when the file cannot be read or a line is wrong; then `why`
 // is "FILE:LINE: reason".

@@ -1,15 +1,10 @@
 // Reading and checking scenarios.
 #include <fstream>
 
-#include "simulator/command/expect.h"
 #include "simulator/command/scenario.h"
-#include "simulator/command/verbs.h"
 
 namespace headunit {
 namespace {
-
-constexpr const char* kNotInScenarios[] = {"scenario", "log",    "prepare", "view",
-                                           "film",     "replay", "skin"};
 
 std::string trimmed(const std::string& line) {
     const auto first = line.find_first_not_of(" \t\r");
@@ -17,89 +12,66 @@ std::string trimmed(const std::string& line) {
     return first == std::string::npos ? "" : line.substr(first, last - first + 1);
 }
 
-// Verbs look at their words themselves; while only checking they do nothing more.
-bool checkVerb(const Unit& unit, const std::vector<std::string>& words, std::string& why) {
-    for (const char* name : kNotInScenarios) {
-        if (words[0] == name) {
-            why = "\"" + words[0] + "\" cannot be used in a scenario";
-            return false;
+// A name without a folder belongs to the run, not to the current folder; a card is made where the
+// unit names it. A boot within a scenario never uses the user's desktop, and ends the unit that
+// runs.
+enum class Wanted { Good, Failing, Any };  // how the verb may end
+
+StageRun runOf(const Deed& deed, Wanted wanted) {
+    const std::string name = deed.verb->name;
+    return [deed, name, wanted](Stage& stage, std::string& why) {
+        Deed here = deed;
+        const bool makes = name == "card" && here.words[0] == "make" && here.words[1][0] != '/';
+        if (name == "boot") {
+            endUnit(stage.unit);
+            here.words.emplace_back("--headless");
+        } else if (name == "shot" && here.words[0].find('/') == std::string::npos) {
+            here.words[0] = (stage.unit.device.parent_path() / here.words[0]).string();
+        } else if (makes) {
+            here.words[1] = hostPath(stage.unit, here.words[1]).string();
         }
-    }
-    const Verb* verb = findVerb(words[0]);
-    if (verb == nullptr) {
-        why = "there is no verb \"" + words[0] + "\"";
+        Words line = {name};
+        line.insert(line.end(), here.words.begin(), here.words.end());
+        here = parseDeed(line, why);
+        const Outcome told = here.run ? perform(here, stage.unit) : failed(why);
+        why = told.good && wanted == Wanted::Failing ? "it did not fail" : told.text;
+        return wanted == Wanted::Any || told.good == (wanted == Wanted::Good);
+    };
+}
+
+bool parseVerb(const Words& words, Wanted wanted, Step& step, std::string& why) {
+    const Deed deed = parseDeed(words, why);
+    if (deed.verb != nullptr && deed.verb->scenario == Scenario::No) {
+        why = "\"" + words[0] + "\" cannot be used in a scenario";
         return false;
     }
-    const CheckOnly check;
-    if (verb->run(unit, {words.begin() + 1, words.end()}) != 0) {
-        why = lastError();
+    if (!deed.run) {
         return false;
     }
+    step.run = runOf(deed, wanted);
+    // What fails leaves the mark where it is. Sent and answered, a message has no queue to wait in.
+    const bool sent = deed.words.size() > 1 && deed.words[0] == "--sync";
+    step.way = wanted == Wanted::Failing ? Way::None : (sent ? Way::Other : deed.verb->way);
+    step.boots = words[0] == "boot";
     return true;
 }
 
-bool checkStep(const fs::path& file, const Step& step, std::string& why) {
-    Stage stage;
-    stage.unit.device = "/nonexistent";
-    stage.scenario = file;
-    std::vector<std::string> words = step.words;
-    if (words[0] == "fails") {
+bool parseStep(const fs::path& file, Words words, Step& step, std::string& why) {
+    if (words[0] == "fails" || words[0] == "try") {
+        const Wanted wanted = words[0] == "try" ? Wanted::Any : Wanted::Failing;
+        why = words[0] + " needs a verb";
         words.erase(words.begin());
-        if (words.empty()) {
-            why = "fails needs a verb";
-            return false;
-        }
-        return checkVerb(stage.unit, words, why);
+        return !words.empty() && parseVerb(words, wanted, step, why);
     }
-    if (const StageCommand command = findStageCommand(words[0])) {
-        return command(stage, words, How::Check, why);
+    if (const StageCommand* command = findStageCommand(words[0])) {
+        step.way = command->way;
+        step.run = command->parse(words, file, why);
+        return step.run != nullptr;
     }
-    return checkVerb(stage.unit, words, why);
+    return parseVerb(words, Wanted::Good, step, why);
 }
 
 }  // namespace
-
-bool splitWords(const std::string& line, std::vector<std::string>& words) {
-    std::size_t i = 0;
-    while (i < line.size()) {
-        if (line[i] == ' ' || line[i] == '\t') {
-            ++i;
-            continue;
-        }
-        if (line[i] == '#') {
-            // Within a line only behind a blank, and not where a colour begins.
-            const bool colour = i + 6 < line.size() + 0 &&
-                                line.substr(i + 1, 6).find_first_not_of("0123456789abcdefABCDEF") ==
-                                    std::string::npos;
-            if (!colour) {
-                return true;
-            }
-        }
-        std::string word;
-        bool quoted = false;
-        for (; i < line.size() && (quoted || (line[i] != ' ' && line[i] != '\t')); ++i) {
-            if (line[i] == '"') {
-                quoted = !quoted;
-            } else if (quoted && line[i] == '\\') {
-                constexpr std::string_view kLetters = "nrt\"\\";
-                constexpr std::string_view kMeant = "\n\r\t\"\\";
-                ++i;
-                const auto at = i < line.size() ? kLetters.find(line[i]) : std::string_view::npos;
-                if (at == std::string_view::npos) {
-                    return false;
-                }
-                word += kMeant[at];
-            } else {
-                word += line[i];
-            }
-        }
-        if (quoted) {
-            return false;
-        }
-        words.push_back(word);
-    }
-    return true;
-}
 
 std::optional<std::vector<Section>> readScenario(const fs::path& file, std::string& why) {
     std::ifstream stream(file);
@@ -110,26 +82,27 @@ std::optional<std::vector<Section>> readScenario(const fs::path& file, std::stri
     std::vector<Section> sections;
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
-        Step step{number, trimmed(line), {}};
+        Step step{number, trimmed(line), nullptr};
+        Words words;
         const auto wrong = [&](const std::string& reason) {
             why = file.string() + ":" + std::to_string(number) + ": " + reason;
             return std::nullopt;
         };
-        if (!splitWords(step.text, step.words)) {
+        if (!splitWords(step.text, words)) {
             return wrong("a quote is not closed, or \\ is followed by an unknown letter");
         }
-        if (step.words.empty()) {
+        if (words.empty()) {
             continue;
         }
-        if (step.words[0] == "section") {
-            if (step.words.size() < 2) {
+        if (words[0] == "section") {
+            if (words.size() < 2) {
                 return wrong("section needs a name");
             }
-            sections.push_back({trimmed(step.text.substr(step.words[0].size())), {}});
+            sections.push_back({trimmed(step.text.substr(words[0].size())), {}});
             continue;
         }
         std::string reason;
-        if (!checkStep(file, step, reason)) {
+        if (!parseStep(file, words, step, reason)) {
             return wrong(reason);
         }
         if (sections.empty()) {

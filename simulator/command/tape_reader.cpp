@@ -1,5 +1,7 @@
 #include "simulator/command/tape_reader.h"
 
+#include <fstream>
+
 namespace headunit {
 
 TapeReader::TapeReader(const Unit& unit, std::uint64_t offset)
@@ -15,9 +17,9 @@ std::optional<TapeLine> TapeReader::next() {
         return std::nullopt;
     }
     offset_ += line.raw.size() + 1;
-    std::optional<json::Value> value = json::parse(line.raw);
-    if (value) {
-        line.value = std::move(*value);
+    line.value = parseJson(line.raw);
+    if (!line.value.is_object()) {
+        line.value = Json::object();
     }
     return line;
 }

@@ -2,19 +2,18 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
-#include "simulator/command/describe.h"
-#include "simulator/command/json.h"
 #include "simulator/command/unit.h"
+#include "simulator/shared/json.h"
 
 namespace headunit {
 
 struct TapeLine {
     std::string raw;  // as it stands on the tape
-    json::Value value;
+    Json value;       // an object, or null when it is no line of a tape
 };
 
 // Goes forward along the tape while it is being written.

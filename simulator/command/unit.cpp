@@ -1,8 +1,5 @@
 #include "simulator/command/unit.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,10 +13,6 @@
 
 namespace headunit {
 namespace {
-
-int quietDepth = 0;
-int checkDepth = 0;
-std::string lastErrorText;
 
 constexpr char kWine64[] = "/usr/lib/wine/wine64";
 
@@ -57,85 +50,7 @@ std::string nullSoundConfiguration() {
     return file.string();
 }
 
-int connectTo(int port) {
-    const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (connection >= 0 &&
-        connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
-        close(connection);
-        return -1;
-    }
-    return connection;
-}
-
-bool exchange(int connection, const std::string& request, std::string& answer) {
-    std::size_t sent = 0;
-    while (sent < request.size()) {
-        const ssize_t count =
-            send(connection, request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
-        if (count <= 0) {
-            return false;
-        }
-        sent += static_cast<std::size_t>(count);
-    }
-    char bytes[4096];
-    for (;;) {
-        const ssize_t count = recv(connection, bytes, sizeof(bytes), 0);
-        if (count <= 0) {
-            return !answer.empty();
-        }
-        answer.append(bytes, static_cast<std::size_t>(count));
-    }
-}
-
-std::string joined(const std::vector<std::string>& words) {
-    std::string request;
-    for (const std::string& word : words) {
-        request += (request.empty() ? "" : "\t") + word;
-    }
-    return request + "\n";
-}
-
 }  // namespace
-
-int fail(const std::string& text) {
-    lastErrorText = text;
-    if (quietDepth == 0) {
-        std::fprintf(stderr, "headunit: %s\n", text.c_str());
-    }
-    return 1;
-}
-
-const std::string& lastError() {
-    return lastErrorText;
-}
-
-Quiet::Quiet() {
-    ++quietDepth;
-}
-
-Quiet::~Quiet() {
-    --quietDepth;
-}
-
-bool isQuiet() {
-    return quietDepth > 0;
-}
-
-CheckOnly::CheckOnly() {
-    ++checkDepth;
-}
-
-CheckOnly::~CheckOnly() {
-    --checkDepth;
-}
-
-bool isCheckOnly() {
-    return checkDepth > 0;
-}
 
 const fs::path& projectRoot() {
     static const fs::path root = findProjectRoot();
@@ -187,40 +102,6 @@ std::vector<std::string> wineEnvironment(const fs::path& prefix, const std::stri
         environment.push_back("ALSA_CONFIG_PATH=" + nullSoundConfiguration());
     }
     return environment;
-}
-
-bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer) {
-    if (isCheckOnly()) {
-        return true;
-    }
-    const int port = std::atoi(readRunFile(unit, "port").c_str());
-    const int connection = port > 0 ? connectTo(port) : -1;
-    if (connection < 0) {
-        answer = "no unit runs in " + unit.device.string() + "; start one with: headunit boot";
-        return false;
-    }
-    std::string text;
-    const bool answered = exchange(connection, joined(words), text);
-    close(connection);
-    if (!answered) {
-        answer = "the unit ended before it answered";
-        return false;
-    }
-    while (!text.empty() && text.back() == '\n') {
-        text.pop_back();
-    }
-    const bool good = text.starts_with("ok");
-    const std::size_t head = good ? 2 : std::string_view("error: ").size();
-    answer = text.size() > head ? text.substr(head) : "";
-    if (good && !answer.empty()) {
-        answer.erase(0, 1);
-    }
-    return good;
-}
-
-bool isRunning(const Unit& unit) {
-    std::string answer;
-    return ask(unit, {"ping"}, answer);
 }
 
 pid_t helperProcess(const Unit& unit, const char* name) {
@@ -278,6 +159,13 @@ fs::path hostPath(const Unit& unit, std::string_view path) {
         text.erase(0, 1);
     }
     return unit.device / text;
+}
+
+bool isHandable(const Unit& unit, const std::string& folder, std::string& why) {
+    std::error_code error;
+    why = "there is no folder " + folder +
+          " on the unit; if that is meant: headunit connect --missing";
+    return fs::is_directory(hostPath(unit, folder), error);
 }
 
 }  // namespace headunit

@@ -15,32 +15,6 @@ namespace headunit {
 
 namespace fs = std::filesystem;
 
-// Prints "headunit: " and the text as one line to standard error; 1, for the caller to return.
-int fail(const std::string& text);
-// What the last failure said.
-const std::string& lastError();
-// While one of these lives, failures and answers are kept and not printed.
-class Quiet {
-public:
-    Quiet();
-    ~Quiet();
-    Quiet(const Quiet&) = delete;
-    Quiet& operator=(const Quiet&) = delete;
-};
-bool isQuiet();
-// While one of these lives, verbs look at their words and do nothing more.
-class CheckOnly {
-public:
-    CheckOnly();
-    ~CheckOnly();
-    CheckOnly(const CheckOnly&) = delete;
-    CheckOnly& operator=(const CheckOnly&) = delete;
-
-private:
-    Quiet quiet_;
-};
-bool isCheckOnly();
-
 // The checkout that this program was built in; found from the program's own place.
 const fs::path& projectRoot();
 
@@ -62,9 +36,13 @@ void writeRunFile(const Unit& unit, const char* name, const std::string& value);
 std::vector<std::string> wineEnvironment(const fs::path& prefix, const std::string& display);
 std::string wineLoader();
 
-// Asks the hub. The words are joined by tabs. True when the answer was "ok"; `answer` is what
-// followed, or the reason.
+// Asks the hub (simulator/hub/server.cpp). True when it did what was asked; `answer` is what it
+// gives, texts as they are and everything else as JSON, or the reason.
 bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer);
+// What is said when none answers.
+std::string noUnit(const Unit& unit);
+// A secret that only this user can read, for the hub that is started next. False with the reason.
+bool writeToken(const Unit& unit, std::string& why);
 
 // Whether the unit's hub answers.
 bool isRunning(const Unit& unit);
@@ -92,5 +70,7 @@ public:
 std::string unitPath(const Unit& unit, const fs::path& path);
 // The other way round; takes paths with or without a leading backslash.
 fs::path hostPath(const Unit& unit, std::string_view path);
+// Whether the dash camera can hand this folder over: it is there. False with the reason.
+bool isHandable(const Unit& unit, const std::string& folder, std::string& why);
 
 }  // namespace headunit

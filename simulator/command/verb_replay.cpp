@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <fstream>
 
-#include "simulator/command/scenario.h"
 #include "simulator/command/tape_reader.h"
 #include "simulator/command/verbs.h"
 
@@ -11,7 +10,7 @@ namespace {
 
 struct Action {
     long long at;  // milliseconds since the boot
-    Words words;
+    Deed deed;
 };
 
 // Every "command" line of the tape. False when the file is no tape.
@@ -23,15 +22,21 @@ bool readActions(const fs::path& file, std::vector<Action>& actions, std::string
     }
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
-        const auto value = json::parse(line);
-        if (!value) {
+        const Json value = parseJson(line);
+        if (!value.is_object()) {
             why = file.string() + ":" + std::to_string(number) + ": this is no line of a tape";
             return false;
         }
-        Action action{value->numberOf("ms", 0), {}};
-        if (value->textOf("kind") == "command" && splitWords(value->textOf("text"), action.words) &&
-            !action.words.empty() && findVerb(action.words[0]) != nullptr) {
-            actions.push_back(action);
+        Words words;
+        std::string unused;
+        if (textOf(value, "kind") != "command" || !splitWords(textOf(value, "text"), words) ||
+            words.empty()) {
+            continue;
+        }
+        // What stands there of another kind ("power cut") was done by the unit.
+        const Deed deed = parseDeed(words, unused);
+        if (deed.run && deed.verb->replay == Replay::Yes) {
+            actions.push_back({numberOf(value, "ms", 0), deed});
         }
     }
     if (actions.empty()) {
@@ -40,54 +45,66 @@ bool readActions(const fs::path& file, std::vector<Action>& actions, std::string
     return !actions.empty();
 }
 
-}  // namespace
-
-int replayVerb(const Unit& unit, const Words& words) {
-    if (words.size() != 1) {
-        return wrongUse("replay");
+// Until it is due, which counts from the end of the boot: that takes its own time.
+void awaitDue(long long due) {
+    const long long wait = due - process::nowMilliseconds();
+    if (wait > 0) {
+        process::sleepMilliseconds(static_cast<int>(wait));
     }
+}
+
+// False when it fails.
+bool act(const Action& action, const Unit& unit) {
+    std::printf("%9.3f  %s %s\n", static_cast<double>(action.at) / 1000.0, action.deed.verb->name,
+                joinWords(action.deed.words).c_str());
+    std::fflush(stdout);
+    const Outcome told = perform(action.deed, unit);
+    if (!told.good) {
+        std::fprintf(stderr, "headunit: %s\n", told.text.c_str());
+    }
+    return told.good;
+}
+
+Outcome replay(const Unit& unit, const std::string& tape) {
     std::vector<Action> actions;
     std::string why;
-    if (!readActions(words[0], actions, why)) {
-        return fail(why);
+    if (!readActions(tape, actions, why)) {
+        return failed(why);
     }
-    const bool boots = actions.front().words[0] == "boot";
-    if (boots && isRunning(unit)) {
-        // The unit is there already: only what came after its boot is done again.
-        actions.erase(actions.begin());
-    } else if (!boots && !isRunning(unit)) {
-        return fail("no unit runs in " + unit.device.string() + "; start one with: headunit boot");
+    const std::size_t all = actions.size();
+    const bool boots = actions.front().deed.verb == findVerb("boot");
+    if (!boots && !isRunning(unit)) {
+        return failed(noUnit(unit));
     }
-    // Offsets count from the end of the boot, which takes its own time.
     long long taped = 0;
-    std::size_t failed = 0;
-    long long start = process::nowMilliseconds();
-    for (const Action& action : actions) {
-        const bool isBoot = action.words[0] == "boot";
-        const long long wait = start + (action.at - taped) - process::nowMilliseconds();
-        if (!isBoot && wait > 0) {
-            process::sleepMilliseconds(static_cast<int>(wait));
-        }
-        std::printf("%9.3f  %s\n", static_cast<double>(action.at) / 1000.0,
-                    joinWords(action.words).c_str());
-        std::fflush(stdout);
-        const int status = perform(*findVerb(action.words[0]), unit,
-                                   {action.words.begin() + 1, action.words.end()});
-        failed += status != 0 ? 1 : 0;
-        if (status != 0 && isBoot) {
-            return status;
-        }
-        if (isBoot) {
+    std::size_t wrong = 0;
+    if (boots) {
+        // Of a unit that is there already only what came after its boot is done again.
+        if (!isRunning(unit)) {
+            if (!act(actions.front(), unit)) {
+                return failed("the unit of the tape could not be booted");
+            }
             TapeReader reader(unit);
             while (const auto line = reader.next()) {
-                taped = line->value.numberOf("ms", taped);
+                taped = numberOf(line->value, "ms", taped);
             }
-            start = process::nowMilliseconds();
         }
+        actions.erase(actions.begin());
     }
-    return failed == 0 ? 0
-                       : fail(std::to_string(failed) + " of the " + std::to_string(actions.size()) +
-                              " things done on the tape failed this time");
+    const long long start = process::nowMilliseconds();
+    for (const Action& action : actions) {
+        awaitDue(start + action.at - taped);
+        wrong += act(action, unit) ? 0 : 1;
+    }
+    return outcome(wrong == 0, std::to_string(wrong) + " of the " + std::to_string(all) +
+                                   " things done on the tape failed this time");
+}
+
+}  // namespace
+
+Run replayVerb(Parser& parser) {
+    const auto tape = parser.word("TAPE", ".unit/log.jsonl of a unit, or what log --json prints");
+    return [tape](const Call& call) { return replay(call.unit, *tape); };
 }
 
 }  // namespace headunit

@@ -8,11 +8,9 @@
 #include <cstdio>
 #include <fstream>
 #include <map>
-#include <sstream>
+#include <pugixml.hpp>
 
-#include "simulator/command/json.h"
 #include "simulator/command/scenario.h"
-#include "simulator/command/verbs.h"
 
 namespace headunit {
 namespace {
@@ -23,36 +21,29 @@ struct Job {
     fs::path report;  // what the process that runs it leaves
 };
 
-// One line for each section: PASS or FAIL, seconds, name, reason, separated by tabs, then its
-// report.
+// One line of JSON for each section.
 void writeReport(const Job& job, const std::vector<SectionResult>& results) {
     std::ofstream out(job.report, std::ios::binary | std::ios::trunc);
     for (const SectionResult& result : results) {
-        out << json::quoted(result.name) << '\t' << (result.passed ? 1 : 0) << '\t'
-            << result.seconds << '\t' << json::quoted(result.reason) << '\t'
-            << json::quoted(result.report) << '\n';
+        out << oneLine({{"name", result.name},
+                        {"passed", result.passed},
+                        {"report", result.report},
+                        {"reason", result.reason},
+                        {"seconds", result.seconds}})
+            << '\n';
     }
-}
-
-std::string unquoted(const std::string& text) {
-    const auto value = json::parse(text);
-    return value ? value->text : text;
 }
 
 // A process that died left no report: every section counts as failed.
 std::vector<SectionResult> readReport(const Job& job) {
     std::vector<SectionResult> results;
     std::ifstream in(job.report, std::ios::binary);
-    std::string line;
-    while (std::getline(in, line)) {
-        std::vector<std::string> parts;
-        std::stringstream stream(line);
-        for (std::string part; std::getline(stream, part, '\t');) {
-            parts.push_back(part);
-        }
-        if (parts.size() == 5) {
-            results.push_back({unquoted(parts[0]), parts[1] == "1", unquoted(parts[4]),
-                               unquoted(parts[3]), std::strtod(parts[2].c_str(), nullptr)});
+    for (std::string line; std::getline(in, line);) {
+        const Json value = parseJson(line);
+        if (value.is_object()) {
+            results.push_back({textOf(value, "name"), value.value("passed", false),
+                               textOf(value, "report"), textOf(value, "reason"),
+                               value.value("seconds", 0.0)});
         }
     }
     for (std::size_t i = results.size(); i < job.sections.size(); ++i) {
@@ -60,26 +51,6 @@ std::vector<SectionResult> readReport(const Job& job) {
                            job.file.string() + ": the runner ended before this section", 0});
     }
     return results;
-}
-
-std::string xml(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        switch (c) {
-            case '<':
-                out += "&lt;";
-                break;
-            case '&':
-                out += "&amp;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-        }
-    }
-    return out;
 }
 
 class Totals {
@@ -96,19 +67,22 @@ public:
                     result.report.empty() ? (result.reason + "\n").c_str() : result.report.c_str(),
                     stdout);
             }
-            cases_ += "  <testcase classname=\"" + xml(scenarioLabel(job.file)) + "\" name=\"" +
-                      xml(result.name) + "\" time=\"" + std::to_string(result.seconds) + "\">" +
-                      (result.passed ? "" : "<failure message=\"" + xml(result.reason) + "\"/>") +
-                      "</testcase>\n";
+            pugi::xml_node test = suite_.append_child("testcase");
+            test.append_attribute("classname") = scenarioLabel(job.file).c_str();
+            test.append_attribute("name") = result.name.c_str();
+            test.append_attribute("time") = result.seconds;
+            if (!result.passed) {
+                test.append_child("failure").append_attribute("message") = result.reason.c_str();
+            }
         }
         std::fflush(stdout);
     }
 
-    void writeJunit(const std::string& file) const {
-        std::ofstream(file) << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite "
-                               "name=\"scenarios\" tests=\""
-                            << passed + failed << "\" failures=\"" << failed << "\">\n"
-                            << cases_ << "</testsuite>\n";
+    bool writeJunit(const std::string& file) {
+        suite_.append_attribute("name") = "scenarios";
+        suite_.append_attribute("tests") = passed + failed;
+        suite_.append_attribute("failures") = failed;
+        return junit_.save_file(file.c_str(), "  ");
     }
 
     int passed = 0;
@@ -116,7 +90,8 @@ public:
 
 private:
     bool verbose_;
-    std::string cases_;
+    pugi::xml_document junit_;
+    pugi::xml_node suite_ = junit_.append_child("testsuite");
 };
 
 std::size_t stepCount(const Job& job) {
@@ -161,43 +136,17 @@ void runJobs(const std::vector<Job>& jobs, std::size_t atOnce, const ScenarioOpt
     }
 }
 
-}  // namespace
-
-int scenarioVerb(const Unit&, const Words& given) {
-    Words words = given;
-    ScenarioOptions options;
-    options.updateGolden = takeFlag(words, "--update-golden");
-    options.keep = takeFlag(words, "--keep");
-    const bool verbose = takeFlag(words, "--verbose");
-    std::string value = "1";
-    long long atOnce = 1;
-    for (std::string& word : words) {
-        // "-j4" as well as "-j 4".
-        if (word.starts_with("-j") && word.size() > 2) {
-            value = word.substr(2);
-            word = "-j";
-            words.insert(words.begin() + (&word - words.data()) + 1, value);
-            break;
-        }
-    }
-    if (takeValue(words, "-j", value) && (!parseNumber(value, atOnce) || atOnce < 1)) {
-        return wrongUse("scenario");
-    }
-    std::string junit;
-    takeValue(words, "--junit", junit);
-    if (words.empty() || words[0].starts_with("-")) {
-        return wrongUse("scenario");
-    }
+Outcome runFiles(const Words& files, std::size_t atOnce, bool verbose, const std::string& junit,
+                 const ScenarioOptions& options) {
     std::error_code error;
     const fs::path work = projectRoot() / "out/scenarios";
     fs::create_directories(work, error);
     std::vector<Job> jobs;
-    for (const std::string& file : words) {
-        std::string why;
+    std::string why;
+    for (const std::string& file : files) {
         auto sections = readScenario(file, why);
         if (!sections) {
-            fail(why);
-            return 2;
+            return {false, why, Exit::WrongUse};
         }
         jobs.push_back(
             {file, *sections,
@@ -205,13 +154,29 @@ int scenarioVerb(const Unit&, const Words& given) {
     }
     // Those that take long begin first, so that no core is left with one of them in the end.
     std::ranges::stable_sort(jobs, std::ranges::greater(), &stepCount);
-    Totals totals(verbose || words.size() == 1);
-    runJobs(jobs, static_cast<std::size_t>(atOnce), options, totals);
-    if (!junit.empty()) {
-        totals.writeJunit(junit);
-    }
+    Totals totals(verbose || files.size() == 1);
+    runJobs(jobs, atOnce, options, totals);
     std::printf("%d passed, %d failed\n", totals.passed, totals.failed);
-    return totals.failed == 0 ? 0 : 1;
+    if (!junit.empty() && !totals.writeJunit(junit)) {
+        return failed(junit + " cannot be written");
+    }
+    // What failed has been said.
+    return {totals.failed == 0, ""};
+}
+
+}  // namespace
+
+Run scenarioVerb(Parser& parser) {
+    const auto atOnce = parser.option("-j", "N", "how many units side by side", between(1, 1000));
+    const auto verbose = parser.flag("--verbose", "every step, not only those of what failed");
+    const auto keep = parser.flag("--keep", "leave the unit's folder");
+    const auto junit = parser.option("--junit", "FILE", "a report as JUnit's XML");
+    const auto golden = parser.flag("--update-golden", "write the pictures that are compared with");
+    const auto files = parser.words("FILE", "scenarios, see docs/head-unit.md");
+    return [=](const Call&) {
+        const auto side = atOnce->empty() ? 1U : static_cast<std::size_t>(number(*atOnce));
+        return runFiles(*files, side, *verbose, *junit, {*golden, *keep});
+    };
 }
 
 }  // namespace headunit

@@ -1,85 +1,107 @@
-// The verbs of the `headunit` command. Each takes its words without the verb itself and without
-// --device; the result is the exit status: 0 done, 1 failed (one line on standard error says why),
-// 2 wrong use.
+// The verbs of the `headunit` command: one table. Each declares its words (parser.h) and gives what
+// is to be done with them; checking a scenario is parsing it.
 #pragma once
 
+#include <functional>
+#include <span>
 #include <string>
-#include <vector>
 
+#include "simulator/command/parser.h"
 #include "simulator/command/unit.h"
 
 namespace headunit {
 
-using Words = std::vector<std::string>;
+// How a verb went.
+enum class Exit { Failed = 1, WrongUse = 2 };  // of one that failed: the command's exit status
+struct Outcome {
+    bool good = true;
+    std::string text = {};  // what it prints, or in one line why it failed
+    Exit exit = Exit::Failed;
+};
+Outcome failed(const std::string& why);
+// Of something that says why by itself.
+Outcome outcome(bool good, const std::string& why);
 
-// Verbs that do something to the unit are put on its tape before they do it.
-enum class Does { Act, Look };
+struct Call {
+    const Unit& unit;
+    const Words& words;  // as given, without the verb
+};
+using Run = std::function<Outcome(const Call& call)>;
+
+enum class Tape { Noted, Silent };  // whether it is put on the unit's tape before it is done
+enum class Scenario { Yes, No };
+enum class Replay { Yes, No };  // whether a tape's line with it is done again
+// How what it does reaches the player; of the same way the first comes first. A card goes at once
+// and is announced by a message.
+enum class Way { Message, Pointer, Card, Other, None };
 
 struct Verb {
-    Does does;
     const char* name;
-    const char* usage;  // what follows the name
     const char* help;
-    int (*run)(const Unit& unit, const Words& words);
+    Run (*declare)(Parser& parser);
+    Tape tape;
+    Scenario scenario;
+    Replay replay;
+    Way way;
 };
 
-// Puts the verb on the tape when it acts and the unit runs, and carries it out.
-int perform(const Verb& verb, const Unit& unit, const Words& words);
-// The words as one line that splitWords() of scenario.h takes apart again.
-std::string joinWords(const Words& words);
-
+std::span<const Verb> verbs();
 // Null when there is no such verb.
 const Verb* findVerb(const std::string& name);
-void printHelp();
-// One line with the verb's usage; 2.
-int wrongUse(const char* verb);
 
-// Takes `option` out of the words; true when it was there.
-bool takeFlag(Words& words, const char* option);
-// Takes `option` and the word after it; false when the word is missing.
-bool takeValue(Words& words, const char* option, std::string& value);
-// Decimal or 0x, with sign.
-bool parseNumber(const std::string& text, long long& number);
+// A verb with its words. Nothing in `run` when the words are wrong; then `why` says so on one line.
+struct Deed {
+    const Verb* verb = nullptr;
+    Words words;
+    Run run;
+};
+Deed parseDeed(const Words& line, std::string& why);
+// Puts it on the tape where that is so, and does it.
+Outcome perform(const Deed& deed, const Unit& unit);
 
-// "verbs_*.cpp"
-int bootVerb(const Unit& unit, const Words& words);
-int filmVerb(const Unit& unit, const Words& words);
-int skinVerb(const Unit& unit, const Words& words);
-int viewVerb(const Unit& unit, const Words& words);
-int replayVerb(const Unit& unit, const Words& words);
-int cutVerb(const Unit& unit, const Words& words);
-int scenarioVerb(const Unit& unit, const Words& words);
-int prepareVerb(const Unit& unit, const Words& words);
-int restartVerb(const Unit& unit, const Words& words);
-int startVerb(const Unit& unit, const Words& words);
-int shutdownVerb(const Unit& unit, const Words& words);
-int killVerb(const Unit& unit, const Words& words);
-int sendVerb(const Unit& unit, const Words& words);
-int keyVerb(const Unit& unit, const Words& words);
-int connectVerb(const Unit& unit, const Words& words);
-int closeVerb(const Unit& unit, const Words& words);
-int gestureVerb(const Unit& unit, const Words& words);
-int cardVerb(const Unit& unit, const Words& words);
-int driveVerb(const Unit& unit, const Words& words);
-int muteVerb(const Unit& unit, const Words& words);
-int boxVerb(const Unit& unit, const Words& words);
-int faultVerb(const Unit& unit, const Words& words);
-int touchVerb(const Unit& unit, const Words& words);
-int holdVerb(const Unit& unit, const Words& words);
-int recordVerb(const Unit& unit, const Words& words);
-int releaseVerb(const Unit& unit, const Words& words);
-int pressVerb(const Unit& unit, const Words& words);
-int typeVerb(const Unit& unit, const Words& words);
-int shotVerb(const Unit& unit, const Words& words);
-int logVerb(const Unit& unit, const Words& words);
-int stateVerb(const Unit& unit, const Words& words);
+std::string overview();                 // what `headunit --help` prints
+std::string helpOf(const Verb& verb);   // what `headunit VERB --help` prints
+Words completions(const Words& words);  // what may follow on the command line
 
-// "drive --chart": what the driving check makes of every speed, as a table of characters.
-int chartDriving();
-// "card make DIR [FILES]".
-int makeCard(const Words& words);
+// verbs_start.cpp
+Run bootVerb(Parser& parser);
+Run restartVerb(Parser& parser);
+Run startVerb(Parser& parser);
+Run shutdownVerb(Parser& parser);
+Run killVerb(Parser& parser);
+Run cutVerb(Parser& parser);
+Run prepareVerb(Parser& parser);
+// verbs_act.cpp
+Run sendVerb(Parser& parser);
+Run keyVerb(Parser& parser);
+Run gestureVerb(Parser& parser);
+Run driveVerb(Parser& parser);
+Run muteVerb(Parser& parser);
+Run connectVerb(Parser& parser);
+Run closeVerb(Parser& parser);
+Run boxVerb(Parser& parser);
+Run faultVerb(Parser& parser);
+// verbs_touch.cpp
+Run touchVerb(Parser& parser);
+Run holdVerb(Parser& parser);
+Run releaseVerb(Parser& parser);
+Run pressVerb(Parser& parser);
+Run typeVerb(Parser& parser);
+// verbs_card.cpp, verb_record.cpp
+Run cardVerb(Parser& parser);
+Run recordVerb(Parser& parser);
+// verbs_see.cpp, verb_view.cpp
+Run shotVerb(Parser& parser);
+Run filmVerb(Parser& parser);
+Run logVerb(Parser& parser);
+Run stateVerb(Parser& parser);
+Run skinVerb(Parser& parser);
+Run viewVerb(Parser& parser);
+// verb_scenario.cpp, verb_replay.cpp
+Run scenarioVerb(Parser& parser);
+Run replayVerb(Parser& parser);
 
-// The state as JSON, or nothing when it cannot be had.
-std::string stateJson(const Unit& unit);
+// driving_chart.cpp: what the driving check makes of every speed, as a table of characters.
+std::string drivingChart();
 
 }  // namespace headunit

@@ -1,17 +1,13 @@
-// What is done to the unit while it runs: messages, keys, speed, boxes, the pointer, the panel's
-// keyboard.
-#include <algorithm>
-#include <cstdio>
-
-#include "simulator/command/display.h"
+// What is done to the unit while it runs: messages, keys, speed, boxes, faults.
 #include "simulator/command/verbs.h"
-#include "simulator/tape/fault_names.h"
+#include "simulator/shared/fault_names.h"
 
 namespace headunit {
 namespace {
 
-constexpr int kTouchMilliseconds = 40;  // between press and release
-constexpr int kDragSteps = 8;
+constexpr long long kWord =
+    0xFFFFFFFF;                      // wParam and lParam are 32-bit values, with or without sign
+constexpr long long kFastest = 400;  // km/h
 
 struct Named {
     const char* name;
@@ -21,186 +17,131 @@ constexpr Named kKeys[] = {{"prev", 5}, {"next", 6}, {"play", 7}};
 constexpr Named kGestures[] = {{"prev", 1}, {"next", 2}};
 // Windows' own numbers of the buttons.
 constexpr Named kAnswers[] = {{"ok", 1}, {"yes", 6}, {"no", 7}};
+constexpr Named kSwitch[] = {{"on", 1}, {"off", 0}};
 
 template <std::size_t count>
-const Named* find(const Named (&table)[count], const Words& words) {
+int numberOf(const Named (&table)[count], const std::string& name) {
     for (const Named& row : table) {
-        if (words.size() == 1 && words[0] == row.name) {
-            return &row;
+        if (name == row.name) {
+            return row.number;
         }
     }
-    return nullptr;
+    return 0;
 }
 
-int answered(bool good, const std::string& answer) {
-    return good ? 0 : fail(answer);
-}
-
-int post(const Unit& unit, const char* message, int wParam, int lParam) {
+Outcome request(const Unit& unit, const Words& words) {
     std::string answer;
-    return answered(
-        ask(unit, {"message", "post", message, std::to_string(wParam), std::to_string(lParam)},
-            answer),
-        answer);
+    return outcome(ask(unit, words, answer), answer);
 }
 
-bool parsePoint(const std::string& x, const std::string& y, int& left, int& top) {
-    long long a = 0;
-    long long b = 0;
-    // The panel stands right of the screen, where there is one.
-    if (!parseNumber(x, a) || !parseNumber(y, b) || a < 0 || b < 0 ||
-        a >= kScreenWidth + kPanelWidth || b >= kScreenHeight) {
-        return false;
+Outcome post(const Unit& unit, const char* message, int wParam) {
+    return request(unit, {"message", "post", message, std::to_string(wParam), "0"});
+}
+
+// A verb that posts `message` with the number of its one word.
+template <std::size_t count>
+Run posting(Parser& parser, const char* names, const char* help, const char* message,
+            const Named (&table)[count]) {
+    const auto word = parser.word(names, help, Needed::Yes, oneOf(names));
+    return [word, message, &table](const Call& call) {
+        return post(call.unit, message, numberOf(table, *word));
+    };
+}
+
+std::string faultNames() {
+    std::string names;
+    for (const Fault& fault : kFaults) {
+        names += (names.empty() ? "" : ", ") + std::string(fault.name);
     }
-    left = static_cast<int>(a);
-    top = static_cast<int>(b);
-    return true;
+    return names;
 }
 
 }  // namespace
 
-int sendVerb(const Unit& unit, const Words& given) {
-    Words words = given;
-    const bool sync = takeFlag(words, "--sync");
-    std::string title = "Video";
-    takeValue(words, "--to", title);
-    long long number = 0;
-    if (words.size() != 3 || !parseNumber(words[1], number) || !parseNumber(words[2], number)) {
-        return wrongUse("send");
-    }
-    std::string answer;
-    const bool good =
-        ask(unit, {"message", sync ? "send" : "post", words[0], words[1], words[2], title}, answer);
-    if (good && sync && !isQuiet()) {
-        std::puts(answer.c_str());
-    }
-    return answered(good, answer);
+Run sendVerb(Parser& parser) {
+    const auto sync = parser.flag("--sync", "send it, and print the result");
+    const auto title = parser.option("--to", "TITLE", "another window than the player's");
+    const auto name = parser.word("NAME", "the message's name, see docs/messages.md");
+    const auto first = parser.word("WPARAM", "number", Needed::Yes, between(-kWord, kWord));
+    const auto second = parser.word("LPARAM", "number", Needed::Yes, between(-kWord, kWord));
+    return [=](const Call& call) -> Outcome {
+        std::string answer;
+        const bool good = ask(call.unit,
+                              {"message", *sync ? "send" : "post", *name, *first, *second,
+                               title->empty() ? "Video" : *title},
+                              answer);
+        return {good, good && !*sync ? "" : answer};
+    };
 }
 
-int keyVerb(const Unit& unit, const Words& words) {
-    const Named* key = find(kKeys, words);
-    return key == nullptr ? wrongUse("key") : post(unit, "ZEL_BSP_WMUSER_IR_KEY", key->number, 0);
+Run keyVerb(Parser& parser) {
+    return posting(parser, "play|next|prev", "the key", "ZEL_BSP_WMUSER_IR_KEY", kKeys);
 }
 
-int closeVerb(const Unit& unit, const Words& words) {
-    if (!words.empty()) {
-        return wrongUse("close");
-    }
-    std::string answer;
-    return answered(ask(unit, {"close"}, answer), answer);
+Run gestureVerb(Parser& parser) {
+    return posting(parser, "next|prev", "the gesture", "ZEL_BSP_WMUSER_GESTURE", kGestures);
 }
 
-int gestureVerb(const Unit& unit, const Words& words) {
-    const Named* gesture = find(kGestures, words);
-    return gesture == nullptr ? wrongUse("gesture")
-                              : post(unit, "ZEL_BSP_WMUSER_GESTURE", gesture->number, 0);
+Run muteVerb(Parser& parser) {
+    return posting(parser, "on|off", "whether the sound is muted", "BSP_WMUSER_MUTE_NOTIFICATION",
+                   kSwitch);
 }
 
-int driveVerb(const Unit& unit, const Words& words) {
-    long long speed = 0;
-    if (words == Words{"--chart"}) {
-        return chartDriving();
-    }
-    if (words.size() != 1 || (words[0] != "off" && !parseNumber(words[0], speed))) {
-        return wrongUse("drive");
-    }
-    std::string answer;
-    return answered(ask(unit, {"speed", words[0]}, answer), answer);
+Run driveVerb(Parser& parser) {
+    const auto chart = parser.flag("--chart", "print when the driving check blocks the picture");
+    const auto speed = parser.word("KMH|off", "whole km/h, or no signal", Needed::No,
+                                   oneOf("off", between(0, kFastest)));
+    return [chart, speed](const Call& call) -> Outcome {
+        if (*chart) {
+            return {true, drivingChart()};
+        }
+        return speed->empty() ? failed("name a speed: headunit drive KMH|off")
+                              : request(call.unit, {"speed", *speed});
+    };
 }
 
-int muteVerb(const Unit& unit, const Words& words) {
-    if (words.size() != 1 || (words[0] != "on" && words[0] != "off")) {
-        return wrongUse("mute");
-    }
-    return post(unit, "BSP_WMUSER_MUTE_NOTIFICATION", words[0] == "on" ? 1 : 0, 0);
+Run boxVerb(Parser& parser) {
+    const auto button = parser.word("ok|yes|no", "the button", Needed::Yes, oneOf("ok|yes|no"));
+    return [button](const Call& call) {
+        return request(call.unit, {"box", std::to_string(numberOf(kAnswers, *button))});
+    };
 }
 
-int boxVerb(const Unit& unit, const Words& words) {
-    const Named* button = find(kAnswers, words);
-    if (button == nullptr) {
-        return wrongUse("box");
-    }
-    std::string answer;
-    return answered(ask(unit, {"box", std::to_string(button->number)}, answer), answer);
+Run faultVerb(Parser& parser) {
+    const auto name = parser.word("NAME", faultNames(), Needed::Yes, [](const std::string& word) {
+        return findFault(word) != nullptr ? std::string() : "must be one of " + faultNames();
+    });
+    // Its limits are those of the fault, which stands before it.
+    const auto value =
+        parser.word("NUMBER|off", "its value", Needed::Yes, [name](const std::string& word) {
+            const Fault* fault = findFault(*name);
+            return oneOf("off",
+                         fault == nullptr ? Check() : between(fault->least, fault->most))(word);
+        });
+    return [name, value](const Call& call) { return request(call.unit, {"fault", *name, *value}); };
 }
 
-int faultVerb(const Unit& unit, const Words& words) {
-    long long number = 0;
-    if (words.size() != 2 || (words[1] != "off" && !parseNumber(words[1], number))) {
-        return wrongUse("fault");
-    }
-    if (!tape::isFaultName(words[0])) {
-        fail("there is no fault " + words[0]);
-        return 2;
-    }
-    std::string answer;
-    return answered(ask(unit, {"fault", words[0], words[1]}, answer), answer);
+Run connectVerb(Parser& parser) {
+    const auto missing = parser.flag("--missing", "the folder need not be there");
+    const auto folder =
+        parser.word("FOLDER|off", "a folder of the unit, or nothing any more", Needed::Yes,
+                    [](const std::string& word) {
+                        return word.empty() ? "must be a folder or off" : std::string();
+                    });
+    return [missing, folder](const Call& call) -> Outcome {
+        std::string why;
+        if (!isRunning(call.unit)) {
+            return failed(noUnit(call.unit));
+        }
+        if (*folder != "off" && !*missing && !isHandable(call.unit, *folder, why)) {
+            return failed(why);
+        }
+        return request(call.unit, {"connect", *folder == "off" ? "" : *folder});
+    };
 }
 
-int holdVerb(const Unit& unit, const Words& words) {
-    int x = 0;
-    int y = 0;
-    if (words.size() != 2 || !parsePoint(words[0], words[1], x, y)) {
-        return wrongUse("hold");
-    }
-    std::string why;
-    return answered(movePointer(unit, x, y, Pointer::Press, why), why);
-}
-
-int releaseVerb(const Unit& unit, const Words& words) {
-    int x = 0;
-    int y = 0;
-    if (!words.empty() && (words.size() != 2 || !parsePoint(words[0], words[1], x, y))) {
-        return wrongUse("release");
-    }
-    std::string why;
-    if (words.empty()) {
-        return answered(releasePointer(unit, why), why);
-    }
-    return answered(movePointer(unit, x, y, Pointer::Release, why), why);
-}
-
-int touchVerb(const Unit& unit, const Words& words) {
-    int x = 0;
-    int y = 0;
-    if ((words.size() != 2 && words.size() != 4) || !parsePoint(words[0], words[1], x, y)) {
-        return wrongUse("touch");
-    }
-    int toX = x;
-    int toY = y;
-    if (words.size() == 4 && !parsePoint(words[2], words[3], toX, toY)) {
-        return wrongUse("touch");
-    }
-    std::string why;
-    bool good = movePointer(unit, x, y, Pointer::Press, why);
-    process::sleepMilliseconds(kTouchMilliseconds);
-    for (int step = 1; words.size() == 4 && good && step < kDragSteps; ++step) {
-        good = movePointer(unit, x + (toX - x) * step / kDragSteps,
-                           y + (toY - y) * step / kDragSteps, Pointer::Move, why);
-    }
-    return answered(good && movePointer(unit, toX, toY, Pointer::Release, why), why);
-}
-
-int pressVerb(const Unit& unit, const Words& words) {
-    if (words.empty()) {
-        return wrongUse("press");
-    }
-    std::string why;
-    bool good = true;
-    for (const std::string& key : words) {
-        good = good && pressKey(unit, key, why);
-    }
-    return answered(good, why);
-}
-
-int typeVerb(const Unit& unit, const Words& words) {
-    // Keys that the keyboard's layout lacks would have to be put into it first, which Wine misses.
-    const auto isTyped = [](char c) { return c >= ' ' && c <= '~'; };
-    if (words.size() != 1 || words[0].empty() || !std::ranges::all_of(words[0], isTyped)) {
-        return wrongUse("type");
-    }
-    std::string why;
-    return answered(typeText(unit, words[0], why), why);
+Run closeVerb(Parser&) {
+    return [](const Call& call) { return request(call.unit, {"close"}); };
 }
 
 }  // namespace headunit

@@ -1,166 +1,128 @@
-// Storage: cards and sticks that arrive, go away, and are changed for a folder of the PC.
-//
-// A slot is a folder at the unit's root. The card that belongs to it is a folder there; a folder of
-// the PC is a link. `.unit/slot-NAME` tells which folder of the PC the slot shows or showed last
-// (empty: its own card), for the next `insert` and for the panel.
-#include <cstdio>
-
+// headunit card: cards and sticks that arrive, go away, and are changed for a folder of the PC.
+#include "simulator/command/cards.h"
 #include "simulator/command/verbs.h"
 
 namespace headunit {
 namespace {
 
-struct Volume {
-    const char* name;
-    const char* message;
-    int index;  // the message's lParam
-};
-constexpr Volume kVolumes[] = {
-    {"SDMMCDisk", "ZEL_BSP_WMUSER_SDCARD", 0}, {"SDMMCDisk2", "ZEL_BSP_WMUSER_SDCARD", 1},
-    {"USB", "ZEL_BSP_WMUSER_MNT_USB", 0},      {"USB2", "ZEL_BSP_WMUSER_MNT_USB", 1},
-    {"USB3", "ZEL_BSP_WMUSER_MNT_USB", 2},     {"USB4", "ZEL_BSP_WMUSER_MNT_USB", 3},
-};
 constexpr char kOwn[] = "--own";
+constexpr char kSlotNames[] = "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4";
 
-int post(const Unit& unit, const Volume& volume, int arrived) {
-    std::string answer;
-    if (!ask(unit, {"await", "Video", "0"}, answer) && isRunning(unit)) {
-        return 0;  // nobody is there to be told
-    }
-    return ask(unit,
-               {"message", "post", volume.message, std::to_string(arrived),
-                std::to_string(volume.index)},
-               answer)
-               ? 0
-               : fail(answer);
-}
-
-std::string slotFile(const Volume& volume) {
-    return std::string("slot-") + volume.name;
-}
-
-// Where the slot's own card is kept while it is not in.
-fs::path ownCard(const Unit& unit, const Volume& volume) {
-    return unit.run() / "pulled" / volume.name;
-}
-
-bool isThere(const fs::path& path) {
-    std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
-}
-
-// Nothing that was on a card is lost: one that would be in the way keeps a name of its own.
-void makeRoom(const fs::path& path) {
-    std::error_code error;
-    for (int number = 1; isThere(path); ++number) {
-        const fs::path other = path.string() + "." + std::to_string(number);
-        if (!isThere(other)) {
-            fs::rename(path, other, error);
-            return;
+const Slot* findSlot(const std::string& name) {
+    for (const Slot& slot : kSlots) {
+        if (name == slot.name) {
+            return &slot;
         }
     }
+    return nullptr;
 }
 
-bool pull(const Unit& unit, const Volume& volume, std::string& why) {
-    std::error_code error;
-    const fs::path slot = unit.device / volume.name;
-    if (fs::is_symlink(fs::symlink_status(slot, error))) {
-        writeRunFile(unit, slotFile(volume).c_str(), fs::read_symlink(slot, error).string());
-        fs::remove(slot, error);
-    } else if (isThere(slot)) {
-        const fs::path kept = ownCard(unit, volume);
-        fs::create_directories(kept.parent_path(), error);
-        makeRoom(kept);
-        error.clear();
-        fs::rename(slot, kept, error);
-        writeRunFile(unit, slotFile(volume).c_str(), "");
+Outcome announce(const Unit& unit, const Slot& slot, int arrived) {
+    std::string answer;
+    if (!ask(unit, {"await", "Video", "0"}, answer) && isRunning(unit)) {
+        return {};  // nobody is there to be told
     }
-    why = error ? "the card cannot be pulled out of " + slot.string() + ": " + error.message() : "";
-    return !error;
+    const bool good =
+        ask(unit,
+            {"message", "post", slot.message, std::to_string(arrived), std::to_string(slot.index)},
+            answer);
+    return outcome(good, answer);
 }
 
-// The folder of the PC that is meant: by its own path, or by the unit's path of it. Empty when
-// there is none.
-fs::path folderOf(const Unit& unit, const std::string& name) {
-    std::error_code error;
-    const fs::path here = fs::absolute(name, error).lexically_normal();
-    if (fs::is_directory(here, error)) {
-        return here;
-    }
-    const fs::path there = hostPath(unit, name);
-    return fs::is_directory(there, error) ? there : fs::path();
-}
-
-// Puts a folder of the PC, or without one the slot's own card, into the empty slot.
-bool fill(const Unit& unit, const Volume& volume, const fs::path& folder, std::string& why) {
-    std::error_code error;
-    const fs::path slot = unit.device / volume.name;
-    const fs::path own = ownCard(unit, volume);
-    if (!folder.empty()) {
-        fs::create_directory_symlink(folder, slot, error);
-    } else if (isThere(own)) {
-        fs::rename(own, slot, error);
-    } else {
-        fs::create_directories(slot, error);
-    }
-    writeRunFile(unit, slotFile(volume).c_str(), folder.string());
-    why = error ? "the card cannot be put into " + slot.string() + ": " + error.message() : "";
-    return !error;
-}
-
-int insertCard(const Unit& unit, const Volume& volume, const std::string& wanted, bool change) {
-    if (isCheckOnly()) {
-        return 0;
-    }
+// What the slot shall have: `wanted` as the user gave it, or kOwn; empty what it had last.
+Outcome put(const Unit& unit, const Slot& slot, const std::string& wanted) {
     std::string why;
-    const bool isIn = isThere(unit.device / volume.name);
-    if (isIn && !change) {
-        // What is in is announced once more.
-        return wanted.empty() ? post(unit, volume, 1)
-                              : fail("a card is in " + std::string(volume.name) +
-                                     "; first: headunit card remove " + volume.name +
-                                     ", or: headunit card change " + volume.name + " FOLDER");
-    }
-    const bool named = !wanted.empty() && wanted != kOwn;
-    if (named && folderOf(unit, wanted).empty()) {
-        return fail("there is no folder " + wanted);
-    }
-    if (isIn && (!pull(unit, volume, why) || post(unit, volume, 0) != 0)) {
-        return why.empty() ? 1 : fail(why);
-    }
-    const std::string last = readRunFile(unit, slotFile(volume).c_str());
-    const std::string folder = wanted == kOwn ? "" : (named ? wanted : last);
+    const std::string folder =
+        wanted == kOwn ? "" : (wanted.empty() ? shownFolder(unit, slot) : wanted);
     const fs::path from = folder.empty() ? fs::path() : folderOf(unit, folder);
-    return fill(unit, volume, from, why) ? post(unit, volume, 1) : fail(why);
+    if (!folder.empty() && from.empty()) {
+        return failed("there is no folder " + folder);
+    }
+    return fillSlot(unit, slot, from, why) ? announce(unit, slot, 1) : failed(why);
 }
 
-int removeCard(const Unit& unit, const Volume& volume) {
-    std::string why;
-    if (isCheckOnly()) {
-        return 0;
+Outcome insertCard(const Unit& unit, const Slot& slot, const std::string& wanted) {
+    if (!hasCard(unit, slot)) {
+        return put(unit, slot, wanted);
     }
-    return pull(unit, volume, why) ? post(unit, volume, 0) : fail(why);
+    // What is in is announced once more.
+    return wanted.empty() ? announce(unit, slot, 1)
+                          : failed("a card is in " + std::string(slot.name) +
+                                   "; first: headunit card remove " + slot.name +
+                                   ", or: headunit card change " + slot.name + " FOLDER");
+}
+
+Outcome removeCard(const Unit& unit, const Slot& slot) {
+    std::string why;
+    return pullCard(unit, slot, why) ? announce(unit, slot, 0) : failed(why);
+}
+
+Outcome changeCard(const Unit& unit, const Slot& slot, const std::string& wanted) {
+    if (!wanted.empty() && wanted != kOwn && folderOf(unit, wanted).empty()) {
+        return failed("there is no folder " + wanted);
+    }
+    if (hasCard(unit, slot)) {
+        const Outcome removed = removeCard(unit, slot);
+        if (!removed.good) {
+            return removed;
+        }
+    }
+    return put(unit, slot, wanted);
+}
+
+Outcome makeCard(const std::string& folder, const std::string& files) {
+    const std::string script = (projectRoot() / "simulator/samples/card.sh").string();
+    const int status =
+        process::run({script, folder, files.empty() ? "20" : files}, {.keepOutput = true});
+    return outcome(status == 0, "the card in " + folder + " was not made");
+}
+
+using Do = Outcome (*)(const Unit& unit, const Slot& slot, const std::string& wanted);
+
+struct Part {
+    std::shared_ptr<std::string> slot;
+    std::shared_ptr<std::string> folder;
+    std::shared_ptr<bool> own;
+    Do act;
+};
+
+Part part(Parser& card, const char* name, const char* help, bool folder, Do act) {
+    Parser& parser = card.sub(name, help);
+    Part made{nullptr, nullptr, nullptr, act};
+    made.slot = parser.word("VOLUME", kSlotNames, Needed::Yes, [](const std::string& word) {
+        return findSlot(word) != nullptr ? std::string() : std::string("must be ") + kSlotNames;
+    });
+    if (folder) {
+        made.folder =
+            parser.word("FOLDER", "of the PC or of the unit; else what was there last", Needed::No);
+        made.own = parser.flag(kOwn, "the slot's own card");
+    }
+    return made;
 }
 
 }  // namespace
 
-int cardVerb(const Unit& unit, const Words& words) {
-    if (!words.empty() && words[0] == "make") {
-        return makeCard({words.begin() + 1, words.end()});
-    }
-    if (words.size() < 2 || words.size() > 3) {
-        return wrongUse("card");
-    }
-    const bool change = words[0] == "change";
-    for (const Volume& volume : kVolumes) {
-        if (words[1] == volume.name && (change || words[0] == "insert")) {
-            return insertCard(unit, volume, words.size() == 3 ? words[2] : "", change);
+Run cardVerb(Parser& parser) {
+    const std::vector<Part> parts = {
+        part(parser, "insert", "the volume appears, then the board tells so", true, &insertCard),
+        part(parser, "change", "one card is pulled and the other put in", true, &changeCard),
+        part(parser, "remove", "the volume vanishes, then the board tells so", false,
+             [](const Unit& unit, const Slot& slot, const std::string&) {
+                 return removeCard(unit, slot);
+             })};
+    Parser& make = parser.sub("make", "make a dash camera card in an empty folder");
+    const auto folder = make.word("DIR", "the folder");
+    const auto files = make.word("FILES", "how many recordings", Needed::No, between(1, 999999999));
+    return [=](const Call& call) -> Outcome {
+        for (const Part& one : parts) {
+            if (!one.slot->empty()) {
+                const bool own = one.own != nullptr && *one.own;
+                const std::string wanted = own ? kOwn : (one.folder ? *one.folder : "");
+                return one.act(call.unit, *findSlot(*one.slot), wanted);
+            }
         }
-        if (words[1] == volume.name && words[0] == "remove" && words.size() == 2) {
-            return removeCard(unit, volume);
-        }
-    }
-    return wrongUse("card");
+        return makeCard(*folder, *files);
+    };
 }
 
 }  // namespace headunit

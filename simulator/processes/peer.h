@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "simulator/tape/messages.h"
+#include "simulator/shared/messages.h"
 
 namespace peer {
 

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "simulator/tape/messages.h"
+#include "simulator/shared/messages.h"
 
 namespace tape {
 

@@ -13,6 +13,21 @@ void record(const wchar_t* what, const wchar_t* path) {
     tape::Line("file").text("from", L"Video").text("text", what).text("path", path);
 }
 
+// A file with a second name is one of the PC's (simulator/command/cards.h): nothing is written to
+// it.
+bool isOfPc(const wchar_t* path) {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file = CreateFileW(path, 0, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    BY_HANDLE_FILE_INFORMATION status = {};
+    const BOOL known = GetFileInformationByHandle(file, &status);
+    CloseHandle(file);
+    return known && status.nNumberOfLinks > 1 &&
+           (status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
 // A folder walk whose entries were put into another order.
 struct Walk {
     std::vector<WIN32_FIND_DATAW> entries;
@@ -37,8 +52,11 @@ Walk* findWalk(HANDLE find) {
 HANDLE WINAPI createFile(const wchar_t* path, DWORD access, DWORD share,
                          SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
                          HANDLE pattern) {
-    const HANDLE file = CreateFileW(path, access, share, security, creation, flags, pattern);
-    const DWORD error = GetLastError();
+    const bool refused = (access & GENERIC_WRITE) != 0 && isOfPc(path);
+    const HANDLE file = refused
+                            ? INVALID_HANDLE_VALUE
+                            : CreateFileW(path, access, share, security, creation, flags, pattern);
+    const DWORD error = refused ? ERROR_WRITE_PROTECT : GetLastError();
     if ((access & GENERIC_WRITE) != 0) {
         record(file == INVALID_HANDLE_VALUE ? L"write refused" : L"written", path);
     }
@@ -55,8 +73,9 @@ BOOL WINAPI deleteFile(const wchar_t* path) {
 }
 
 std::FILE* openFile(const wchar_t* path, const wchar_t* mode) {
-    std::FILE* const file = _wfopen(path, mode);
-    if (std::wcschr(mode, L'r') == nullptr) {
+    const bool writes = std::wcschr(mode, L'r') == nullptr;
+    std::FILE* const file = writes && isOfPc(path) ? nullptr : _wfopen(path, mode);
+    if (writes) {
         record(file == nullptr ? L"write refused" : L"written", path);
     }
     return file;

@@ -2,9 +2,11 @@
 
 #include <windows.h>
 
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "simulator/shared/json.h"
 
 namespace tape {
 namespace {
@@ -25,52 +27,13 @@ std::int64_t readBootTick() {
     return good ? std::strtoll(digits, nullptr, 10) : 0;
 }
 
-void appendUtf8(std::string& out, const wchar_t* value, std::size_t length) {
-    char bytes[4 * 512];
-    while (length > 0) {
-        std::size_t part = length < 512 ? length : 512;
-        // A surrogate pair must not be cut in two.
-        if (part < length && value[part - 1] >= 0xD800 && value[part - 1] < 0xDC00) {
-            --part;
-        }
-        const int count = WideCharToMultiByte(CP_UTF8, 0, value, static_cast<int>(part), bytes,
-                                              sizeof(bytes), nullptr, nullptr);
-        out.append(bytes, static_cast<std::size_t>(count));
-        value += part;
-        length -= part;
-    }
-}
-
-void appendEscaped(std::string& out, const std::string& text) {
-    out += '"';
-    for (const char c : text) {
-        switch (c) {
-            case '"':
-                out += "\\\"";
-                break;
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            default:
-                if (static_cast<unsigned char>(c) < 0x20) {
-                    char code[8];
-                    std::snprintf(code, sizeof(code), "\\u%04x", static_cast<unsigned>(c));
-                    out += code;
-                } else {
-                    out += c;
-                }
-        }
-    }
-    out += '"';
+std::string utf8(const wchar_t* value, std::size_t length) {
+    const int units = static_cast<int>(length);
+    std::string out(3 * length, '\0');  // a UTF-16 unit takes three bytes at most
+    const int count = WideCharToMultiByte(CP_UTF8, 0, value, units, out.data(),
+                                          static_cast<int>(out.size()), nullptr, nullptr);
+    out.resize(static_cast<std::size_t>(count));
+    return out;
 }
 
 // Wine appends in two steps (find the end, write there), so writers take turns.
@@ -124,21 +87,17 @@ void begin() {
 }
 
 Line::Line(const char* kind) {
-    char head[96];
-    std::snprintf(head, sizeof(head), "{\"ms\": %lld, \"kind\": \"%.40s\"",
-                  static_cast<long long>(milliseconds()), kind);
-    line_ = head;
+    line_ = "{\"ms\": " + std::to_string(milliseconds());
+    put("kind", headunit::Json(kind));
 }
 
 Line::~Line() {
-    line_ += "}\n";
-    write(line_);
+    write(line_ + "}\n");
 }
 
-void Line::key(const char* name) {
-    line_ += ", \"";
-    line_ += name;
-    line_ += "\": ";
+template <typename Value>
+void Line::put(const char* name, const Value& value) {
+    line_ += std::string(", \"") + name + "\": " + headunit::oneLine(value);
 }
 
 Line& Line::text(const char* name, const wchar_t* value) {
@@ -146,35 +105,26 @@ Line& Line::text(const char* name, const wchar_t* value) {
 }
 
 Line& Line::text(const char* name, const wchar_t* value, std::size_t length) {
-    key(name);
-    std::string utf8;
-    appendUtf8(utf8, value, length);
-    appendEscaped(line_, utf8);
+    put(name, headunit::Json(utf8(value, length)));
     return *this;
 }
 
 Line& Line::number(const char* name, std::int64_t value) {
-    key(name);
-    line_ += std::to_string(value);
+    put(name, headunit::Json(value));
     return *this;
 }
 
 Line& Line::real(const char* name, double value) {
-    key(name);
-    char digits[40];
-    std::snprintf(digits, sizeof(digits), "%.17g", value);
-    // JSON knows no infinities.
-    line_ += std::isfinite(value) ? digits : "null";
+    put(name, headunit::Json(value));
     return *this;
 }
 
 Line& Line::numbers(const char* name, std::span<const std::int64_t> values) {
-    key(name);
-    line_ += '[';
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        line_ += (i > 0 ? ", " : "") + std::to_string(values[i]);
+    headunit::Json array = headunit::Json::array();
+    for (const std::int64_t value : values) {
+        array.push_back(value);
     }
-    line_ += ']';
+    put(name, array);
     return *this;
 }
 

@@ -29,7 +29,8 @@ public:
     Line& numbers(const char* key, std::span<const std::int64_t> values);
 
 private:
-    void key(const char* name);
+    template <typename Value>
+    void put(const char* name, const Value& value);
 
     std::string line_;
 };

@@ -73,7 +73,8 @@ something_runs() { ! nothing_runs; }
 # --- Wrong words ----------------------------------------------------------------------------------
 step "no word at all" refused 2 'usage: headunit VERB .*headunit --help'
 step "a verb that there is not" refused 2 'there is no verb "bot"; see: headunit --help' bot
-step "a number out of range" refused 2 'usage: headunit film FILE.mp4 SECONDS' film a.mp4 0
+step "a number out of range" refused 2 \
+    'SECONDS must be a number from 1 to 3600; usage: headunit film FILE.mp4 SECONDS' film a.mp4 0
 step "a tape that there is not" refused 1 'there is no tape nowhere.jsonl' replay nowhere.jsonl
 printf '{"ms": 1, "kind": "sound", "sound": 1}\n' >"$work/idle.jsonl"
 step "a tape on which nothing was done" refused 1 'nothing was done on the tape' \
@@ -92,6 +93,15 @@ for words in 'key play' 'film a.mp4 1' 'shot a.png' 'connect off' 'cut --player'
     # shellcheck disable=SC2086  # the words of the command
     step "no unit runs: $words" refused 1 'no unit runs in .*; start one with: headunit boot' $words
 done
+
+# --- Wrong words that need a unit to be known --------------------------------------------------------
+no_display() {
+    ( export DISPLAY=:4711
+      refused 1 'there is no display :4711 (DISPLAY); without one: headunit boot --headless' boot )
+}
+step "a display that there is not" no_display
+step "a hand-over of nothing" refused 1 'there is no folder Nope on the unit' \
+    boot --headless --connect Nope
 
 # --- A full disk ----------------------------------------------------------------------------------
 # On another disk than the checkout, where the unit's programs are copied, under a limit for files.
@@ -122,6 +132,17 @@ step "a boot while one runs" refused 1 'a unit runs in .* already; end it with: 
     boot --headless
 
 step "its processes are found" something_runs
+stranger() {
+    port=$(tr -d '\r\n' <"$device/.unit/port")
+    [ "$(stat -c %a "$device/.unit/token")" = 600 ] &&
+        bash -c "exec 3<>/dev/tcp/127.0.0.1/$port && echo '{\"words\": [\"ping\"]}' >&3 && cat <&3" |
+        grep -q 'the unit belongs to another user'
+}
+step "who has no token is refused" stranger
+plays_on() { [ "$(unit log --json | grep -c '"kind": "process".*movie.exe.*"ended"')" = 0 ]; }
+step "a wrong path is found before the player is ended" refused 1 'there is no file /no/such' \
+    restart /no/such
+step "and the player plays on" plays_on
 
 # --- The panel, and its tape ----------------------------------------------------------------------
 # The box of that title lies within the panel, where the player does not come.
@@ -141,24 +162,26 @@ shown_twice() {
 has_exited() { taped '"process", .*movie.exe.*"ended".*"exit": 0'; }
 playerless() { taped '"process", .*movie.exe.*"ended"'; }
 
-unit touch 900 400
+mkdir -p "$device/SDMMCDisk/Record"
+unit touch 820 150
 unit press F1
 step "help stands on the panel" stays_on_panel "Keys of the panel"
 unit press Return
-unit touch 890 130
+unit touch 930 128
 unit press End
 unit type abc
 unit press F4
-step "a speed that is no number is refused on the panel" stays_on_panel Drive
-unit press Return
-unit touch 1150 186
+step "a speed that is no number is refused on the panel" stays_on_panel Refused
+unit press Return ctrl+Tab
+unit touch 1150 184
 step "the panel hands a folder over" soon is_handed_over
 unit drive 30
-unit touch 960 214
+unit press ctrl+Tab
+unit touch 1100 72
 step "the panel kills the player" soon playerless
-unit touch 1037 214
+unit touch 970 44
 step "and starts it again" soon shown_twice
-unit touch 1176 214
+unit touch 970 72
 step "the panel has it exit" soon has_exited
 cp "$device/.unit/log.jsonl" "$work/tape.jsonl"
 step "all of it is on the tape" test "$(actions "$work/tape.jsonl" | tail -n +2 | tr '\n' ' ')" = \
@@ -179,8 +202,8 @@ filmed() {
             "$work/film"
 }
 step "a film of one second" filmed
-step "a picture on a full disk" refused 1 'the picture could not be written to /dev/full' \
-    shot /dev/full
+ln -s /dev/full "$work/full.png"
+step "a picture on a full disk" refused 1 'the picture could not be written to' shot "$work/full.png"
 
 # --- Played back ----------------------------------------------------------------------------------
 played_back() {

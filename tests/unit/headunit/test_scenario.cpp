@@ -1,23 +1,21 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 
-#include "simulator/command/expect.h"
 #include "simulator/command/scenario.h"
-#include "simulator/command/verbs.h"
 
 namespace headunit {
 namespace {
 
-std::vector<std::string> split(const std::string& line) {
-    std::vector<std::string> words;
+Words split(const std::string& line) {
+    Words words;
     EXPECT_TRUE(splitWords(line, words)) << line;
     return words;
 }
 
 TEST(SplitWords, KnowsQuotesEscapesAndComments) {
-    using Words = std::vector<std::string>;
     EXPECT_EQ(split("touch 1  2\t3"), (Words{"touch", "1", "2", "3"}));
     EXPECT_EQ(split("# only a comment"), Words{});
     EXPECT_EQ(split("key play # now"), (Words{"key", "play"}));
@@ -34,11 +32,13 @@ TEST(SplitWords, RefusesOpenQuotesAndUnknownEscapes) {
     EXPECT_FALSE(splitWords("box \"open", words));
     EXPECT_FALSE(splitWords("box \"\\q\"", words));
     EXPECT_FALSE(splitWords("box \"\\", words));
+    EXPECT_FALSE(splitWords("box \"\\x4\"", words));
+    EXPECT_FALSE(splitWords("box \"\\xg1\"", words));
 }
 
 TEST(JoinWords, IsTakenApartAgain) {
-    const std::vector<std::string> words = {"card",  "a b",         "",  "\"q\"",
-                                            "C:\\x", "line\nend\t", "#1"};
+    const std::vector<std::string> words = {"card", "a b", "", "\"q\"", "C:\\x", "line\nend\t\x1b",
+                                            "#1"};
     EXPECT_EQ(split(joinWords(words)), words);
 }
 
@@ -53,6 +53,44 @@ TEST(ParseTime, NeedsAUnit) {
     for (const char* wrong : {"", "2", "s", "-1s", "2 s", "2m"}) {
         EXPECT_FALSE(parseTime(wrong, milliseconds)) << wrong;
     }
+}
+
+struct Completed {
+    Words words;
+    Words expected;  // all of these are offered
+};
+TEST(Completion, OffersVerbsOptionsAndNames) {
+    const Completed kCases[] = {{{}, {"boot", "kill", "scenario"}},
+                                {{"key"}, {"play", "next", "prev"}},
+                                {{"boot"}, {"--pip", "--panel", "--late"}},
+                                {{"card"}, {"insert", "change", "remove", "make"}},
+                                {{"card", "insert"}, {"--own"}},
+                                {{"drive"}, {"off", "--chart"}}};
+    for (const Completed& each : kCases) {
+        const Words offered = completions(each.words);
+        for (const std::string& word : each.expected) {
+            EXPECT_EQ(std::ranges::count(offered, word), 1)
+                << joinWords(each.words) << ": " << word;
+        }
+    }
+    EXPECT_TRUE(completions({"key", "play"}).empty());
+}
+
+TEST(Verbs, SayTheirUsageInTheHelpOfAll) {
+    const std::string all = overview();
+    for (const Verb& verb : verbs()) {
+        EXPECT_NE(all.find("\n  " + std::string(verb.name)), std::string::npos) << verb.name;
+        EXPECT_NE(helpOf(verb).find(verb.help), std::string::npos) << verb.name;
+    }
+}
+
+TEST(Deeds, OfAWrongWordAreNone) {
+    std::string why;
+    EXPECT_FALSE(parseDeed({"key", "stop"}, why).run);
+    EXPECT_EQ(parseDeed({"nothing"}, why).verb, nullptr);
+    const Deed deed = parseDeed({"key", "next"}, why);
+    EXPECT_TRUE(deed.run);
+    EXPECT_EQ(deed.words, Words{"next"});
 }
 
 class ScenarioFile : public testing::Test {
@@ -99,16 +137,33 @@ INSTANTIATE_TEST_SUITE_P(
     Scenario, WrongScenario,
     testing::Values(
         Wrong{"Verb", "boot\nexpct box\n", "2: there is no verb \"expct\""},
-        Wrong{"Point", "touch 1220 0\n", "1: usage: headunit touch"},
-        Wrong{"Key", "\nkey stop\n", "2: usage: headunit key"},
-        Wrong{"Number", "send MSG_SystemBroadcast one 1\n", "1: usage: headunit send"},
-        Wrong{"Volume", "card insert CDROM\n", "1: usage: headunit card"},
-        Wrong{"BootOption", "boot --fast\n", "1: usage: headunit boot"},
+        Wrong{"Point", "touch 1220 0\n",
+              "1: X must be a number from 0 to 1219; usage: headunit touch X Y"},
+        Wrong{"Key", "\nkey stop\n",
+              "2: WORD must be play, next or prev; usage: headunit key play|next|prev"},
+        Wrong{"Number", "send MSG_SystemBroadcast one 1\n", "1: WPARAM must be a number from"},
+        Wrong{"Volume", "card insert CDROM\n",
+              "1: VOLUME must be SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4; usage: headunit "
+              "card insert "},
+        Wrong{"BootOption", "boot --fast\n", "1: "},
         Wrong{"Subject", "expect miracle\n", "1: nothing can be expected of \"miracle\""},
         Wrong{"Time", "expect box within 3\n", "1: \"3\" is no time"},
-        Wrong{"FaultName", "fault NulDecoder 1\n", "1: there is no fault NulDecoder"},
-        Wrong{"FaultNumber", "fault RenderResult abc\n", "1: usage: headunit fault"},
-        Wrong{"Fails", "fails drive one two\n", "1: usage: headunit drive"},
+        Wrong{"FaultName", "fault NulDecoder 1\n", "1: NAME must be one of CutAfterMessages, "},
+        Wrong{"FaultNumber", "fault RenderResult abc\n",
+              "1: NUMBER must be a number from 0 to 4294967295, or off; usage: headunit fault NAME "
+              "NUMBER|off"},
+        Wrong{"FaultLimit", "fault DirectoryOrder 5\n",
+              "1: NUMBER must be a number from 0 to 4, or off"},
+        Wrong{"Speed", "drive -3\n",
+              "1: KMH must be a number from 0 to 400, or off; usage: headunit drive"},
+        Wrong{"KeyName", "press NoSuchKey\n", "1: KEY must be one of Tab, Return"},
+        Wrong{"Picture", "shot x.gif\n",
+              "1: FILE.png must end in .png; usage: headunit shot FILE.png"},
+        Wrong{"Recording", "record a.mp4 10\n", "1: FILE.avi must end in .avi, or off"},
+        Wrong{"Missing", "send MSG_SystemBroadcast 1\n",
+              "1: LPARAM is required; usage: headunit send"},
+        Wrong{"Fails", "fails drive one\n", "1: KMH must be a number from 0 to 400, or off"},
+        Wrong{"TooMany", "fails drive 1 two\n", "1: The following argument was not expected: two"},
         Wrong{"FailsVerb", "fails fly\n", "1: there is no verb \"fly\""},
         Wrong{"FailsAlone", "fails\n", "1: fails needs a verb"},
         Wrong{"MessageName", "expect no message MSG_Typo * *\n",
@@ -122,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"Area", "expect moving 10 10 10 20\n", "1: \"expect moving\" does not take"},
         Wrong{"State", "expect state playState\n", "1: \"expect state\" does not take"},
         Wrong{"Loud", "expect loud now\n", "1: \"expect loud\" does not take"},
-        Wrong{"Connect", "connect\n", "1: usage: headunit connect"},
+        Wrong{"Connect", "connect\n", "1: FOLDER is required; usage: headunit connect"},
         Wrong{"Mode", "expect mode 5\n", "1: \"expect mode\" does not take"},
         Wrong{"Filter", "expect filter a output rect\n", "1: \"expect filter\" does not take"},
         Wrong{"Wait", "wait\n", "1: wait needs a time"},
@@ -157,8 +212,9 @@ protected:
     bool met(const std::string& words) {
         stage_.used.clear();
         std::string why;
-        return findStageCommand("expect")(stage_, split("expect " + words + " within 1ms"),
-                                          How::Run, why);
+        const StageRun run = parseExpect(split("expect " + words + " within 1ms"), {}, why);
+        EXPECT_TRUE(run) << why;
+        return run && run(stage_, why);
     }
 
     Stage stage_;

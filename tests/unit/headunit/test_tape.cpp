@@ -6,7 +6,6 @@
 
 #include "simulator/command/movie_dat.h"
 #include "simulator/command/tape_reader.h"
-#include "simulator/tape/messages.h"
 
 namespace headunit {
 namespace {
@@ -36,7 +35,7 @@ TEST_F(Tape, GivesWholeLinesOnly) {
     append("\"kind\": \"box\"}\n");
     const auto line = reader.next();
     ASSERT_TRUE(line);
-    EXPECT_EQ(line->value.textOf("kind"), "box");
+    EXPECT_EQ(textOf(line->value, "kind"), "box");
     EXPECT_EQ(reader.at(), tapeEnd(unit_));
 }
 
@@ -50,11 +49,10 @@ TEST_F(Tape, ReadsMovieDatOfTheRightSizeOnly) {
     ASSERT_TRUE(writeMovieDat(unit_, state));
     const auto read = readMovieDat(unit_);
     ASSERT_TRUE(read);
-    const auto value = json::parse(movieDatJson(*read));
-    ASSERT_TRUE(value);
-    EXPECT_EQ(value->numberOf("playState", 0), 2);
-    EXPECT_EQ(value->find("position")->number, 12.5);
-    EXPECT_EQ(value->textOf("file"), "\\SDMMCDisk\\강릉 \"1\".avi");
+    const Json value = movieDatJson(*read);
+    EXPECT_EQ(numberOf(value, "playState", 0), 2);
+    EXPECT_EQ(value["position"].get<double>(), 12.5);
+    EXPECT_EQ(textOf(value, "file"), "\\SDMMCDisk\\강릉 \"1\".avi");
     fs::resize_file(unit_.device / "ResidentFlash2/Data/Movie.dat", 1071);
     EXPECT_FALSE(readMovieDat(unit_));
 }
@@ -64,27 +62,6 @@ TEST_F(Tape, TranslatesPathsBothWays) {
     EXPECT_EQ(unitPath(unit_, "/elsewhere/a.avi"), "");
     EXPECT_EQ(hostPath(unit_, "\\USB\\a b.avi"), unit_.device / "USB/a b.avi");
     EXPECT_EQ(hostPath(unit_, "USB/a b.avi"), unit_.device / "USB/a b.avi");
-}
-
-TEST(Describe, TellsWhatAMessageMeans) {
-    const auto line = json::parse(
-        R"({"ms": 1500, "kind": "post", "from": "Video", "to": "Processmanager",
-            "message": "MSG_MovietoProcessManager", "wParam": 7, "lParam": 1})");
-    ASSERT_TRUE(line);
-    const std::string text = describe(*line);
-    EXPECT_NE(text.find("1.500"), std::string::npos);
-    EXPECT_NE(text.find("Video -> Processmanager  MSG_MovietoProcessManager (7, 1)  ready to exit"),
-              std::string::npos)
-        << text;
-}
-
-TEST(Messages, KnowTheirMeanings) {
-    const tape::Message* command = tape::findMessage("MSG_ProcessManagertoMovie");
-    ASSERT_NE(command, nullptr);
-    EXPECT_STREQ(tape::meaningOf(*command, 3, 3), "prepare to exit");
-    EXPECT_STREQ(tape::meaningOf(*command, 3, 2), "exit");
-    EXPECT_STREQ(tape::meaningOf(*command, 99, 0), "");
-    EXPECT_EQ(tape::findMessage("MSG_Unknown"), nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,107 @@
+// headunit record: a dash camera that records while the viewer looks on.
+#include "simulator/command/verbs.h"
+
+namespace headunit {
+namespace {
+
+constexpr int kStartPatience = 5000;  // milliseconds
+constexpr int kClosePatience = 3000;  // for the index to be written
+constexpr int kLongest = 3600;        // seconds
+constexpr char kPidFile[] = "record.pid";
+// What the camera sees, over and over; see simulator/samples/make.sh.
+constexpr char kScene[] = "out/samples/SDMMCDisk/Record/20260314_081600_F.avi";
+
+Outcome stopRecording(const Unit& unit) {
+    const pid_t camera = helperProcess(unit, kPidFile);
+    if (camera == 0) {
+        return failed("nothing is being recorded in " + unit.device.string());
+    }
+    // Asked to end it closes the file as a camera does that is switched off in order.
+    process::end(camera, kClosePatience);
+    endHelper(unit, kPidFile);
+    return {};
+}
+
+// The file holds its header and first pictures.
+bool waitForPictures(const fs::path& file, pid_t camera) {
+    constexpr std::uintmax_t kFirstPictures = 64 * 1024;
+    for (int waited = 0; waited < kStartPatience; waited += 20) {
+        std::error_code error;
+        const std::uintmax_t bytes = fs::file_size(file, error);
+        if (!error && bytes >= kFirstPictures) {
+            return true;
+        }
+        if (!process::isAlive(camera)) {
+            return !error && bytes > 0;
+        }
+        process::sleepMilliseconds(20);
+    }
+    return false;
+}
+
+// A new file, on a card of the unit and nowhere else. Empty when it can be.
+std::string refusal(const Unit& unit, const fs::path& file) {
+    std::error_code error;
+    const fs::path folder = fs::canonical(file.parent_path(), error);
+    if (error || !fs::is_directory(folder, error)) {
+        return "there is no folder " + file.parent_path().string() + " to record into";
+    }
+    if (unitPath({fs::canonical(unit.device, error)}, folder / "x").empty()) {
+        return file.string() + " is not on the unit";
+    }
+    return fs::exists(fs::symlink_status(file, error))
+               ? "there is a " + file.string() + " already; name a new file"
+               : "";
+}
+
+Outcome startRecording(const Unit& unit, const std::string& path, const std::string& seconds) {
+    std::error_code error;
+    const fs::path scene = projectRoot() / kScene;
+    const fs::path file = hostPath(unit, path);
+    const std::string log = (unit.run() / "record.log").string();
+    if (!isRunning(unit)) {
+        return failed(noUnit(unit));
+    }
+    if (helperProcess(unit, kPidFile) != 0) {
+        return failed("the camera records already; end it with: headunit record off");
+    }
+    if (!fs::exists(scene, error)) {
+        return failed("there is no " + scene.string() + "; make it with: ./run");
+    }
+    if (const std::string why = refusal(unit, file); !why.empty()) {
+        return failed(why);
+    }
+    // Copied packet by packet at the speed at which they were taken; never onto a file that is
+    // there.
+    const pid_t camera = process::startDetached(
+        {"ffmpeg", "-nostdin", "-v", "error", "-n", "-re", "-stream_loop", "-1", "-i",
+         scene.string(), "-t", seconds, "-c", "copy", "-flush_packets", "1", "-f", "avi",
+         file.string()},
+        {.environment = {"HEADUNIT=" + unit.device.string()}, .logFile = log});
+    if (camera < 0) {
+        return failed("ffmpeg is missing; install it with: apt-get install ffmpeg");
+    }
+    writeRunFile(unit, kPidFile, std::to_string(camera));
+    if (!waitForPictures(file, camera)) {
+        endHelper(unit, kPidFile);
+        return failed("nothing was recorded; see " + log);
+    }
+    return {};
+}
+
+}  // namespace
+
+Run recordVerb(Parser& parser) {
+    const auto file =
+        parser.word("FILE.avi|off", "a new file of the unit; or switch the camera off", Needed::Yes,
+                    oneOf("off", endingIn(".avi")));
+    const auto seconds = parser.word("SECONDS", "how long at most, 60 unless told", Needed::No,
+                                     between(1, kLongest));
+    return [file, seconds](const Call& call) {
+        return *file == "off"
+                   ? stopRecording(call.unit)
+                   : startRecording(call.unit, *file, seconds->empty() ? "60" : *seconds);
+    };
+}
+
+}  // namespace headunit

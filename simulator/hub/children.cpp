@@ -1,0 +1,193 @@
+// Starting and ending the processes of the unit.
+#include <mutex>
+#include <utility>
+
+#include "simulator/hub/hub.h"
+#include "simulator/tape/tape.h"
+
+namespace hub {
+namespace {
+
+constexpr wchar_t kTapLibrary[] = L"H:\\.unit\\bin\\tap.dll";
+constexpr DWORD kTapPatience = 5000;  // milliseconds
+constexpr DWORD kEndPatience = 2000;  // milliseconds
+
+std::mutex childrenMutex;
+std::vector<Child> children;
+std::vector<Program> withoutPower;
+
+void removeChild(DWORD number) {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    std::erase_if(children, [number](const Child& child) { return child.number == number; });
+}
+
+// Loads the tap before the first instruction of the program: the new process loads the library on a
+// thread of ours while its own first thread still waits.
+void loadTap(HANDLE process) {
+    void* place = VirtualAllocEx(process, nullptr, sizeof(kTapLibrary), MEM_COMMIT, PAGE_READWRITE);
+    if (place == nullptr ||
+        !WriteProcessMemory(process, place, kTapLibrary, sizeof(kTapLibrary), nullptr)) {
+        return;
+    }
+    const auto load = reinterpret_cast<LPTHREAD_START_ROUTINE>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "LoadLibraryW")));
+    const HANDLE thread = CreateRemoteThread(process, nullptr, 0, load, place, 0, nullptr);
+    if (thread != nullptr) {
+        WaitForSingleObject(thread, kTapPatience);
+        CloseHandle(thread);
+    }
+}
+
+bool create(const Program& program, HANDLE output, PROCESS_INFORMATION& process) {
+    STARTUPINFOW start = {};
+    start.cb = sizeof(start);
+    if (output != nullptr) {
+        start.dwFlags = STARTF_USESTDHANDLES;
+        start.hStdOutput = output;
+        start.hStdError = output;
+    }
+    // Seen once in some forty starts on a loaded machine: Wine answers with an internal error, and
+    // the next start goes well.
+    constexpr int kAttempts = 3;
+    constexpr DWORD kPauseMilliseconds = 200;
+    for (int attempt = 1;; ++attempt) {
+        std::wstring commandLine = program.commandLine;
+        if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, output != nullptr,
+                           CREATE_SUSPENDED, nullptr, program.folder.c_str(), &start, &process)) {
+            return true;
+        }
+        if (GetLastError() != ERROR_INTERNAL_ERROR || attempt == kAttempts) {
+            return false;
+        }
+        Sleep(kPauseMilliseconds);
+    }
+}
+
+// A child whose end nobody would see counts as not started.
+void dropUnwatched(const PROCESS_INFORMATION& process, HANDLE output) {
+    TerminateProcess(process.hProcess, 9);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    if (output != nullptr) {
+        CloseHandle(output);
+    }
+}
+
+}  // namespace
+
+DWORD startChild(const Program& program, DWORD& error) {
+    HANDLE read = nullptr;
+    HANDLE write = nullptr;
+    if (program.watch == Watch::EndsAndOutput) {
+        SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
+        if (CreatePipe(&read, &write, &inherit, 0)) {
+            SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
+        }
+    }
+    PROCESS_INFORMATION process = {};
+    const bool created = create(program, write, process);
+    error = created ? 0 : GetLastError();
+    if (write != nullptr) {
+        CloseHandle(write);
+    }
+    if (!created) {
+        if (read != nullptr) {
+            CloseHandle(read);
+        }
+        return 0;
+    }
+    HANDLE output = nullptr;
+    if (program.watch == Watch::EndsAndOutput) {
+        loadTap(process.hProcess);
+        output = startReader(program.name, read);
+    }
+    const Child child = {program, process.hProcess, process.dwProcessId};
+    {
+        // The watcher forgets the child, never before it is known.
+        const std::lock_guard<std::mutex> lock(childrenMutex);
+        if (!startWatcher(child, output, &removeChild, error)) {
+            dropUnwatched(process, output);
+            return 0;
+        }
+        children.push_back(child);
+    }
+    tape::Line("process")
+        .text("from", program.name.c_str())
+        .text("text", L"started")
+        .number("process", child.number);
+    ResumeThread(process.hThread);
+    CloseHandle(process.hThread);
+    return child.number;
+}
+
+std::wstring childName(DWORD process) {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    for (const Child& child : children) {
+        if (child.number == process) {
+            return child.program.name;
+        }
+    }
+    return {};
+}
+
+bool isRunning(const std::wstring& name) {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    for (const Child& child : children) {
+        if (child.program.name == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool killChild(const std::wstring& name) {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    bool found = false;
+    for (const Child& child : children) {
+        if (child.program.name == name) {
+            TerminateProcess(child.process, 9);
+            found = true;
+        }
+    }
+    return found;
+}
+
+void killAllChildren() {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    for (const Child& child : children) {
+        TerminateProcess(child.process, 9);
+    }
+}
+
+void cutPower() {
+    {
+        const std::lock_guard<std::mutex> lock(childrenMutex);
+        for (const Child& child : children) {
+            TerminateProcess(child.process, 9);
+            if (child.program.name != kPlayer) {
+                withoutPower.push_back(child.program);
+            }
+        }
+    }
+    for (DWORD waited = 0; waited < kEndPatience; waited += 10) {
+        {
+            const std::lock_guard<std::mutex> lock(childrenMutex);
+            if (children.empty()) {
+                return;
+            }
+        }
+        Sleep(10);
+    }
+}
+
+bool hasPower() {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    return withoutPower.empty();
+}
+
+std::vector<Program> takeWithoutPower() {
+    const std::lock_guard<std::mutex> lock(childrenMutex);
+    return std::exchange(withoutPower, {});
+}
+
+}  // namespace hub

@@ -1,0 +1,115 @@
+// The tape on the panel, in columns.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "simulator/hub/panel.h"
+#include "simulator/shared/describe.h"
+
+namespace hub {
+namespace {
+
+constexpr int kMostLines = 2000;  // older ones leave the list
+
+// What was added to the tape since the last call; whole lines only.
+std::string readNew() {
+    static LONGLONG offset = 0;
+    static std::string rest;
+    const HANDLE file = CreateFileW(L"H:\\.unit\\log.jsonl", GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return {};
+    }
+    LARGE_INTEGER place = {};
+    place.QuadPart = offset;
+    SetFilePointerEx(file, place, nullptr, FILE_BEGIN);
+    char bytes[8192];
+    DWORD count = 0;
+    while (ReadFile(file, bytes, sizeof(bytes), &count, nullptr) && count > 0) {
+        rest.append(bytes, count);
+        offset += count;
+    }
+    CloseHandle(file);
+    const auto end = rest.rfind('\n');
+    std::string whole = end == std::string::npos ? "" : rest.substr(0, end + 1);
+    rest.erase(0, whole.size());
+    return whole;
+}
+
+struct Column {
+    const wchar_t* name;
+    int width;  // pixels
+};
+constexpr Column kColumns[] = {{L"s", 66}, {L"kind", 76}, {L"what", 2000}};
+
+void setCell(HWND list, int row, int column, std::wstring text) {
+    LVITEMW item = {};
+    item.mask = LVIF_TEXT;
+    item.iItem = row;
+    item.iSubItem = column;
+    item.pszText = text.data();
+    SendMessageW(list, column == 0 ? LVM_INSERTITEMW : LVM_SETITEMTEXTW, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&item));
+}
+
+// describe() has the columns already: seconds, kind, the rest.
+void addLine(HWND list, const std::string& line) {
+    const std::string text = headunit::describeText(line);
+    if (text.empty()) {
+        return;
+    }
+    const int row = ListView_GetItemCount(list);
+    std::size_t at = 0;
+    for (int column = 0; column < 3; ++column) {
+        at = std::min(text.find_first_not_of(' ', at), text.size());
+        const std::size_t end =
+            column == 2 ? text.size() : std::min(text.find(' ', at), text.size());
+        setCell(list, row, column, wide(text.substr(at, end - at)));
+        at = end;
+    }
+}
+
+}  // namespace
+
+void createTapeList(HWND panel, const RECT& area) {
+    const HWND list = CreateWindowExW(
+        0, WC_LISTVIEWW, L"",
+        WS_CHILD | WS_VISIBLE | WS_BORDER | LVS_REPORT | LVS_SINGLESEL | LVS_NOSORTHEADER,
+        area.left, area.top, area.right - area.left, area.bottom - area.top, panel,
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(kTapeList)), GetModuleHandleW(nullptr),
+        nullptr);
+    SendMessageW(list, WM_SETFONT, reinterpret_cast<WPARAM>(panelFont()), FALSE);
+    for (int i = 0; i < static_cast<int>(std::size(kColumns)); ++i) {
+        LVCOLUMNW column = {};
+        column.mask = LVCF_TEXT | LVCF_WIDTH;
+        column.cx = kColumns[i].width;
+        column.pszText = const_cast<wchar_t*>(kColumns[i].name);
+        SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i),
+                     reinterpret_cast<LPARAM>(&column));
+    }
+}
+
+void showTape(HWND list) {
+    const std::string added = readNew();
+    if (added.empty()) {
+        return;
+    }
+    SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+    std::size_t start = 0;
+    for (std::size_t end = added.find('\n'); end != std::string::npos;
+         end = added.find('\n', start)) {
+        addLine(list, added.substr(start, end - start));
+        start = end + 1;
+    }
+    while (ListView_GetItemCount(list) > kMostLines) {
+        ListView_DeleteItem(list, 0);
+    }
+    ListView_EnsureVisible(list, ListView_GetItemCount(list) - 1, FALSE);
+    SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list, nullptr, TRUE);
+}
+
+}  // namespace hub

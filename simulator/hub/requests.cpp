@@ -1,0 +1,291 @@
+// The requests that the hub carries out.
+#include <atomic>
+
+#include "catalogue/folder_listing.h"
+#include "platform/text.h"
+#include "platform/wide.h"
+#include "simulator/hub/requests.h"
+#include "simulator/processes/peer.h"
+#include "simulator/tape/faults.h"
+#include "simulator/tape/registered.h"
+#include "simulator/tape/settled.h"
+#include "simulator/tape/tape.h"
+
+namespace hub {
+namespace {
+
+using headunit::parseNumber;
+
+constexpr wchar_t kBoxClass[] = L"headunit.box";
+constexpr UINT kSendPatience = 30000;  // milliseconds
+constexpr char kMuteMessage[] = "BSP_WMUSER_MUTE_NOTIFICATION";
+
+HWND hubWindow;
+std::atomic<int> lastMute = -1;
+
+// A window by its title, or one that only takes messages by its class.
+HWND findReceiver(const std::wstring& name) {
+    const HWND titled = FindWindowW(nullptr, name.c_str());
+    return titled != nullptr ? titled : FindWindowExW(HWND_MESSAGE, nullptr, name.c_str(), nullptr);
+}
+
+// message post|send NAME WPARAM LPARAM [TITLE]
+Answer message(const Words& words) {
+    long long wParam = 0;
+    long long lParam = 0;
+    if (!parseNumber(words[3], wParam) || !parseNumber(words[4], lParam)) {
+        return failed("WPARAM and LPARAM must be numbers");
+    }
+    const tape::Message* known = tape::findMessage(words[2]);
+    const std::string title = words.size() > 5 ? words[5] : tape::kPlayer;
+    const HWND window = findReceiver(wide(title));
+    if (words[2] == kMuteMessage) {
+        lastMute = wParam == 1 ? 1 : 0;
+    }
+    if (window == nullptr) {
+        return failed("there is no window \"" + title + "\"; is the player running?");
+    }
+    const UINT number = RegisterWindowMessageW(wide(words[2]).c_str());
+    const auto first = static_cast<WPARAM>(wParam);
+    const auto second = static_cast<LPARAM>(lParam);
+    tape::recordMessage(words[1].c_str(), known == nullptr ? "unit" : known->sender, title.c_str(),
+                        words[2].c_str(), first, second);
+    if (words[1] == "post") {
+        return PostMessageW(window, number, first, second) ? Answer() : failed("the queue is full");
+    }
+    DWORD_PTR result = 0;
+    SetLastError(0);
+    if (SendMessageTimeoutW(window, number, first, second, SMTO_NORMAL, kSendPatience, &result) ==
+        0) {
+        return failed("the player did not answer within " + std::to_string(kSendPatience / 1000) +
+                      " s");
+    }
+    return {true, static_cast<long long>(result)};
+}
+
+// speed KMH|off
+Answer drive(const Words& words) {
+    long long kilometres = 0;
+    if (words[1] == "off") {
+        loseSpeed();
+        return {};
+    }
+    if (!parseNumber(words[1], kilometres)) {
+        return failed("the speed must be a number of km/h or off");
+    }
+    setSpeed(static_cast<int>(kilometres));
+    return {};
+}
+
+// box NUMBER
+Answer box(const Words& words) {
+    long long number = 0;
+    const HWND window = FindWindowW(kBoxClass, nullptr);
+    if (window == nullptr) {
+        return failed("no message box is open");
+    }
+    if (!parseNumber(words[1], number) || GetDlgItem(window, static_cast<int>(number)) == nullptr) {
+        return failed("the open message box has no such button");
+    }
+    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(number), 0);
+    return {};
+}
+
+// The player's folders in the order that the unit gives them (see tape/faults.h).
+bool walkInOrder(const char16_t* folder, platform::EntryVisitor visitor, void* context) {
+    const std::wstring pattern = std::wstring(platform::wide(folder)) + L"\\*.*";
+    std::vector<WIN32_FIND_DATAW> entries;
+    WIN32_FIND_DATAW entry;
+    const HANDLE find = FindFirstFileW(pattern.c_str(), &entry);
+    if (find == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    do {
+        entries.push_back(entry);
+    } while (FindNextFileW(find, &entry));
+    FindClose(find);
+    tape::orderEntries(entries);
+    for (const WIN32_FIND_DATAW& found : entries) {
+        const std::wstring name = found.cFileName;
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const auto kind = isFolder ? platform::EntryKind::Folder : platform::EntryKind::File;
+        if (name != L"." && name != L".." &&
+            !visitor(context, platform::utf16(name.c_str()), kind)) {
+            break;
+        }
+    }
+    return true;
+}
+
+// listing FOLDER: the full paths of the recordings in it, in the order in which the player will
+// list them without the dash camera.
+Answer listing(const Words& words) {
+    const std::wstring folder = wide(words[1]);
+    catalogue::FolderListing list;
+    list.OpenListing(platform::utf16(folder.c_str()), catalogue::Order::FileSystem, &walkInOrder);
+    Json paths = Json::array();
+    catalogue::PathBuffer path;
+    for (std::int32_t i = 0; list.GetFilePath(i, path) == 1; ++i) {
+        paths.push_back(platform::toUtf8(path));
+    }
+    return {true, paths};
+}
+
+// connect FOLDER: the dash camera's hand-over; without a folder it is taken back.
+Answer connect(const Words& words) {
+    const std::wstring folder = wide(words[1]);
+    if (folder.empty()) {
+        RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandOverKey, L"ConnectPath");
+        return {};
+    }
+    const auto bytes = static_cast<DWORD>((folder.size() + 1) * sizeof(wchar_t));
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kHandOverKey, L"ConnectPath", REG_SZ, folder.c_str(),
+                           bytes) == ERROR_SUCCESS
+               ? Answer()
+               : failed("the registry cannot be written");
+}
+
+// fault NAME NUMBER | fault NAME off
+Answer fault(const Words& words) {
+    const std::wstring name = wide(words[1]);
+    long long number = 0;
+    if (words[2] == "off") {
+        RegDeleteKeyValueW(HKEY_CURRENT_USER, kFaultKey, name.c_str());
+        return {};
+    }
+    if (!parseNumber(words[2], number)) {
+        return failed("a fault's value is a number or off");
+    }
+    const auto value = static_cast<DWORD>(number);
+    return RegSetKeyValueW(HKEY_CURRENT_USER, kFaultKey, name.c_str(), REG_DWORD, &value,
+                           sizeof(value)) == ERROR_SUCCESS
+               ? Answer()
+               : failed("the registry cannot be written");
+}
+
+// note TEXT: what the user has done, for the tape
+Answer note(const Words& words) {
+    tape::Line("command").text("text", wide(words[1]).c_str());
+    return {};
+}
+
+Answer ping(const Words&) {
+    return {};
+}
+
+Answer closePlayer(const Words&) {
+    const HWND player = FindWindowW(nullptr, kPlayerTitle);
+    if (player == nullptr) {
+        return failed("the player has no window");
+    }
+    PostMessageW(player, WM_CLOSE, 0, 0);
+    return {};
+}
+
+Answer askExit(const Words&) {
+    const HWND window = FindWindowW(L"Processmanager", L"Processmanager");
+    if (window == nullptr) {
+        return failed("the process manager is not running");
+    }
+    PostMessageW(window, RegisterWindowMessageW(peer::kRequestMessage), peer::kRequestShutdown, 0);
+    return {};
+}
+
+Answer killProgram(const Words& words) {
+    return killChild(wide(words[1])) ? Answer() : failed(words[1] + " is not running");
+}
+
+// settle MILLISECONDS: until the player has taken what is on its way to it (see settled.h), or
+// that long when it is busy. Nothing to wait for without a player.
+Answer settle(const Words& words) {
+    static LONG questions = 0;
+    long long patience = 0;
+    if (!parseNumber(words[1], patience)) {
+        return failed("the time must be a number of milliseconds");
+    }
+    const HWND window = FindWindowExW(HWND_MESSAGE, nullptr, tape::kSettledClass, nullptr);
+    const auto number = static_cast<WPARAM>(InterlockedIncrement(&questions));
+    const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, tape::settledEvent(number).c_str());
+    if (event == nullptr) {
+        return failed("Windows has no event to wait for");
+    }
+    if (window != nullptr && PostMessageW(window, tape::kSettledQuestion, number, 0)) {
+        WaitForSingleObject(event, static_cast<DWORD>(patience));
+    }
+    CloseHandle(event);
+    return {};
+}
+
+HANDLE takenEvent() {
+    static const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    return event;
+}
+
+// taken MILLISECONDS: until the panel has handled what was pressed on it, or that long.
+Answer taken(const Words& words) {
+    long long patience = 0;
+    if (!parseNumber(words[1], patience)) {
+        return failed("the time must be a number of milliseconds");
+    }
+    ResetEvent(takenEvent());
+    PostMessageW(hubWindow, kTakenQuestion, 0, 0);
+    WaitForSingleObject(takenEvent(), static_cast<DWORD>(patience));
+    return {};
+}
+
+Answer stateRequest(const Words&) {
+    return {true, state()};
+}
+
+Answer running(const Words& words) {
+    return {true, isRunning(wide(words[1]))};
+}
+
+Answer quit(const Words&) {
+    PostMessageW(hubWindow, kQuitMessage, 0, 0);
+    return {};
+}
+
+struct Request {
+    const char* name;
+    std::size_t words;  // at least, the name included
+    Answer (*execute)(const Words& words);
+};
+constexpr Request kRequests[] = {
+    {"note", 2, &note},          {"ping", 1, &ping},         {"start", 4, &startProgram},
+    {"message", 5, &message},    {"speed", 2, &drive},       {"box", 2, &box},
+    {"listing", 2, &listing},    {"connect", 2, &connect},   {"fault", 3, &fault},
+    {"state", 1, &stateRequest}, {"shutdown", 1, &askExit},  {"kill", 2, &killProgram},
+    {"running", 2, &running},    {"await", 3, &awaitWindow}, {"quit", 1, &quit},
+    {"cut", 1, &cutPowerNow},    {"power", 1, &powerOn},     {"close", 1, &closePlayer},
+    {"settle", 2, &settle},      {"taken", 2, &taken},
+};
+
+}  // namespace
+
+void setHubWindow(HWND window) {
+    hubWindow = window;
+}
+
+void inputTaken() {
+    SetEvent(takenEvent());
+}
+
+int muted() {
+    return lastMute;
+}
+
+Answer failed(const std::string& why) {
+    return {false, why};
+}
+
+Answer execute(const Words& words) {
+    for (const Request& request : kRequests) {
+        if (!words.empty() && words[0] == request.name) {
+            return words.size() < request.words ? failed("too few words") : request.execute(words);
+        }
+    }
+    return failed("unknown request " + (words.empty() ? "" : words[0]));
+}
+
+}  // namespace hub

@@ -1,0 +1,16 @@
+// The tape's lines as a person reads them. Portable.
+#pragma once
+
+#include <string>
+
+#include "simulator/shared/json.h"
+
+namespace headunit {
+
+// One line: seconds since the boot, kind, who to whom, what it means. Texts can be pasted into a
+// scenario.
+std::string describe(const Json& line);
+// The same of a line as it stands on the tape; empty when it is none.
+std::string describeText(std::string_view line);
+
+}  // namespace headunit
