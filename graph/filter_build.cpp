@@ -109,9 +109,10 @@ int CFilterControl::CreateFilterForPlaying(const char16_t* path, int x, int y, i
     if (held_ && steps.overtaken()) {
         return kGraphOvertaken;
     }
-    lastRenderResult_ =
+    const HRESULT rendered =
         hasGraph() ? held_->builder->RenderFile(platform::wide(path), nullptr) : created;
-    if (FAILED(lastRenderResult_)) {
+    if (FAILED(rendered)) {
+        lastRenderResult_ = rendered;
         buildingState_ = kIdle;
         return kGraphFailed;
     }
@@ -205,10 +206,13 @@ HRESULT CFilterControl::Steps::renderCaptions() {
     }
     if (of.held_->captionParser) {
         of.held_->captionParser->FindPin(L"Input", parserInput.out());
-        of.held_->captionParser->FindPin(L"Output", parserOutput.out());
     }
     if (sourceOutput && parserInput) {
         of.held_->builder->ConnectDirect(sourceOutput.get(), parserInput.get(), nullptr);
+    }
+    if (of.held_->captionParser) {
+        // A parser may have this pin only once it is connected.
+        of.held_->captionParser->FindPin(L"Output", parserOutput.out());
     }
     return parserOutput ? of.held_->builder->Render(parserOutput.get()) : E_FAIL;
 }
@@ -227,9 +231,10 @@ void CFilterControl::Steps::removeCaptionChain() {
 
 void CFilterControl::Steps::readDemuxValues() {
     of.demuxFlag_ = 0;
+    of.demuxValueA_ = of.demuxValueB_ = 0;
     of.held_->demux = of.held_->findFilter(vendor::kDemuxName);
     if (const auto values = of.held_->demux.query<vendor::DemuxValues>(vendor::kDemuxValues)) {
-        DWORD a = of.demuxValueA_, b = of.demuxValueB_;
+        DWORD a = 0, b = 0;
         values->valueA(&a);
         values->valueB(&b);
         of.demuxValueA_ = a;

@@ -74,7 +74,7 @@ public:
     int HasNullVideoDecoder();
     int HasAudioRenderer();
 
-    // Why the last file could not be rendered; when the graph itself could not be made, that.
+    // Why a file could not be rendered, or its graph not be made: of the last that failed.
     [[nodiscard]] std::int32_t lastRenderResult() const { return lastRenderResult_; }
 
     // Called before a message box opens: what waits for a message that the box may swallow gives

@@ -1,14 +1,41 @@
 #include "simulator/filters/caption_parser.h"
 
-#include <new>
+#include <algorithm>
+#include <span>
 
+#include "platform/wide.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
 
 namespace {
 
-constexpr LONGLONG kLargestFile = 16 << 20;  // bytes; subtitle files have some hundred thousand
+constexpr UINT kKoreanCodePage = 949;
+
+std::u16string decode(UINT codePage, DWORD flags, std::span<const std::uint8_t> bytes) {
+    const auto* text = reinterpret_cast<const char*>(bytes.data());
+    const auto size = static_cast<int>(bytes.size());
+    const int length = MultiByteToWideChar(codePage, flags, text, size, nullptr, 0);
+    std::u16string out(static_cast<std::size_t>(std::max(length, 0)), u'\0');
+    MultiByteToWideChar(codePage, flags, text, size, platform::wide(out.data()), length);
+    return out;
+}
+
+// UTF-16 and UTF-8 by their byte order marks, what is valid UTF-8, else Korean.
+std::u16string decodeFile(std::span<const std::uint8_t> file) {
+    if (file.size() >= 2 && file[0] == 0xFF && file[1] == 0xFE) {
+        std::u16string out;
+        for (std::size_t i = 2; i + 1 < file.size(); i += 2) {
+            out.push_back(static_cast<char16_t>(file[i] | file[i + 1] << 8));
+        }
+        return out;
+    }
+    if (file.size() >= 3 && file[0] == 0xEF && file[1] == 0xBB && file[2] == 0xBF) {
+        return decode(CP_UTF8, 0, file.subspan(3));
+    }
+    std::u16string out = decode(CP_UTF8, MB_ERR_INVALID_CHARS, file);
+    return out.empty() ? decode(kKoreanCodePage, 0, file) : out;
+}
 
 }  // namespace
 
@@ -63,7 +90,7 @@ HRESULT CaptionParser::readFile(IAsyncReader* reader) {
     LONGLONG total = 0;
     LONGLONG available = 0;
     HRESULT result = reader->Length(&total, &available);
-    if (FAILED(result) || total <= 0 || total > kLargestFile) {
+    if (FAILED(result) || total <= 0 || total > static_cast<LONGLONG>(kLargestSubtitleFile)) {
         return FAILED(result) ? result : S_OK;  // no captions; the output pin will say so
     }
     std::vector<std::uint8_t> file(static_cast<std::size_t>(total));
@@ -71,7 +98,7 @@ HRESULT CaptionParser::readFile(IAsyncReader* reader) {
     if (FAILED(result)) {
         return result;
     }
-    captions_ = readCaptions(subtitleType_, file);
+    captions_ = readCaptions(subtitleType_, decodeFile(file));
     tape::Line("filter")
         .text("filter", vendor::kCaptionParserName)
         .text("what", L"captions read")

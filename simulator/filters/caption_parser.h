@@ -5,7 +5,7 @@
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/base_filter.h"
 #include "simulator/filters/base_pin.h"
-#include "simulator/filters/caption_text.h"
+#include "simulator/filters/captions/caption_text.h"
 
 namespace filters {
 

@@ -1,5 +1,6 @@
 #include "simulator/filters/caption_renderer.h"
 
+#include "platform/wide.h"
 #include "simulator/filters/video_layer.h"
 #include "simulator/tape/tape.h"
 
@@ -98,12 +99,13 @@ void CaptionRenderer::show(const Caption* caption) {
         return;
     }
     shownStart_ = start;
-    VideoLayer::instance().setCaption(caption ? caption->text : std::wstring(), look_);
+    const std::wstring text = caption ? platform::wide(caption->text.c_str()) : L"";
+    VideoLayer::instance().setCaption(text, look_);
     if (!caption) {
         return;
     }
     tape::Line("caption")
-        .text("text", caption->text.c_str())
+        .text("text", text.c_str())
         .number("start", caption->start)
         .number("end", caption->end);
     sendGraphEvent(graph_, kCaptionEvent, static_cast<LONG_PTR>(caption->start),

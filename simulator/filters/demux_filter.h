@@ -14,7 +14,9 @@
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/base_filter.h"
 #include "simulator/filters/length_watch.h"
+#include "simulator/filters/owner_window_face.h"
 #include "simulator/filters/reader_pin.h"
+#include "simulator/filters/splitter.h"
 #include "simulator/filters/stream_pin.h"
 
 namespace filters {
@@ -25,7 +27,7 @@ class DemuxFilter final : public BaseFilter,
                           public vendor::AudioStreams,
                           public vendor::AudioStreamSelection,
                           public vendor::FilterStatus,
-                          public vendor::OwnerWindow,
+                          public OwnerWindowFace,
                           public SeekTarget,
                           public LengthListener {
 public:
@@ -33,7 +35,7 @@ public:
 
     // Whether the splitter could be made: without GStreamer there is none. Without a splitter the
     // filter can be stopped and taken out of its graph, but not be started.
-    bool usable() const { return inner_ != nullptr; }
+    bool usable() const { return splitter_.get() != nullptr; }
 
     FILTERS_JOIN_UNKNOWN
 
@@ -58,11 +60,7 @@ public:
     // 0 no file, 1 a file is connected.
     HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
 
-    HRESULT STDMETHODCALLTYPE method1() override;
     HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND window) override;
-    HRESULT STDMETHODCALLTYPE method3() override;
-    HRESULT STDMETHODCALLTYPE method4() override;
-    HRESULT STDMETHODCALLTYPE method5() override;
     // The option of both kOwnerWindow and kDemuxOptions; no value changes anything here.
     HRESULT STDMETHODCALLTYPE setOption(DWORD value) override;
 
@@ -106,29 +104,27 @@ private:
         DemuxFilter* const demux_;
     };
 
-    void makeSplitter();
     HRESULT openFile(IPin* file, const AM_MEDIA_TYPE& type);
-    HRESULT openInSplitter(const AM_MEDIA_TYPE& type);
     void closeFile();
-    ComPtr<IPin> innerInput();
-    std::vector<ComPtr<IPin>> innerOutputs();
-    void findStreams();
+    // Hands the result on; when the splitter was lost over it the streams stay alone.
+    HRESULT checked(HRESULT result);
+    void retireStreams();
     // The splitter opens the file anew, as far as it goes by now, and goes on where it had ended.
     void playOn();
     HRESULT openAgain();
     // The file could not be opened anew: its streams end, and the player is told to go on.
     void endHere(FILTER_STATE state);
+    void endStreams(FILTER_STATE state);
     void tellOver();
     // Between the splitter's times and the graph's; what comes before `first` is left out. 100 ns.
     void setOffset(LONGLONG offset, LONGLONG first);
     double durationSeconds();
     std::vector<StreamPin*> streamsOf(const GUID& majorType);
 
-    ComPtr<IUnknown> innerUnknown_;
-    IBaseFilter* inner_ = nullptr;  // not counted: the aggregate's references are this filter's
     Input input_{this};
     UndecodedVideo undecoded_{this};
     ReaderPin reader_{this};
+    Splitter splitter_{this, &reader_};
     std::vector<std::unique_ptr<StreamPin>> streams_, retired_;
     LengthWatch length_{this};
     std::atomic<LONGLONG> openedBytes_ = 0;  // the file's size when the splitter opened it

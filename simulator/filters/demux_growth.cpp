@@ -52,21 +52,18 @@ void DemuxFilter::watched() {
 
 HRESULT DemuxFilter::openAgain() {
     AM_MEDIA_TYPE type{};
-    ComPtr<IPin> input = innerInput();
-    if (!input || FAILED(input_.ConnectionMediaType(&type))) {
+    if (FAILED(input_.ConnectionMediaType(&type))) {
         return E_UNEXPECTED;
     }
-    input.Get()->Disconnect();
-    input.Reset();  // the pin may go away with its splitter
+    splitter_.close();
     openedBytes_ = length_.bytes();
     const DWORD failure = fault(L"ReopenFails");
     if (failure == kSplitterLost) {
-        inner_ = nullptr;
-        innerUnknown_.Reset();
+        splitter_.release();
     }
-    HRESULT result = failure ? VFW_E_INVALID_FILE_FORMAT : openInSplitter(type);
+    HRESULT result = failure ? VFW_E_INVALID_FILE_FORMAT : splitter_.open(type);
     CoTaskMemFree(type.pbFormat);
-    const auto outputs = innerOutputs();
+    const auto outputs = splitter_.outputs();
     if (SUCCEEDED(result) && outputs.size() != streams_.size()) {
         result = VFW_E_INVALID_FILE_FORMAT;
     }
@@ -79,19 +76,21 @@ HRESULT DemuxFilter::openAgain() {
 void DemuxFilter::endHere(FILTER_STATE state) {
     length_.stop();
     // Some streams may have been taken up again before one of them failed.
-    if (const ComPtr<IPin> input = innerInput()) {
-        for (const auto& stream : streams_) {
-            if (stream->joined()) {
-                stream->leave();
-            }
+    for (const auto& stream : streams_) {
+        if (splitter_.get() && stream->joined()) {
+            stream->leave();
         }
-        input.Get()->Disconnect();
     }
+    splitter_.close();
+    endStreams(state);
+}
+
+void DemuxFilter::endStreams(FILTER_STATE state) {
     for (const auto& stream : streams_) {
         stream->stayAlone();
         stream->end();
     }
-    over_ = true;
+    over_ = !reader_.activity().failed;  // a failed read the player knows of
     if (state == State_Running) {
         tellOver();
     }
@@ -105,24 +104,22 @@ void DemuxFilter::tellOver() {
 }
 
 void DemuxFilter::playOn() {
-    if (!inner_) {
-        return;
-    }
-    FILTER_STATE state = State_Stopped;
-    inner_->GetState(0, &state);
+    const FILTER_STATE state = state_;
     LONGLONG start = 0;  // what the splitter's time 0 stands for
     LONGLONG end = 0;
-    IMediaSeeking* const before = streams_.front()->innerSeeking();
-    if (!before || FAILED(before->GetCurrentPosition(&start)) ||
+    IMediaSeeking* const before = streams_.empty() ? nullptr : streams_.front()->innerSeeking();
+    if (!splitter_.get() || !before || FAILED(before->GetCurrentPosition(&start)) ||
         FAILED(before->GetDuration(&end))) {
         return;
     }
-    inner_->Stop();
+    HRESULT result = checked(splitter_.stop());
     for (const auto& stream : streams_) {
         stream->stop();
-        stream->leave();
+        if (SUCCEEDED(result)) {
+            stream->leave();
+        }
     }
-    const HRESULT result = openAgain();
+    result = SUCCEEDED(result) ? openAgain() : result;
     tape::Line("filter")
         .text("filter", vendor::kDemuxName)
         .text("what", L"played on")
@@ -143,9 +140,8 @@ void DemuxFilter::playOn() {
         stream->start();
     }
     length_.measured(durationSeconds(), openedBytes_);
-    inner_->Pause();
-    if (state == State_Running) {
-        inner_->Run(start_);
+    if (SUCCEEDED(checked(splitter_.pause())) && state == State_Running) {
+        checked(splitter_.run(start_));
     }
 }
 

@@ -1,7 +1,7 @@
 #include "simulator/filters/null_decoder.h"
 
 #include "simulator/filters/class_ids.h"
-#include "simulator/filters/picture_format.h"
+#include "simulator/filters/picture_type.h"
 
 namespace filters {
 

@@ -43,10 +43,16 @@ std::wstring volumeOf(const std::wstring& path) {
 }  // namespace
 
 HRESULT ReaderPin::attach(IPin* file) {
-    const HRESULT result = file->QueryInterface(IID_PPV_ARGS(&file_));
+    ComPtr<IAsyncReader> reader;
+    const HRESULT result = file->QueryInterface(IID_PPV_ARGS(&reader));
     if (FAILED(result)) {
         return result;
     }
+    {
+        const std::lock_guard guard(lock_);
+        file_ = reader;
+    }
+    activity_.failed = false;
     path_ = pathOf(file);
     volume_ = volumeOf(path_);
     present_ = true;
@@ -60,7 +66,13 @@ HRESULT ReaderPin::attach(IPin* file) {
 }
 
 void ReaderPin::detach() {
+    const std::lock_guard guard(lock_);
     file_.Reset();
+}
+
+ComPtr<IAsyncReader> ReaderPin::file() {
+    const std::lock_guard guard(lock_);
+    return file_;
 }
 
 void* ReaderPin::findInterface(REFIID iid) {
@@ -77,6 +89,7 @@ bool ReaderPin::volumePresent() {
 }
 
 void ReaderPin::reportFailure(const char* why, LONGLONG offset) {
+    activity_.failed = true;
     if (InterlockedExchange(&reported_, 1)) {
         return;
     }
@@ -108,36 +121,39 @@ HRESULT ReaderPin::admit(LONGLONG offset, LONG bytes) {
 }
 
 HRESULT ReaderPin::SyncRead(LONGLONG offset, LONG bytes, BYTE* out) {
-    ++progress_;
-    if (!file_) {
+    const ComPtr<IAsyncReader> file = this->file();
+    if (!file) {
         return E_FAIL;  // a splitter that was left behind
     }
-    const HRESULT admitted = admit(offset, bytes);
-    if (FAILED(admitted)) {
-        return admitted;
+    ++activity_.steps;
+    ++activity_.reading;
+    HRESULT result = admit(offset, bytes);
+    if (SUCCEEDED(result)) {
+        result = readThroughWindow(file.Get(), offset, bytes, out);
+        if (FAILED(result)) {
+            reportFailure("file", offset);
+        }
     }
-    const HRESULT result = readThroughWindow(offset, bytes, out);
-    if (FAILED(result)) {
-        reportFailure("file", offset);
-    }
+    --activity_.reading;
+    ++activity_.steps;
     return result;
 }
 
-HRESULT ReaderPin::readThroughWindow(LONGLONG offset, LONG bytes, BYTE* out) {
+HRESULT ReaderPin::readThroughWindow(IAsyncReader* file, LONGLONG offset, LONG bytes, BYTE* out) {
     const LONGLONG skipped = offset - windowOffset_;
     if (skipped < 0 || skipped + bytes > windowBytes_) {
         LONGLONG total = 0;
         LONGLONG available = 0;
         if (bytes >= kWindowBytes || FAILED(Length(&total, &available)) || offset < 0 ||
             offset + bytes > total) {
-            return file_.Get()->SyncRead(offset, bytes, out);
+            return file->SyncRead(offset, bytes, out);
         }
         const auto wanted = static_cast<LONG>(std::min<LONGLONG>(kWindowBytes, total - offset));
         window_.resize(kWindowBytes);
         windowBytes_ = 0;
-        const HRESULT result = file_.Get()->SyncRead(offset, wanted, window_.data());
+        const HRESULT result = file->SyncRead(offset, wanted, window_.data());
         if (result != S_OK) {
-            return file_.Get()->SyncRead(offset, bytes, out);
+            return file->SyncRead(offset, bytes, out);
         }
         windowOffset_ = offset;
         windowBytes_ = wanted;
@@ -146,29 +162,28 @@ HRESULT ReaderPin::readThroughWindow(LONGLONG offset, LONG bytes, BYTE* out) {
     return S_OK;
 }
 
-HRESULT ReaderPin::SyncReadAligned(IMediaSample* sample) {
-    const HRESULT admitted = admit(0, 0);
-    return FAILED(admitted) ? admitted : file_.Get()->SyncReadAligned(sample);
+// The splitter reads by SyncRead alone.
+HRESULT ReaderPin::SyncReadAligned(IMediaSample*) {
+    return E_NOTIMPL;
 }
 
-HRESULT ReaderPin::RequestAllocator(IMemAllocator* preferred, ALLOCATOR_PROPERTIES* wanted,
-                                    IMemAllocator** actual) {
-    return file_.Get()->RequestAllocator(preferred, wanted, actual);
+HRESULT ReaderPin::RequestAllocator(IMemAllocator*, ALLOCATOR_PROPERTIES*, IMemAllocator**) {
+    return E_NOTIMPL;
 }
 
-HRESULT ReaderPin::Request(IMediaSample* sample, DWORD_PTR user) {
-    const HRESULT admitted = admit(0, 0);
-    return FAILED(admitted) ? admitted : file_.Get()->Request(sample, user);
+HRESULT ReaderPin::Request(IMediaSample*, DWORD_PTR) {
+    return E_NOTIMPL;
 }
 
-HRESULT ReaderPin::WaitForNext(DWORD milliseconds, IMediaSample** sample, DWORD_PTR* user) {
-    return file_.Get()->WaitForNext(milliseconds, sample, user);
+HRESULT ReaderPin::WaitForNext(DWORD, IMediaSample**, DWORD_PTR*) {
+    return E_NOTIMPL;
 }
 
 // Wine's file source keeps the size that the file had when it was opened; one that is being
 // recorded is longer by now.
 HRESULT ReaderPin::Length(LONGLONG* total, LONGLONG* available) {
-    const HRESULT result = file_.Get()->Length(total, available);
+    const ComPtr<IAsyncReader> file = this->file();
+    const HRESULT result = file ? file.Get()->Length(total, available) : E_FAIL;
     WIN32_FILE_ATTRIBUTE_DATA data;
     if (SUCCEEDED(result) && !path_.empty() &&
         GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &data)) {
@@ -180,16 +195,31 @@ HRESULT ReaderPin::Length(LONGLONG* total, LONGLONG* available) {
 }
 
 HRESULT ReaderPin::BeginFlush() {
-    return file_ ? file_.Get()->BeginFlush() : S_OK;
+    return S_OK;
 }
 
 HRESULT ReaderPin::EndFlush() {
-    return file_ ? file_.Get()->EndFlush() : S_OK;
+    return S_OK;
 }
 
-bool ReaderPin::read(std::uint64_t offset, void* out, std::size_t bytes) {
-    return file_.Get()->SyncRead(static_cast<LONGLONG>(offset), static_cast<LONG>(bytes),
-                                 static_cast<BYTE*>(out)) == S_OK;
+bool ReaderPin::size(std::uint64_t& bytes) {
+    LONGLONG total = 0;
+    LONGLONG available = 0;
+    const HRESULT result = Length(&total, &available);
+    bytes = static_cast<std::uint64_t>(total);
+    return SUCCEEDED(result);
+}
+
+bool ReaderPin::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) {
+    std::uint64_t total = 0;
+    const ComPtr<IAsyncReader> file = this->file();
+    if (!file || !size(total)) {
+        return false;
+    }
+    read = static_cast<std::size_t>(
+        std::min<std::uint64_t>(buffer.size(), total - std::min(total, offset)));
+    return read == 0 || file.Get()->SyncRead(static_cast<LONGLONG>(offset), static_cast<LONG>(read),
+                                             buffer.data()) == S_OK;
 }
 
 }  // namespace filters

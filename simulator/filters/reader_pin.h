@@ -3,25 +3,27 @@
 // splitter's thread, everything else on the application's.
 #pragma once
 
-#include <atomic>
+#include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "platform/file.h"
 #include "simulator/filters/base_pin.h"
-#include "simulator/filters/codec_sniffer.h"
+#include "simulator/filters/watched_call.h"
 
 namespace filters {
 
-class ReaderPin final : public BasePin, public IAsyncReader, public ByteSource {
+class ReaderPin final : public BasePin, public IAsyncReader, public platform::ReadOnlyFile {
 public:
     explicit ReaderPin(IBaseFilter* owner) : BasePin(owner, PINDIR_OUTPUT, L"Reader") {}
 
     // `file` is the pin of the file source; E_NOINTERFACE when it cannot be read at will.
     HRESULT attach(IPin* file);
+    // Reads under way are ended by the file itself, later ones fail.
     void detach();
     const std::wstring& path() const { return path_; }
-    // Counts the reads.
-    const std::atomic<unsigned>& progress() const { return progress_; }
+    const Activity& activity() const { return activity_; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         return BasePin::QueryInterface(iid, out);
@@ -41,13 +43,16 @@ public:
     HRESULT STDMETHODCALLTYPE BeginFlush() override;
     HRESULT STDMETHODCALLTYPE EndFlush() override;
 
-    bool read(std::uint64_t offset, void* out, std::size_t bytes) override;
+    // For a look at the file's headers, past the faults.
+    bool size(std::uint64_t& bytes) override;
+    bool readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) override;
 
 protected:
     void* findInterface(REFIID iid) override;
     HRESULT checkType(const AM_MEDIA_TYPE&) override { return S_OK; }
 
 private:
+    ComPtr<IAsyncReader> file();
     // S_OK, or the failure that this read meets with.
     HRESULT admit(LONGLONG offset, LONG bytes);
     // Whether the file's volume is still there; asked at most every 100 ms.
@@ -55,8 +60,9 @@ private:
     void reportFailure(const char* why, LONGLONG offset);
     // Reads from a window that moves with the reading, so that a splitter which takes one packet
     // at a time costs one read of the file for many.
-    HRESULT readThroughWindow(LONGLONG offset, LONG bytes, BYTE* out);
+    HRESULT readThroughWindow(IAsyncReader* file, LONGLONG offset, LONG bytes, BYTE* out);
 
+    std::mutex lock_;  // of file_
     ComPtr<IAsyncReader> file_;
     std::vector<BYTE> window_;
     LONGLONG windowOffset_ = 0;
@@ -66,7 +72,7 @@ private:
     DWORD lastLookTick_ = 0;
     bool present_ = true;
     LONG reported_ = 0;
-    std::atomic<unsigned> progress_ = 0;
+    Activity activity_;
     LONGLONG readBytes_ = 0;
     LONGLONG failAfterBytes_ = 0;
     DWORD delayMilliseconds_ = 0;

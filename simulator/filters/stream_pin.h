@@ -6,10 +6,11 @@
 #pragma once
 
 #include <atomic>
+#include <mutex>
 
 #include "simulator/filters/base_pin.h"
 #include "simulator/filters/media_type.h"
-#include "simulator/filters/rate_converter.h"
+#include "simulator/filters/sound/rate_converter.h"
 #include "simulator/filters/stream_seeking.h"
 
 namespace filters {
@@ -36,8 +37,9 @@ public:
     // kind; the receiver notices nothing.
     void leave();
     HRESULT rejoin(IPin* inner);
-    // The splitter's pin has gone away and there is no other to take up: only what ends the stream
-    // works from now on.
+    // The splitter's pin has gone away, or its splitter was left behind, and there is no other to
+    // take up: only what ends the stream works from now on, and nothing of the splitter comes
+    // through any more.
     void stayAlone();
     // Tells the receiver that the stream has ended.
     void end();
@@ -62,6 +64,8 @@ protected:
     HRESULT checkType(const AM_MEDIA_TYPE& type) override;
 
 private:
+    void setReceiver(IPin* receiver);
+
     class Relay final : public BasePin, public IMemInputPin {
     public:
         Relay(IBaseFilter* owner, StreamPin* stream)
@@ -99,7 +103,11 @@ private:
         void disconnected() override;
 
     private:
-        HRESULT receiveConverted(IMediaSample* sample);
+        HRESULT receiveConverted(IMediaSample* sample, IMemInputPin* memory);
+        // What the splitter's threads work with: while one of them does, the connection may go.
+        ComPtr<IPin> receiver();
+        ComPtr<IMemInputPin> memory();
+        void letGo();
 
         StreamPin* const stream_;
         ComPtr<IMemInputPin> memory_;  // the receiver's
@@ -108,11 +116,13 @@ private:
         ComPtr<IMemAllocator> converted_;  // buffers of the converted sound
     };
 
+    std::mutex lock_;  // of receiver_, and of what the relay has of it
     ComPtr<IPin> receiver_;
     SeekTarget* const target_;
     IPin* inner_;            // not counted: its references are this filter's; null when alone
     MediaType innerType_;    // of the connection while there is none
     bool changing_ = false;  // the splitter's pin, not the receiver
+    std::atomic<bool> alone_ = false;
     std::atomic<bool> endKept_ = false;
     std::atomic<LONGLONG> offset_ = 0;
     std::atomic<LONGLONG> first_ = 0;

@@ -45,12 +45,20 @@ HRESULT VideoInput::GetAllocator(IMemAllocator** allocator) {
 }
 
 HRESULT VideoInput::NotifyAllocator(IMemAllocator* allocator, BOOL) {
+    ALLOCATOR_PROPERTIES properties{};
     allocator_ = allocator;
+    buffers_ =
+        allocator && SUCCEEDED(allocator->GetProperties(&properties)) ? properties.cBuffers : 0;
     return S_OK;
 }
 
-HRESULT VideoInput::GetAllocatorRequirements(ALLOCATOR_PROPERTIES*) {
-    return E_NOTIMPL;
+HRESULT VideoInput::GetAllocatorRequirements(ALLOCATOR_PROPERTIES* wanted) {
+    if (!wanted) {
+        return E_POINTER;
+    }
+    constexpr long kBuffers = 3;  // one on the screen, one that waits, one that is decoded into
+    *wanted = {kBuffers, 0, 0, 0};
+    return S_OK;
 }
 
 HRESULT VideoInput::Receive(IMediaSample* sample) {

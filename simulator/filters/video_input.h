@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simulator/filters/base_pin.h"
-#include "simulator/filters/picture_format.h"
+#include "simulator/filters/picture_type.h"
 
 namespace filters {
 
@@ -31,6 +31,8 @@ public:
     HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override;
 
     const PictureFormat& format() const { return format_; }
+    // Whether the decoder can go on while one of its buffers is held.
+    bool mayKeep() const { return buffers_ > 1; }
     // A sample may bring a new type with it.
     bool changeFormat(const AM_MEDIA_TYPE& type) { return readPictureFormat(type, &format_); }
 
@@ -43,6 +45,7 @@ protected:
 private:
     VideoRenderer* const renderer_;
     ComPtr<IMemAllocator> allocator_;
+    long buffers_ = 0;
     PictureFormat format_;
 };
 

@@ -1,9 +1,5 @@
 #include "simulator/filters/video_layer.h"
 
-#include <algorithm>
-#include <cstring>
-
-#include "simulator/filters/lock.h"
 #include "simulator/filters/module.h"
 
 namespace filters {
@@ -12,18 +8,7 @@ namespace {
 
 constexpr wchar_t kLayerClass[] = L"headunit.videolayer";
 
-// What a thread draws reaches the screen when some thread of the process asks for messages. The
-// painting thread does so itself, without waiting, so that a picture never waits for the
-// application's thread.
-void bringToScreen() {
-    MsgWaitForMultipleObjectsEx(0, nullptr, 0, QS_ALLINPUT, 0);
-}
-
 }  // namespace
-
-VideoLayer::VideoLayer() {
-    InitializeCriticalSection(&lock_);
-}
 
 VideoLayer& VideoLayer::instance() {
     // Never destroyed: a decoder's thread may still be in it when the process ends.
@@ -42,7 +27,7 @@ LRESULT CALLBACK VideoLayer::layerProcedure(HWND window, UINT message, WPARAM w,
             PAINTSTRUCT paintInfo;
             BeginPaint(window, &paintInfo);
             EndPaint(window, &paintInfo);
-            Guard guard(layer.lock_);
+            const std::lock_guard guard(layer.lock_);
             layer.paint({0, 0, layer.width_, layer.height_});
             return 0;
         }
@@ -135,7 +120,7 @@ void VideoLayer::followOwner() {
     POINT origin = {0, 0};
     ClientToScreen(owner_, &origin);
     {
-        Guard guard(lock_);
+        const std::lock_guard guard(lock_);
         if (client.right != width_ || client.bottom != height_) {
             createBitmap(client.right, client.bottom);
         }
@@ -155,7 +140,7 @@ void VideoLayer::followOwner() {
 }
 
 void VideoLayer::ownerGone() {
-    Guard guard(lock_);
+    const std::lock_guard guard(lock_);
     releaseBitmap();
     DestroyWindow(window_);
     window_ = nullptr;
@@ -196,128 +181,6 @@ void VideoLayer::createBitmap(int width, int height) {
     width_ = width;
     height_ = height;
     compose(true);
-}
-
-void VideoLayer::place(const void* user, const Placement& placement) {
-    Guard guard(lock_);
-    if (user != user_) {
-        user_ = user;
-        picture_.clear();
-    }
-    placement_ = placement;
-    compose(true);
-    paint({0, 0, width_, height_});
-}
-
-void VideoLayer::show(const void* user, const PictureFormat& format, const std::uint8_t* picture) {
-    Guard guard(lock_);
-    if (user != user_) {
-        return;
-    }
-    format_ = format;
-    const auto bytes = static_cast<std::size_t>(format.bytes());
-    picture_.resize(bytes + kPictureSpare);
-    std::memcpy(picture_.data(), picture, bytes);
-    const RECT before = drawn_;
-    const RECT wanted = destination();
-    compose(!EqualRect(&before, &wanted));
-    paint(EqualRect(&before, &wanted) ? drawn_ : RECT{0, 0, width_, height_});
-}
-
-void VideoLayer::setCaption(const std::wstring& text, const CaptionLook& look) {
-    Guard guard(lock_);
-    captionText_ = text;
-    captionLook_ = look;
-    captionWidth_ = 0;
-    compose(false);
-    paint(drawn_);
-}
-
-void VideoLayer::redraw() {
-    Guard guard(lock_);
-    paint({0, 0, width_, height_});
-}
-
-void VideoLayer::leave(const void* user) {
-    Guard guard(lock_);
-    if (user != user_) {
-        return;
-    }
-    user_ = nullptr;
-    picture_.clear();
-    placement_ = {};
-    compose(true);
-    paint({0, 0, width_, height_});
-}
-
-RECT VideoLayer::pictureArea() {
-    Guard guard(lock_);
-    return drawn_;
-}
-
-RECT VideoLayer::destination() const {
-    RECT place = placement_.output.rectangle;
-    const LONG width = place.right - place.left;
-    const LONG height = place.bottom - place.top;
-    if (!placement_.output.enabled || !placement_.shown || picture_.empty() || width <= 0 ||
-        height <= 0) {
-        return {};
-    }
-    if (placement_.modeFlags & vendor::kKeepAspectRatio) {
-        const bool known = placement_.aspectX && placement_.aspectY;
-        const LONG64 x = known ? static_cast<LONG64>(placement_.aspectX) : format_.width;
-        const LONG64 y = known ? static_cast<LONG64>(placement_.aspectY) : format_.height;
-        if (width * y > height * x) {  // too wide: bars left and right
-            const auto used = std::max<LONG>(1, static_cast<LONG>(height * x / y));
-            place.left += (width - used) / 2;
-            place.right = place.left + used;
-        } else {
-            const auto used = std::max<LONG>(1, static_cast<LONG>(width * y / x));
-            place.top += (height - used) / 2;
-            place.bottom = place.top + used;
-        }
-    }
-    const RECT layer = {0, 0, width_, height_};
-    RECT visible;
-    return IntersectRect(&visible, &place, &layer) ? place : RECT{};
-}
-
-void VideoLayer::compose(bool everything) {
-    if (!pixels_) {
-        return;
-    }
-    GdiFlush();
-    if (everything) {
-        std::memset(pixels_, 0,
-                    static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) * 4);
-    }
-    drawn_ = destination();
-    if (IsRectEmpty(&drawn_)) {
-        return;
-    }
-    const RECT layer = {0, 0, width_, height_};
-    scaler_.draw(format_, picture_.data(), {pixels_, width_, drawn_, layer});
-    if (captionText_.empty()) {
-        return;
-    }
-    if (captionWidth_ != drawn_.right - drawn_.left) {
-        captionWidth_ = drawn_.right - drawn_.left;
-        caption_.draw(captionText_, captionLook_, captionWidth_);
-    }
-    caption_.blend(pixels_, width_, drawn_, layer);
-}
-
-void VideoLayer::paint(const RECT& area) {
-    RECT visible;
-    const RECT layer = {0, 0, width_, height_};
-    if (!window_ || !bitmapContext_ || !IntersectRect(&visible, &area, &layer)) {
-        return;
-    }
-    const HDC context = GetDC(window_);
-    BitBlt(context, visible.left, visible.top, visible.right - visible.left,
-           visible.bottom - visible.top, bitmapContext_, visible.left, visible.top, SRCCOPY);
-    ReleaseDC(window_, context);
-    bringToScreen();
 }
 
 }  // namespace filters

@@ -8,15 +8,17 @@
 // painted by the decoder's threads; one lock guards everything.
 #pragma once
 
-#include <windows.h>
+#include <dshow.h>
+#include <wrl/client.h>
 
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/caption_picture.h"
-#include "simulator/filters/picture_scaler.h"
+#include "simulator/filters/picture/picture_scaler.h"
 
 namespace filters {
 
@@ -39,8 +41,9 @@ public:
     void setKey(COLORREF key, bool enabled);
     // The renderer `user` takes the layer over.
     void place(const void* user, const Placement& placement);
-    // A new picture of format.bytes() bytes; ignored unless `user` has the layer.
-    void show(const void* user, const PictureFormat& format, const std::uint8_t* picture);
+    // A new picture of format.bytes() bytes; ignored unless `user` has the layer. Painted at once;
+    // with `keep` the sample is held until the next picture, else its bytes are copied.
+    void show(const void* user, const PictureFormat& format, IMediaSample* sample, bool keep);
     // The text that stands over the lower part of the picture from now on; empty for none.
     void setCaption(const std::wstring& text, const CaptionLook& look);
     // Paints the last picture again.
@@ -53,7 +56,7 @@ public:
     RECT pictureArea();
 
 private:
-    VideoLayer();
+    VideoLayer() = default;
     VideoLayer(const VideoLayer&) = delete;
 
     static LRESULT CALLBACK layerProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
@@ -66,10 +69,11 @@ private:
     void ownerGone();
     // All below with the lock held.
     RECT destination() const;
+    void forget();
     void compose(bool everything);
     void paint(const RECT& area);
 
-    CRITICAL_SECTION lock_;
+    std::mutex lock_;
     HWND owner_ = nullptr;
     WNDPROC ownerBefore_ = nullptr;
     HWND window_ = nullptr;
@@ -85,7 +89,9 @@ private:
     Placement placement_;
     RECT drawn_{};  // where the picture stands in the bitmap
     PictureFormat format_;
-    std::vector<std::uint8_t> picture_;
+    Microsoft::WRL::ComPtr<IMediaSample> sample_;  // that picture_ lies in; null: in copy_
+    std::vector<std::uint8_t> copy_;
+    const std::uint8_t* picture_ = nullptr;
     PictureScaler scaler_;
     std::wstring captionText_;
     CaptionLook captionLook_;

@@ -1,19 +1,14 @@
 #include "simulator/filters/video_renderer.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
 
-#include "simulator/filters/lock.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
 
 namespace {
-
-constexpr REFERENCE_TIME kMillisecond = 10000;
-constexpr REFERENCE_TIME kTooLate = 80 * kMillisecond;
-// However late the pictures come, one is shown at least this often.
-constexpr DWORD kShowAnywayMilliseconds = 250;
-constexpr DWORD kLongestWaitMilliseconds = 1000;
 
 constexpr DWORD kRenderShow = 10;
 constexpr DWORD kRenderHide = 12;
@@ -22,9 +17,6 @@ constexpr DWORD kRenderHide = 12;
 
 VideoRenderer::VideoRenderer(const CLSID& classId, bool available)
     : BaseFilter(classId), available_(available) {
-    InitializeCriticalSection(&lock_);
-    InitializeConditionVariable(&changed_);
-    cued_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     placement_.output.enabled = 1;
     auto* outer = static_cast<IBaseFilter*>(this);
     ComPtr<ISeekingPassThru> passThru;
@@ -38,8 +30,6 @@ VideoRenderer::VideoRenderer(const CLSID& classId, bool available)
 VideoRenderer::~VideoRenderer() {
     VideoLayer::instance().leave(this);
     seeking_.Reset();
-    CloseHandle(cued_);
-    DeleteCriticalSection(&lock_);
 }
 
 void* VideoRenderer::findInterface(REFIID iid) {
@@ -76,7 +66,7 @@ PinList VideoRenderer::pins() {
 }
 
 HRESULT VideoRenderer::Stop() {
-    Guard guard(lock_);
+    const std::lock_guard guard(lock_);
     if (state_ != State_Stopped) {
         tape::Line("filter")
             .text("filter", vendor::kVideoRendererName)
@@ -88,18 +78,18 @@ HRESULT VideoRenderer::Stop() {
     state_ = State_Stopped;
     ended_ = false;
     setCued(false);
-    WakeAllConditionVariable(&changed_);
+    changed_.notify_all();
     return S_OK;
 }
 
 HRESULT VideoRenderer::Pause() {
-    Guard guard(lock_);
+    const std::lock_guard guard(lock_);
     if (state_ == State_Stopped) {
         shown_ = dropped_ = longestGap_ = 0;
         setCued(false);
     }
     state_ = State_Paused;
-    WakeAllConditionVariable(&changed_);
+    changed_.notify_all();
     const bool waiting = input_.peer() && !hasPicture_;
     return waiting ? S_FALSE : S_OK;
 }
@@ -107,12 +97,12 @@ HRESULT VideoRenderer::Pause() {
 HRESULT VideoRenderer::Run(REFERENCE_TIME start) {
     bool finished = false;
     {
-        Guard guard(lock_);
+        const std::lock_guard guard(lock_);
         finished = ended_ && state_ != State_Running;
         start_ = start;
         state_ = State_Running;
         lastShownTick_ = 0;
-        WakeAllConditionVariable(&changed_);
+        changed_.notify_all();
     }
     if (finished || !input_.peer()) {
         complete();
@@ -124,147 +114,23 @@ HRESULT VideoRenderer::GetState(DWORD milliseconds, FILTER_STATE* state) {
     if (!state) {
         return E_POINTER;
     }
-    bool waiting;
-    {
-        Guard guard(lock_);
-        *state = state_;
-        waiting = state_ == State_Paused && input_.peer();
-    }
-    if (waiting && WaitForSingleObject(cued_, milliseconds) != WAIT_OBJECT_0) {
-        return VFW_S_STATE_INTERMEDIATE;
-    }
-    return S_OK;
+    Lock lock(lock_);
+    const auto cued = [this] { return state_ != State_Paused || !input_.peer() || hasPicture_; };
+    // Without an end (INFINITE) is a week, which clocks can add.
+    const std::chrono::milliseconds longest = std::chrono::hours(24 * 7);
+    const bool done =
+        changed_.wait_for(lock, std::min(longest, std::chrono::milliseconds(milliseconds)), cued);
+    *state = state_;
+    return done ? S_OK : VFW_S_STATE_INTERMEDIATE;
 }
 
 HRESULT VideoRenderer::SetSyncSource(IReferenceClock* clock) {
-    Guard guard(lock_);
+    const std::lock_guard guard(lock_);
     return BaseFilter::SetSyncSource(clock);
 }
 
 ULONG VideoRenderer::GetMiscFlags() {
     return AM_FILTER_MISC_FLAGS_IS_RENDERER;
-}
-
-REFERENCE_TIME VideoRenderer::untilDue(REFERENCE_TIME time) {
-    REFERENCE_TIME now = 0;
-    if (!clock_ || FAILED(clock_.Get()->GetTime(&now))) {
-        return 0;
-    }
-    return start_ + time - now;
-}
-
-bool VideoRenderer::waitUntilDue(REFERENCE_TIME time) {
-    for (;;) {
-        if (flushing_ || state_ == State_Stopped) {
-            return false;
-        }
-        DWORD milliseconds = INFINITE;
-        if (state_ == State_Running) {
-            const REFERENCE_TIME left = untilDue(time);
-            if (left < kMillisecond) {
-                return true;
-            }
-            milliseconds = static_cast<DWORD>(left / kMillisecond);
-            milliseconds =
-                milliseconds < kLongestWaitMilliseconds ? milliseconds : kLongestWaitMilliseconds;
-        }
-        SleepConditionVariableCS(&changed_, &lock_, milliseconds);
-    }
-}
-
-HRESULT VideoRenderer::receive(IMediaSample* sample) {
-    Guard guard(lock_);
-    if (state_ == State_Stopped) {
-        return VFW_E_WRONG_STATE;
-    }
-    if (flushing_ || ended_) {
-        return S_FALSE;
-    }
-    AM_MEDIA_TYPE* changedType = nullptr;
-    if (sample->GetMediaType(&changedType) == S_OK) {
-        input_.changeFormat(*changedType);
-        CoTaskMemFree(changedType->pbFormat);
-        CoTaskMemFree(changedType);
-    }
-    REFERENCE_TIME begin = 0;
-    REFERENCE_TIME end = 0;
-    const bool timed = SUCCEEDED(sample->GetTime(&begin, &end));
-    if (!hasPicture_) {
-        // The first picture is shown at once and held until the graph runs.
-        draw(sample);
-        setCued(true);
-        return waitUntilDue(timed ? begin : 0) ? S_OK : S_FALSE;
-    }
-    if (!waitUntilDue(timed ? begin : 0)) {
-        return S_FALSE;
-    }
-    const bool late = timed && untilDue(begin) < -kTooLate;
-    if (late && GetTickCount() - lastShownTick_ < kShowAnywayMilliseconds) {
-        ++dropped_;
-        return S_OK;
-    }
-    draw(sample);
-    return S_OK;
-}
-
-void VideoRenderer::setCued(bool cued) {
-    hasPicture_ = cued;
-    if (cued) {
-        SetEvent(cued_);
-    } else {
-        ResetEvent(cued_);
-    }
-}
-
-void VideoRenderer::draw(IMediaSample* sample) {
-    BYTE* bytes = nullptr;
-    const PictureFormat& format = input_.format();
-    if (FAILED(sample->GetPointer(&bytes)) || sample->GetActualDataLength() < format.bytes()) {
-        return;
-    }
-    VideoLayer::instance().show(this, format, bytes);
-    const DWORD now = GetTickCount();
-    if (state_ == State_Running && lastShownTick_ && now - lastShownTick_ > longestGap_) {
-        longestGap_ = now - lastShownTick_;
-    }
-    lastShownTick_ = now;
-    ++shown_;
-}
-
-HRESULT VideoRenderer::endOfStream() {
-    bool running;
-    {
-        Guard guard(lock_);
-        if (flushing_ || ended_) {
-            return S_OK;
-        }
-        ended_ = true;
-        setCued(true);
-        running = state_ == State_Running;
-    }
-    if (running) {
-        complete();
-    }
-    return S_OK;
-}
-
-HRESULT VideoRenderer::beginFlush() {
-    Guard guard(lock_);
-    flushing_ = true;
-    ended_ = false;
-    setCued(false);
-    WakeAllConditionVariable(&changed_);
-    return S_OK;
-}
-
-HRESULT VideoRenderer::endFlush() {
-    Guard guard(lock_);
-    flushing_ = false;
-    return S_OK;
-}
-
-void VideoRenderer::complete() {
-    notify(EC_COMPLETE, S_OK, reinterpret_cast<LONG_PTR>(static_cast<IBaseFilter*>(this)));
 }
 
 void VideoRenderer::place() {
@@ -333,10 +199,6 @@ HRESULT VideoRenderer::enableKey(DWORD enable) {
     return S_OK;
 }
 
-HRESULT VideoRenderer::method1() {
-    return E_NOTIMPL;
-}
-
 HRESULT VideoRenderer::setOwnerWindow(HWND window) {
     if (VideoLayer::instance().owner() != window) {
         tape::Line("filter")
@@ -346,22 +208,6 @@ HRESULT VideoRenderer::setOwnerWindow(HWND window) {
     }
     VideoLayer::instance().setOwner(window);
     place();
-    return S_OK;
-}
-
-HRESULT VideoRenderer::method3() {
-    return E_NOTIMPL;
-}
-
-HRESULT VideoRenderer::method4() {
-    return E_NOTIMPL;
-}
-
-HRESULT VideoRenderer::method5() {
-    return E_NOTIMPL;
-}
-
-HRESULT VideoRenderer::setOption(DWORD) {
     return S_OK;
 }
 

@@ -3,8 +3,12 @@
 // application's thread.
 #pragma once
 
+#include <condition_variable>
+#include <mutex>
+
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/base_filter.h"
+#include "simulator/filters/owner_window_face.h"
 #include "simulator/filters/video_input.h"
 #include "simulator/filters/video_layer.h"
 
@@ -14,7 +18,7 @@ class VideoRenderer final : public BaseFilter,
                             public IAMFilterMiscFlags,
                             public vendor::VideoRenderSwitch,
                             public vendor::ChromaKey,
-                            public vendor::OwnerWindow,
+                            public OwnerWindowFace,
                             public vendor::FilterStatus,
                             public vendor::StartOption {
 public:
@@ -39,12 +43,7 @@ public:
     HRESULT STDMETHODCALLTYPE setKey(DWORD red, DWORD green, DWORD blue) override;
     HRESULT STDMETHODCALLTYPE enableKey(DWORD enable) override;
 
-    HRESULT STDMETHODCALLTYPE method1() override;
     HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND window) override;
-    HRESULT STDMETHODCALLTYPE method3() override;
-    HRESULT STDMETHODCALLTYPE method4() override;
-    HRESULT STDMETHODCALLTYPE method5() override;
-    HRESULT STDMETHODCALLTYPE setOption(DWORD value) override;
 
     // 0 nothing connected, 1 connected.
     HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
@@ -62,21 +61,22 @@ protected:
     PinList pins() override;
 
 private:
+    using Lock = std::unique_lock<std::mutex>;
+
     ~VideoRenderer() override;
     void draw(IMediaSample* sample);
     void setCued(bool cued);
     // Waits, with the lock held, until the picture of this stream time is due; false when the
     // wait was broken off by a flush, a stop or a pause.
-    bool waitUntilDue(REFERENCE_TIME time);
+    bool waitUntilDue(Lock& lock, REFERENCE_TIME time);
     // How long the picture still has, in 100 ns; negative when it is late.
     REFERENCE_TIME untilDue(REFERENCE_TIME time);
     void place();
     void complete();
 
     const bool available_;
-    CRITICAL_SECTION lock_;
-    CONDITION_VARIABLE changed_;
-    HANDLE cued_;              // signalled while hasPicture_
+    std::mutex lock_;
+    std::condition_variable changed_;
     bool hasPicture_ = false;  // a picture (or the end) has arrived since the last stop or flush
     bool flushing_ = false;
     bool ended_ = false;

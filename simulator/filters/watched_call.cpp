@@ -8,7 +8,9 @@ namespace filters {
 
 namespace {
 
-constexpr DWORD kLookMilliseconds = 250;
+constexpr DWORD kLookMilliseconds = 100;
+// What the process must use of a processor to count as at work; sound alone takes a fiftieth.
+constexpr DWORD kBusyShare = 12;
 
 DWORD WINAPI run(void* parameter) {
     const std::unique_ptr<std::function<void()>> call(
@@ -19,10 +21,54 @@ DWORD WINAPI run(void* parameter) {
     return 0;
 }
 
+// Processor time of this process in milliseconds.
+DWORD processorTime() {
+    FILETIME created, ended, kernel, user;
+    if (!GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user)) {
+        return 0;
+    }
+    return (kernel.dwLowDateTime + user.dwLowDateTime) / 10000;
+}
+
+class Watch {
+public:
+    Watch(const Activity& activity, const Patience& patience)
+        : activity_(activity), patience_(patience) {}
+
+    // To be asked every now and then.
+    bool atItsEnd() {
+        const DWORD now = GetTickCount();
+        if (const unsigned steps = activity_.steps; steps != steps_) {
+            steps_ = steps;
+            stepped_ = worked_ = now;
+        }
+        const DWORD used = processorTime();
+        if (used - used_ > (now - looked_) / kBusyShare) {
+            worked_ = now;
+        }
+        used_ = used;
+        looked_ = now;
+        const DWORD quiet = activity_.failed    ? patience_.failed
+                            : activity_.reading ? patience_.longest
+                                                : patience_.quiet;
+        return now - worked_ >= quiet || now - stepped_ >= patience_.longest ||
+               now - begun_ >= patience_.whole;
+    }
+
+private:
+    const Activity& activity_;
+    const Patience& patience_;
+    const DWORD begun_ = GetTickCount();
+    unsigned steps_ = activity_.steps;
+    DWORD stepped_ = begun_;
+    DWORD worked_ = begun_;
+    DWORD looked_ = begun_;
+    DWORD used_ = processorTime();
+};
+
 }  // namespace
 
-bool callWatched(std::function<void()> call, const std::atomic<unsigned>& progress,
-                 DWORD quietMilliseconds) {
+bool callWatched(std::function<void()> call, const Activity& activity, const Patience& patience) {
     auto copy = std::make_unique<std::function<void()>>(call);
     const HANDLE thread = CreateThread(nullptr, 0, run, copy.get(), 0, nullptr);
     if (!thread) {
@@ -30,18 +76,10 @@ bool callWatched(std::function<void()> call, const std::atomic<unsigned>& progre
         return true;
     }
     copy.release();
-    unsigned seen = progress;
-    DWORD quietSince = GetTickCount();
+    Watch watch(activity, patience);
     bool returned = true;
-    while (WaitForSingleObject(thread, kLookMilliseconds) == WAIT_TIMEOUT) {
-        const unsigned now = progress;
-        if (now != seen) {
-            seen = now;
-            quietSince = GetTickCount();
-        } else if (GetTickCount() - quietSince >= quietMilliseconds) {
-            returned = false;
-            break;
-        }
+    while (returned && WaitForSingleObject(thread, kLookMilliseconds) == WAIT_TIMEOUT) {
+        returned = !watch.atItsEnd();
     }
     CloseHandle(thread);
     return returned;

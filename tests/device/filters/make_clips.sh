@@ -36,6 +36,13 @@ h265='-c:v libx265 -preset ultrafast -x265-params log-level=error'
         -x264-params nal-hrd=cbr -c:a aac -movflags +faststart
     clip two-sounds.mkv 320x240 4 -f lavfi -i "sine=frequency=880:sample_rate=44100" \
         -map 0:v -map 1:a -map 2:a -t 4 $h264 -c:a aac
+    # One of each container, of some 1.5 MB, to fail at some place.
+    clip pull.avi 320x240 8 $h264 -b:v 1500k -c:a pcm_s16le -ac 1
+    clip pull.mp4 320x240 8 $h264 -b:v 1500k -c:a aac
+    clip pull.mkv 320x240 8 $h264 -b:v 1500k -c:a aac
+    clip pull.wmv 320x240 8 -c:v wmv2 -b:v 1500k -c:a wmav2
+    clip pull.mpg 320x240 8 -c:v mpeg2video -b:v 1500k -minrate 1500k -c:a mp2 -f mpeg
+    clip pull.flv 320x240 8 -c:v flv1 -b:v 1500k -c:a libmp3lame -ar 44100
     # One grey after the other: picture positions and colours can be told from the screen.
     clip wide.mp4 400x100 4 -vf "drawbox=color=0xC04080:t=fill" $h264 -an
 }

@@ -81,6 +81,46 @@ TEST_F(Faults, SlowCardTakesItsTime) {
     EXPECT_TRUE(player.wait(5000, [&] { return graph.position() > 0.5; }));
 }
 
+// Reads fail at some moment of opening or of the first second of playing: the file is refused, or
+// it opens and the player is told. Nothing waits for the media library for longer than five
+// seconds.
+class FailingReads : public Faults, public testing::WithParamInterface<const wchar_t*> {};
+
+TEST_P(FailingReads, EndWhatTheyMeet) {
+    constexpr DWORD kLongest = 5000;
+    for (const DWORD bytes : {1u, 20'000u, 100'000u, 300'000u, 600'000u, 1'200'000u}) {
+        const Fault fault(L"ReadFailAfterBytes", bytes);
+        player.readFailures = 0;
+        const DWORD begun = GetTickCount();
+        Graph graph(player);
+        const HRESULT rendered = graph.render(clip(GetParam()));
+        EXPECT_LT(GetTickCount() - begun, kLongest) << bytes;
+        if (SUCCEEDED(rendered)) {
+            graph.setUp();
+            const DWORD opened = GetTickCount();
+            graph.run();
+            player.wait(kLongest, [&] { return player.readFailures > 0; });
+            EXPECT_EQ(graph.tearDown(), 0u);
+            EXPECT_LT(GetTickCount() - opened, 2 * kLongest) << bytes;
+        }
+        player.wait(kLongest, [&] { return player.readFailures > 0; });
+        EXPECT_GE(player.readFailures, 1) << bytes;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Containers, FailingReads,
+                         testing::Values(L"pull.avi", L"pull.mp4", L"pull.mkv", L"pull.wmv",
+                                         L"pull.mpg", L"pull.flv"));
+
+// Takes six seconds: the demultiplexer gives a single read four.
+TEST_F(Faults, ReadThatTakesTooLongIsRefusedAndMayStillComeBack) {
+    const Fault fault(L"ReadDelayMilliseconds", 5000);
+    Graph graph(player);
+    EXPECT_TRUE(FAILED(graph.render(clip(L"h264.avi"))));
+    EXPECT_EQ(graph.tearDown(), 0u);
+    player.wait(2000);
+}
+
 TEST_F(Faults, SecondNameOnly) {
     const Fault fault(L"SecondNameOnly", 1);
     Graph graph(player);

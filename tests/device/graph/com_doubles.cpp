@@ -57,6 +57,11 @@ public:
         return real_->EnumFilters(filters);
     }
     HRESULT STDMETHODCALLTYPE FindFilterByName(LPCWSTR name, IBaseFilter** filter) override {
+        if (plan_.joining != nullptr && plan_.joiningName == name) {
+            plan_.joining->AddRef();
+            *filter = plan_.joining;
+            return S_OK;
+        }
         return real_->FindFilterByName(name, filter);
     }
     HRESULT STDMETHODCALLTYPE ConnectDirect(IPin* out, IPin* in,

@@ -102,7 +102,8 @@ private:
 struct GraphPlan {
     bool withoutMediaControl = false;
     std::wstring refusedName = {};  // a filter of this name cannot be added
-    // Joins under its name once the file is rendered; the graph's walks meet it first.
+    // Joins under its name once the file is rendered; the graph's walks meet it first, and by that
+    // name no other filter is found.
     NotingFilter* joining = nullptr;
     std::wstring joiningName = {};
 };

@@ -1,6 +1,7 @@
 // Building the graph of one file and taking it apart.
 #include <cstring>
 
+#include "tests/device/graph/com_doubles.h"
 #include "tests/device/graph/graph_test.h"
 
 namespace {
@@ -79,6 +80,103 @@ TEST_F(Graph, FileThatCannotBeRenderedKeepsItsReason) {
         EXPECT_TRUE(FAILED(control_.lastRenderResult()));
         takeApart();
     }
+}
+
+TEST_F(Graph, ReasonOfTheLastFailureOutlivesASuccess) {
+    EXPECT_EQ(build(L"missing.avi"), kGraphFailed);
+    const HRESULT reason = control_.lastRenderResult();
+    EXPECT_TRUE(FAILED(reason));
+    takeApart();
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+    EXPECT_EQ(control_.lastRenderResult(), reason);
+}
+
+TEST_F(Graph, DemultiplexersValuesDoNotOutliveTheirFile) {
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+    EXPECT_EQ(control_.demuxValueA(), 1u);
+    EXPECT_EQ(control_.demuxValueB(), 1u);
+    EXPECT_EQ(control_.demuxFlag(), 1u);
+    takeApart();
+    test::NotingFilter silent;  // stands under the demultiplexer's name and tells nothing
+    const test::GraphDouble graph({.joining = &silent, .joiningName = L"TCC CDK Demux Filter"});
+    EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
+    EXPECT_EQ(control_.demuxValueA(), 0u);
+    EXPECT_EQ(control_.demuxValueB(), 0u);
+    EXPECT_EQ(control_.demuxValueC(), 0u);
+    EXPECT_EQ(control_.demuxFlag(), 0u);
+    takeApart();
+}
+
+// A parser whose output pin is made when its input is connected.
+class LateParser final : public test::NotingFilter {
+public:
+    LateParser() : NotingFilter({vendor::kCaptionParserControl}) {}
+    HRESULT STDMETHODCALLTYPE FindPin(LPCWSTR id, IPin** pin) override {
+        const bool input = std::wstring(id) == L"Input";
+        calls.push_back(input ? "find input" : "find output");
+        *pin = input || joined ? &pin_ : nullptr;
+        return *pin != nullptr ? S_OK : VFW_E_NOT_FOUND;
+    }
+    bool joined = false;
+
+private:
+    class Pin final : public IPin {
+    public:
+        explicit Pin(LateParser* parser) : parser_(parser) {}
+        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+            *object = IsEqualIID(iid, IID_IPin) || IsEqualIID(iid, IID_IUnknown) ? this : nullptr;
+            return *object != nullptr ? S_OK : E_NOINTERFACE;
+        }
+        ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+        ULONG STDMETHODCALLTYPE Release() override { return 1; }
+        HRESULT STDMETHODCALLTYPE Connect(IPin*, const AM_MEDIA_TYPE*) override { return E_FAIL; }
+        HRESULT STDMETHODCALLTYPE ReceiveConnection(IPin*, const AM_MEDIA_TYPE*) override {
+            parser_->joined = true;
+            parser_->calls.emplace_back("joined");
+            return S_OK;
+        }
+        HRESULT STDMETHODCALLTYPE Disconnect() override { return S_FALSE; }
+        HRESULT STDMETHODCALLTYPE ConnectedTo(IPin**) override { return VFW_E_NOT_CONNECTED; }
+        HRESULT STDMETHODCALLTYPE ConnectionMediaType(AM_MEDIA_TYPE*) override { return E_FAIL; }
+        HRESULT STDMETHODCALLTYPE QueryPinInfo(PIN_INFO* info) override {
+            *info = {};
+            info->pFilter = parser_;
+            info->pFilter->AddRef();
+            info->dir = PINDIR_INPUT;
+            return S_OK;
+        }
+        HRESULT STDMETHODCALLTYPE QueryDirection(PIN_DIRECTION* direction) override {
+            *direction = PINDIR_INPUT;
+            return S_OK;
+        }
+        HRESULT STDMETHODCALLTYPE QueryId(LPWSTR*) override { return E_NOTIMPL; }
+        HRESULT STDMETHODCALLTYPE QueryAccept(const AM_MEDIA_TYPE*) override { return S_OK; }
+        HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes**) override { return E_NOTIMPL; }
+        HRESULT STDMETHODCALLTYPE QueryInternalConnections(IPin**, ULONG*) override {
+            return E_NOTIMPL;
+        }
+        HRESULT STDMETHODCALLTYPE EndOfStream() override { return S_OK; }
+        HRESULT STDMETHODCALLTYPE BeginFlush() override { return S_OK; }
+        HRESULT STDMETHODCALLTYPE EndFlush() override { return S_OK; }
+        HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME, REFERENCE_TIME, double) override {
+            return S_OK;
+        }
+
+    private:
+        LateParser* const parser_;
+    };
+    Pin pin_{this};
+};
+
+TEST_F(Graph, CaptionSourceIsJoinedBeforeTheParsersOutputIsLookedFor) {
+    LateParser parser;
+    const test::CreatedClass created(
+        vendor::kCaptionParserClass,
+        [&parser](REFIID iid, void** object) { return parser.QueryInterface(iid, object); });
+    EXPECT_EQ(build(L"captions.mp4"), kGraphBuilt);
+    EXPECT_EQ(parser.calls, (std::vector<std::string>{"subtitle type 0", "duration 4", "find input",
+                                                      "joined", "find output"}));
+    takeApart();
 }
 
 TEST_F(Graph, SamiCaptionsComeBeforeSubRip) {

@@ -1,11 +1,11 @@
-#include "simulator/filters/picture_format.h"
+#include "simulator/filters/picture_type.h"
 
 #include <cstdlib>
 // The GUIDs of the newer subtypes and of VIDEOINFOHEADER2.
 #include <dvdmedia.h>
 #include <uuids.h>
 
-#include "simulator/filters/chip_codecs.h"
+#include "simulator/filters/codecs/chip_codecs.h"
 #include "simulator/filters/media_type.h"
 
 namespace filters {
@@ -15,10 +15,6 @@ namespace {
 constexpr int kLargestSide = 8192;
 // Pictures of at least this height carry the colours of high definition television.
 constexpr int kFullHdHeight = 720;
-
-int padded(int bytes) {
-    return (bytes + 3) & ~3;
-}
 
 const BITMAPINFOHEADER* headerOf(const AM_MEDIA_TYPE& type) {
     if (type.formattype == FORMAT_VideoInfo && type.cbFormat >= sizeof(VIDEOINFOHEADER)) {
@@ -46,25 +42,6 @@ bool readLayout(const GUID& subtype, PixelLayout* layout) {
 }
 
 }  // namespace
-
-int PictureFormat::lumaStride() const {
-    return layout == PixelLayout::Rgb32 ? width * 4 : padded(width);
-}
-
-int PictureFormat::chromaStride() const {
-    if (layout == PixelLayout::Rgb32) {
-        return 0;
-    }
-    return layout == PixelLayout::Nv12 ? padded(width) : padded((width + 1) / 2);
-}
-
-LONG PictureFormat::bytes() const {
-    if (layout == PixelLayout::Rgb32) {
-        return lumaStride() * height;
-    }
-    const int planes = layout == PixelLayout::Nv12 ? 1 : 2;
-    return lumaStride() * lumaRows() + planes * chromaStride() * (lumaRows() / 2);
-}
 
 bool readPictureFormat(const AM_MEDIA_TYPE& type, PictureFormat* format) {
     PictureFormat found;

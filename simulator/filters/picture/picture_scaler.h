@@ -5,24 +5,26 @@
 #include <cstdint>
 #include <vector>
 
-#include "simulator/filters/picture_format.h"
+#include "simulator/filters/picture/picture_format.h"
 
 namespace filters {
+
+// In pixels; right and bottom lie outside.
+struct Area {
+    int left, top, right, bottom;
+};
 
 // Destination in pixels of a top-down 32-bit bitmap (blue first).
 struct PixelTarget {
     std::uint32_t* pixels;  // of the bitmap's upper left corner
     int stride;             // pixels a row
-    RECT place;             // where the whole picture goes; may reach beyond `clip`
-    RECT clip;              // the part that may be written
+    Area place;             // where the whole picture goes; may reach beyond `clip`
+    Area clip;              // the part that may be written
 };
-
-// Bytes that must be readable behind a picture: rows are read in whole vectors.
-inline constexpr int kPictureSpare = 16;
 
 class PictureScaler {
 public:
-    // `picture` holds format.bytes() bytes and kPictureSpare more.
+    // `picture` holds format.bytes() bytes; no other is read.
     void draw(const PictureFormat& format, const std::uint8_t* picture, const PixelTarget& target);
 
 private:
@@ -38,6 +40,9 @@ private:
                  const PixelTarget& target);
     void drawPlanes(const PictureFormat& format, const std::uint8_t* picture,
                     const PixelTarget& target);
+    // The row itself, or a copy of it when whole vectors would be read from behind `end`.
+    static const std::uint8_t* spared(const std::uint8_t* row, int width, const std::uint8_t* end,
+                                      std::vector<std::uint8_t>& copy);
     // One row of one plane, brought to the target's width; the result may be the source itself.
     const std::uint8_t* planeRow(const std::uint8_t* plane, int stride, int width, Step vertical,
                                  const Steps& horizontal, std::vector<std::uint8_t>& row);

@@ -1,4 +1,4 @@
-#include "simulator/filters/picture_scaler.h"
+#include "simulator/filters/picture/picture_scaler.h"
 
 #include <emmintrin.h>
 
@@ -17,7 +17,8 @@ constexpr Matrix kStandard = {102, 25, 52, 129};
 constexpr Matrix kHighDefinition = {115, 14, 34, 135};
 constexpr short kLumaFactor = 19077;  // 1.1644 * 64 * 256: luma enters shifted left by eight bits
 
-constexpr int kSpare = kPictureSpare;
+// Rows are read in whole vectors of eight bytes, which may begin at any of its pixels.
+constexpr int kSpare = 16;
 
 struct Vectors {
     __m128i red, green, blue;
@@ -141,6 +142,16 @@ const std::uint8_t* PictureScaler::planeRow(const std::uint8_t* plane, int strid
     return out;
 }
 
+const std::uint8_t* PictureScaler::spared(const std::uint8_t* row, int width,
+                                          const std::uint8_t* end,
+                                          std::vector<std::uint8_t>& copy) {
+    if (row == copy.data() || end - row >= width + kSpare || row >= end) {
+        return row;
+    }
+    std::memcpy(copy.data(), row, static_cast<std::size_t>(width));
+    return copy.data();
+}
+
 void PictureScaler::drawPlanes(const PictureFormat& format, const std::uint8_t* picture,
                                const PixelTarget& target) {
     const bool interleaved = format.layout == PixelLayout::Nv12;
@@ -148,6 +159,7 @@ void PictureScaler::drawPlanes(const PictureFormat& format, const std::uint8_t* 
     const int chromaStride = format.chromaStride();
     const std::uint8_t* first = picture + format.lumaStride() * format.lumaRows();
     const std::uint8_t* second = first + chromaStride * (format.lumaRows() / 2);
+    const std::uint8_t* const end = picture + format.bytes();
     if (format.layout == PixelLayout::Yv12) {
         std::swap(first, second);
     }
@@ -155,7 +167,7 @@ void PictureScaler::drawPlanes(const PictureFormat& format, const std::uint8_t* 
     const Matrix& matrix = format.fullHd ? kHighDefinition : kStandard;
     const int left = std::max(target.clip.left, target.place.left);
     const int count = std::min(target.clip.right, target.place.right) - left;
-    const int skip = left - static_cast<int>(target.place.left);
+    const int skip = left - target.place.left;
     const Steps identity(static_cast<std::size_t>(chromaWidth));
     const Steps& columns = halved ? identity : chromaColumns_;
     for (int y = std::max(target.clip.top, target.place.top);
@@ -180,6 +192,8 @@ void PictureScaler::drawPlanes(const PictureFormat& format, const std::uint8_t* 
         }
         u = planeRow(u, stride, chromaWidth, chromaRow, columns, u_);
         v = planeRow(v, stride, chromaWidth, chromaRow, columns, v_);
+        u = spared(u, chromaWidth, end, u_);
+        v = spared(v, chromaWidth, end, v_);
         const int chromaSkip = halved ? skip / 2 : skip;
         convertRow(luma + skip, u + chromaSkip, v + chromaSkip, halved, matrix,
                    target.pixels + static_cast<std::ptrdiff_t>(y) * target.stride + left, count);

@@ -3,10 +3,6 @@
 // a picture of 800 x 480.
 #pragma once
 
-#include <windows.h>
-// WAVEFORMATEX and its extensible form.
-#include <mmreg.h>
-
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -14,11 +10,21 @@
 
 namespace filters {
 
+enum class SampleKind { Pcm, Float, Other };
+
+struct SoundFormat {
+    SampleKind kind;
+    unsigned bits;  // a sample
+    unsigned channels;
+    unsigned frameBytes;  // a sample of every channel
+    std::uint32_t rate;   // frames a second
+};
+
 class RateConverter {
 public:
-    // Whether sound of this format (`bytes` long, whole) is converted to `rate` frames a second:
-    // 16-bit or float samples of another rate. False leaves the converter closed.
-    bool open(const WAVEFORMATEX& format, std::size_t bytes, DWORD rate);
+    // Whether sound of this format is converted to `rate` frames a second: 16-bit or float samples
+    // of another rate, up to eight channels. False leaves the converter closed.
+    bool open(const SoundFormat& format, std::uint32_t rate);
     void close() { frameBytes_ = 0; }
     bool isOpen() const { return frameBytes_ != 0; }
 
@@ -27,11 +33,11 @@ public:
     // The most bytes that convert() makes of so many.
     std::size_t mostBytes(std::size_t bytes) const;
     // Converts whole frames; returns the bytes written to `out`. Sound comes out two frames late.
-    std::size_t convert(const BYTE* in, std::size_t bytes, BYTE* out);
+    std::size_t convert(const std::uint8_t* in, std::size_t bytes, std::uint8_t* out);
 
 private:
     template <class Sample>
-    std::size_t convertFrames(const BYTE* in, std::size_t frames, BYTE* out);
+    std::size_t convertFrames(const std::uint8_t* in, std::size_t frames, std::uint8_t* out);
 
     std::size_t frameBytes_ = 0;
     std::size_t channels_ = 0;

@@ -1,4 +1,4 @@
-#include "simulator/filters/rate_converter.h"
+#include "simulator/filters/sound/rate_converter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,9 +6,6 @@
 #include <limits>
 #include <numeric>
 #include <type_traits>
-// The subtypes of the extensible form.
-#include <ks.h>
-#include <ksmedia.h>
 
 namespace filters {
 
@@ -16,14 +13,6 @@ namespace {
 
 constexpr std::size_t kKept = 3;
 constexpr std::size_t kMostChannels = 8;
-
-// The tag behind the extensible form: its subtype begins with it.
-WORD tagOf(const WAVEFORMATEX& format, std::size_t bytes) {
-    if (format.wFormatTag != WAVE_FORMAT_EXTENSIBLE || bytes < sizeof(WAVEFORMATEXTENSIBLE)) {
-        return format.wFormatTag;
-    }
-    return static_cast<WORD>(reinterpret_cast<const WAVEFORMATEXTENSIBLE&>(format).SubFormat.Data1);
-}
 
 template <class Sample>
 Sample fromFloat(float value) {
@@ -46,22 +35,21 @@ float curve(float a, float b, float c, float d, float t) {
 
 }  // namespace
 
-bool RateConverter::open(const WAVEFORMATEX& format, std::size_t bytes, DWORD rate) {
+bool RateConverter::open(const SoundFormat& format, std::uint32_t rate) {
     close();
-    const WORD tag = tagOf(format, bytes);
-    const bool floats = tag == WAVE_FORMAT_IEEE_FLOAT && format.wBitsPerSample == 32;
-    const bool shorts = tag == WAVE_FORMAT_PCM && format.wBitsPerSample == 16;
-    if ((!floats && !shorts) || !format.nChannels || format.nChannels > kMostChannels ||
-        format.nBlockAlign != format.nChannels * format.wBitsPerSample / 8 ||
-        !format.nSamplesPerSec || format.nSamplesPerSec == rate) {
+    const bool floats = format.kind == SampleKind::Float && format.bits == 32;
+    const bool shorts = format.kind == SampleKind::Pcm && format.bits == 16;
+    if ((!floats && !shorts) || !format.channels || format.channels > kMostChannels ||
+        format.frameBytes != format.channels * format.bits / 8 || !format.rate ||
+        format.rate == rate) {
         return false;
     }
-    const DWORD common = std::gcd(format.nSamplesPerSec, rate);
-    from_ = format.nSamplesPerSec / common;
+    const std::uint32_t common = std::gcd(format.rate, rate);
+    from_ = format.rate / common;
     to_ = rate / common;
-    channels_ = format.nChannels;
+    channels_ = format.channels;
     floats_ = floats;
-    frameBytes_ = format.nBlockAlign;
+    frameBytes_ = format.frameBytes;
     restart();
     return true;
 }
@@ -71,7 +59,7 @@ std::size_t RateConverter::mostBytes(std::size_t bytes) const {
     return static_cast<std::size_t>((frames * to_ / from_ + 2) * frameBytes_);
 }
 
-std::size_t RateConverter::convert(const BYTE* in, std::size_t bytes, BYTE* out) {
+std::size_t RateConverter::convert(const std::uint8_t* in, std::size_t bytes, std::uint8_t* out) {
     const std::size_t frames = bytes / frameBytes_;
     if (!frames) {
         return 0;
@@ -81,7 +69,8 @@ std::size_t RateConverter::convert(const BYTE* in, std::size_t bytes, BYTE* out)
 }
 
 template <class Sample>
-std::size_t RateConverter::convertFrames(const BYTE* in, std::size_t frames, BYTE* out) {
+std::size_t RateConverter::convertFrames(const std::uint8_t* in, std::size_t frames,
+                                         std::uint8_t* out) {
     if (restart_.exchange(false)) {
         frames_.assign(kKept * channels_, 0);
         position_ = 0;

@@ -1,8 +1,6 @@
-// What a decoded picture looks like in memory, read from its media type. Planar layouts are those
-// of Windows: rows padded to four bytes, chroma planes of half width and height.
+// What a decoded picture looks like in memory. Planar layouts are those of Windows: rows padded to
+// four bytes, chroma planes of half width and height.
 #pragma once
-
-#include <dshow.h>
 
 namespace filters {
 
@@ -15,14 +13,10 @@ struct PictureFormat {
     bool bottomUp = false;  // RGB only: the last row comes first
     bool fullHd = false;    // colours after ITU-R BT.709 instead of BT.601
 
-    LONG bytes() const;        // of one picture
+    int bytes() const;         // of one picture
     int lumaStride() const;    // bytes a row of luma, or of the RGB picture
     int chromaStride() const;  // bytes a row of one chroma plane (of both for Nv12)
     int lumaRows() const { return (height + 1) & ~1; }
 };
-
-// Whether pictures of this type can be shown; if so, `*format` (may be null) describes them. The
-// sizes are limited to 8192 x 8192.
-bool readPictureFormat(const AM_MEDIA_TYPE& type, PictureFormat* format);
 
 }  // namespace filters

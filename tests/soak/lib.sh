@@ -1,0 +1,94 @@
+# What the soak commands share: a unit of their own, questions to the player, evidence of a failure.
+# Sourced by them; `name` is what they call themselves, `work` the folder they may fill.
+# shellcheck shell=bash disable=SC2154,SC2034  # name is the sourcing command's, n is theirs to read
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+work=$PWD/out/soak-$name
+device=$work/device
+program=$PWD/out/build/native/simulator/command/headunit
+log=$device/.unit/log.jsonl
+failures=0
+# Every answer must come within so many seconds.
+limit=${SOAK_LIMIT:-5}
+
+headunit() { "$program" "$@" --device "$device"; }
+complain() { echo "$name: $*" >&2; }
+
+begin() {
+  [ -x "$program" ] || { complain "build first: ./run or ./test does"; exit 2; }
+  headunit kill >/dev/null 2>&1 || true
+  rm -rf "$work"
+  mkdir -p "$device/SDMMCDisk/Soak" "$work/clips"
+  trap 'headunit kill >/dev/null 2>&1 || true' EXIT
+}
+
+# clip FILE OPTIONS...: a moving picture and a tone of twelve seconds.
+clip() {
+  ffmpeg -nostdin -v error -y -f lavfi -i testsrc2=size=320x240:rate=25 \
+    -f lavfi -i sine=330:sample_rate=44100 -t 12 "${@:2}" "$work/clips/$1"
+}
+containers=(avi mp4 mov 3gp mkv wmv mpg flv)
+# One recording of each container: $work/clips/a.avi and so on.
+make_clips() {
+  local h264=(-c:v libx264 -preset ultrafast -pix_fmt yuv420p -g 25 -b:v 1500k)
+  clip a.avi "${h264[@]}" -c:a pcm_s16le -ac 1
+  clip a.mp4 "${h264[@]}" -c:a aac -movflags +faststart
+  clip a.mov -c:v mpeg4 -b:v 1500k -c:a aac
+  clip a.3gp -c:v mpeg4 -b:v 1500k -c:a aac
+  clip a.mkv "${h264[@]}" -c:a aac
+  clip a.wmv -c:v wmv2 -b:v 1500k -c:a wmav2
+  clip a.mpg -c:v mpeg2video -b:v 1500k -c:a mp2 -f mpeg
+  clip a.flv -c:v flv1 -b:v 1500k -c:a libmp3lame
+}
+
+# Whether the player's thread takes a message within the limit.
+answers() {
+  timeout "$limit" "$program" send --sync MSG_BlackboxToWndStatus 0 0 --device "$device" \
+    >"$work/answer" 2>&1
+}
+lines() { wc -l <"$log"; }
+# Whether the tape has this text behind line $2.
+taped() { tail -n "+$(($2 + 1))" "$log" | grep -qF -- "$1"; }
+# The same, once it is there: within the limit.
+tapes() {
+  local deadline=$((SECONDS + limit))
+  until taped "$1" "$2"; do
+    [ "$SECONDS" -lt "$deadline" ] || return 1
+    sleep 0.05
+  done
+}
+# Answers the boxes that are open.
+close_boxes() {
+  while headunit box ok >/dev/null 2>&1; do answers || return 1; done
+}
+# A random number below $1 in `n`, the same for the same seed. (A subshell has a RANDOM of its own.)
+below() { n=$(((RANDOM * 32768 + RANDOM) % $1)); }
+# Sleeps for less than $1 milliseconds.
+sleep_below() {
+  below "$1"
+  sleep "$(printf '%d.%03d' $((n / 1000)) $((n % 1000)))"
+}
+
+# The tape, a picture of the screen and what each thread of the player waits for.
+keep_evidence() {
+  local folder=$PWD/out/soak-failures/$name-$1 process
+  mkdir -p "$folder"
+  cp "$log" "$folder/log.jsonl"
+  headunit shot "$folder/screen.png" >/dev/null 2>&1 || true
+  process=$(pgrep -n -f 'apps.movie.exe' || true)
+  if [ -n "$process" ]; then
+    for task in "/proc/$process"/task/*; do
+      echo "$(cat "$task/comm") $(cat "$task/wchan" 2>/dev/null)"
+    done >"$folder/threads" 2>/dev/null || true
+    if command -v gdb >/dev/null; then
+      gdb -p "$process" -batch -ex 'thread apply all bt 20' >"$folder/stacks" 2>/dev/null || true
+    fi
+  fi
+  complain "see $folder"
+}
+# failed NUMBER WHAT...
+failed() {
+  failures=$((failures + 1))
+  complain "number $1: ${*:2}"
+  keep_evidence "$1"
+}
