@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <cwchar>
+#include <string_view>
 
 #include "platform/wide.h"
 
@@ -14,7 +14,9 @@ FontHandle createFont(const FontDescription& description) {
     font.lfWeight = description.weight;
     font.lfCharSet = description.charSet;
     font.lfQuality = description.quality;
-    std::wcsncpy(font.lfFaceName, wide(description.face), LF_FACESIZE - 1);
+    std::u16string_view(description.face)
+        .substr(0, LF_FACESIZE - 1)
+        .copy(utf16(font.lfFaceName), LF_FACESIZE - 1);
     return CreateFontIndirectW(&font);
 }
 
