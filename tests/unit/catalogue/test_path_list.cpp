@@ -10,6 +10,7 @@
 namespace {
 
 int allocationsLeft = -1;  // without an end below 0
+int allocations = 0;
 
 }  // namespace
 
@@ -18,6 +19,7 @@ void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
         return nullptr;
     }
     allocationsLeft -= allocationsLeft > 0 ? 1 : 0;
+    ++allocations;
     return ::operator new[](bytes);
 }
 
@@ -66,6 +68,14 @@ TEST_F(PathListTest, KeepsItsPathsWhileItGrows) {
     expectFilled(0);
     fill(3);
     expectFilled(3);
+}
+
+TEST_F(PathListTest, TakesRoomForManyAtATime) {
+    allocations = 0;
+    fill(64);
+    EXPECT_EQ(allocations, 2);  // the text and its starts
+    fill(10000);
+    EXPECT_LE(allocations, 20);
 }
 
 TEST_F(PathListTest, StaysAsItWasWithoutMemory) {
