@@ -124,6 +124,30 @@ TEST(Damage, ALargeKnobLeavesNothingBehind) {
     }
 }
 
+// Without a target, or without a context to draw from, nothing is drawn and nothing goes wrong.
+TEST(Drawing, MissingContextsDrawNothing) {
+    const ui_test::Stage stage(SKIN_FOLDER);
+    constexpr ui::Rect kWhole = {0, 0, 800, 480};
+    constexpr ui::Bitmap kFace = {ui::SkinSet::FullWidth, ui::kFullControlBar};
+    Picture picture;
+    picture.fill(kUntouched);
+    for (const HDC target : {static_cast<HDC>(nullptr), picture.device()}) {
+        ui::GdiCanvas canvas(target, nullptr, stage.screens, {}, kWhole);
+        canvas.draw(kFace, {0, 0});
+        canvas.drawRegion(kFace, kWhole);
+        canvas.drawInto(kFace, kWhole);
+        canvas.drawTransparent(kFace, {0, 0});
+        canvas.drawTransparentInto(kFace, kWhole);
+        if (target == nullptr) {
+            canvas.fill(kWhole, ui::kWhite);
+            canvas.text(u"a", ui::Font::Height24, ui::kWhite, kWhole, ui::kCentredText);
+        }
+    }
+    GdiFlush();
+    EXPECT_EQ(picture.at(400, 400), kUntouched);
+    EXPECT_EQ(picture.at(0, 0), kUntouched);
+}
+
 // What looks as if it could be touched can be: no pixel in the colour of a key's tile lies where no
 // key is hit.
 TEST(Drawing, NoKeyIsLargerThanItsTouchArea) {
