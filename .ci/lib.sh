@@ -7,7 +7,8 @@ run_packages="g++ cmake make g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-n
  nlohmann-json3-dev libpugixml-dev libpng-dev libxcb-xtest0-dev"
 # To test it.
 test_packages="$run_packages clang clang-format clang-tidy cppcheck shellcheck
- libclang-rt-14-dev libbenchmark-dev python3-jsonschema groff zsh"
+ libclang-rt-14-dev libbenchmark-dev python3-jsonschema groff zsh lld llvm-14
+ g++-mingw-w64-i686-posix g++-arm-linux-gnueabi qemu-user"
 
 say() { echo "$name: $*"; }
 die() { echo "$name: $*" >&2; exit 1; }

@@ -11,7 +11,6 @@
 #include "platform/board.h"
 #include "platform/folder.h"
 #include "platform/print.h"
-#include "platform/text.h"
 #include "platform/wide.h"
 
 using graph::Walk;
@@ -71,7 +70,7 @@ int CFilterControl::Steps::addFilter(IBaseFilter* filter, const wchar_t* name, H
     if (SUCCEEDED(result)) {
         return 1;
     }
-    platform::print("[FAIL]AddFilter %s\n", platform::toUtf8(platform::utf16(name)).c_str());
+    platform::print("[FAIL]AddFilter %s\n", graph::PrintedName(name).text());
     return 0;
 }
 

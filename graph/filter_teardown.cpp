@@ -8,8 +8,6 @@
 #include "graph/interfaces.h"
 #include "graph/vendor_interfaces.h"
 #include "platform/print.h"
-#include "platform/text.h"
-#include "platform/wide.h"
 
 using platform::ComPtr;
 
@@ -40,8 +38,7 @@ void removeAllFilters(IGraphBuilder& graph) {
     for (std::size_t i = 0; i < count && filters[i]; ++i) {
         {
             const graph::FilterInfo info(*filters[i].get());
-            platform::print("DeleteFilters() - %s\r\n",
-                            platform::toUtf8(platform::utf16(info.name())).c_str());
+            platform::print("DeleteFilters() - %s\r\n", graph::PrintedName(info.name()).text());
         }
         graph.RemoveFilter(filters[i].get());
         filters[i].reset();

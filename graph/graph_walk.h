@@ -3,7 +3,11 @@
 
 #include <dshow.h>
 
+#include <array>
+
 #include "platform/com_ptr.h"
+#include "platform/text.h"
+#include "platform/wide.h"
 
 namespace graph {
 
@@ -23,6 +27,19 @@ public:
 
 private:
     FILTER_INFO info_{};
+};
+
+// The name of a filter as it is printed.
+class PrintedName {
+public:
+    explicit PrintedName(const wchar_t* name) {
+        platform::encodeUtf8(platform::utf16(name), text_);
+    }
+    [[nodiscard]] const char* text() const { return text_.data(); }
+
+private:
+    static constexpr std::size_t kLongestCharacter = 3;  // bytes of UTF-8 for a code unit
+    std::array<char, MAX_FILTER_NAME * kLongestCharacter + 1> text_{};
 };
 
 enum class Walk { Continue, Stop };

@@ -3,8 +3,6 @@
 
 #include <windows.h>
 
-#include "platform/registry.h"
-
 namespace {
 
 constexpr wchar_t kDirectShowKey[] = L"SOFTWARE\\Microsoft\\DirectShow";
@@ -28,7 +26,7 @@ constexpr Priority kPriorities[] = {
 std::int32_t SetDirectShowThreadPriority(int enable) {
     if (enable == 0) {
         // The parent key, because the program manages all of it. Required.
-        return platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kDirectShowKey);
+        return RegDeleteKeyW(HKEY_LOCAL_MACHINE, kDirectShowKey);
     }
     HKEY key = nullptr;
     LONG result = RegCreateKeyExW(HKEY_LOCAL_MACHINE, kPriorityKey, 0, nullptr, 0, KEY_ALL_ACCESS,
@@ -49,5 +47,5 @@ std::int32_t SetDirectShowThreadPriority(int enable) {
 }
 
 void ForgetCachedGraphs() {
-    platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kGraphCacheKey);
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kGraphCacheKey);
 }

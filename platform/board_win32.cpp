@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/library.h"
+#include "platform/unit_api.h"
 #include "platform/wide.h"
 
 namespace platform {
@@ -18,6 +18,16 @@ using MessageBoxTimerFunction = int(WINAPI*)(HWND owner, const wchar_t* text, co
 using PlaySoundFunction = void(WINAPI*)(int sound);
 
 static_assert(kOneButton == MB_OK && kYesNo == MB_YESNO && kAnsweredYes == IDYES);
+
+// The library stays loaded.
+template <typename Function>
+Function loadFunction(const wchar_t* library, const wchar_t* name) {
+    const HMODULE module = LoadLibraryW(library);
+    if (module == nullptr) {
+        return nullptr;
+    }
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddressW(module, name)));
+}
 
 MessageBoxFunction messageBox() {
     static const auto function =

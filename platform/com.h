@@ -5,6 +5,8 @@ struct IUnknown;
 
 namespace platform {
 
+// Entering counts if it succeeds; leaving takes one success back and is nothing without one. What
+// is still held of COM's objects is given back before.
 void enterCom();
 void leaveCom();
 

@@ -13,14 +13,21 @@ constexpr CLSID kImagingFactoryClass = {
 constexpr IID kImagingFactory = {
     0x327ABDA7, 0x072B, 0x11D3, {0x9D, 0x7B, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
 
+int entered = 0;  // successes that have not been taken back
+
 }  // namespace
 
 void enterCom() {
-    CoInitializeEx(nullptr, 0);
+    if (SUCCEEDED(CoInitializeEx(nullptr, 0))) {
+        ++entered;
+    }
 }
 
 void leaveCom() {
-    CoUninitialize();
+    if (entered > 0) {
+        --entered;
+        CoUninitialize();
+    }
 }
 
 IUnknown* createImagingFactory() {

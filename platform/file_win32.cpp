@@ -18,6 +18,9 @@ public:
 
     bool size(std::uint64_t& bytes) override {
         DWORD high = 0;
+        // 0xFFFFFFFF is a failure and the low half of a size alike, and a success leaves the last
+        // error as it was.
+        SetLastError(NO_ERROR);
         const DWORD low = GetFileSize(handle_, &high);
         if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR) {
             return false;
@@ -29,6 +32,7 @@ public:
     bool readAt(std::uint64_t offset, std::span<std::uint8_t> buffer, std::size_t& read) override {
         read = 0;
         LONG high = static_cast<LONG>(offset >> 32);
+        SetLastError(NO_ERROR);  // as in size()
         const DWORD low =
             SetFilePointer(handle_, static_cast<LONG>(offset & 0xFFFFFFFFu), &high, FILE_BEGIN);
         if (low == INVALID_SET_FILE_POINTER && GetLastError() != NO_ERROR) {

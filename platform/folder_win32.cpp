@@ -7,14 +7,6 @@
 #include "platform/wide.h"
 
 namespace platform {
-namespace {
-
-// Windows CE lists neither of the two; the desktop lists both in every folder but a root.
-bool isSelfOrParent(const wchar_t* name) {
-    return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
-}
-
-}  // namespace
 
 bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context) {
     constexpr std::size_t kPatternCapacity = kPathCapacity + 4;
@@ -30,12 +22,7 @@ bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context) {
     if (search == INVALID_HANDLE_VALUE) {
         return false;
     }
-    bool any = false;
     do {
-        if (isSelfOrParent(found.cFileName)) {
-            continue;
-        }
-        any = true;
         const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         if (!visitor(context, utf16(found.cFileName),
                      isFolder ? EntryKind::Folder : EntryKind::File)) {
@@ -43,7 +30,7 @@ bool walkFolder(const char16_t* folder, EntryVisitor visitor, void* context) {
         }
     } while (FindNextFileW(search, &found));
     FindClose(search);
-    return any;
+    return true;
 }
 
 int pathKind(const char16_t* path) {

@@ -5,6 +5,8 @@
 #include <cstdio>
 
 #include "platform/print.h"
+#include "platform/text.h"
+#include "platform/wide.h"
 
 namespace platform {
 
@@ -23,10 +25,10 @@ void debugPrint(const char* format, ...) {
     va_start(arguments, format);
     std::vsnprintf(line.data(), line.size(), format, arguments);
     va_end(arguments);
-    std::array<wchar_t, kLongestLine> wideLine{};
-    MultiByteToWideChar(CP_ACP, 0, line.data(), -1, wideLine.data(),
-                        static_cast<int>(wideLine.size()));
-    OutputDebugStringW(wideLine.data());
+    std::array<char16_t, kLongestLine> wideLine{};
+    decodeText(CodePage::System, {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()},
+               wideLine);
+    OutputDebugStringW(wide(wideLine.data()));
 }
 
 }  // namespace platform

@@ -7,10 +7,8 @@
 namespace platform {
 
 void startProgram(const char16_t* path) {
-    STARTUPINFOW start{};
-    start.cb = sizeof(start);
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(wide(path), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+    if (CreateProcessW(wide(path), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, nullptr,
                        &process) != 0) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);

@@ -20,6 +20,10 @@ enum class CodePage {
 std::size_t decodeText(CodePage codePage, std::span<const std::uint8_t> bytes,
                        std::span<char16_t> out);
 
+// The same to UTF-8 without allocating: zero-terminated, cut at out.size() - 1 bytes, never inside
+// a character.
+std::size_t encodeUtf8(std::u16string_view text, std::span<char> out);
+
 // Whole strings between UTF-8 and UTF-16; malformed input gives U+FFFD.
 std::string toUtf8(std::u16string_view text);
 std::u16string toUtf16(std::string_view text);

@@ -21,8 +21,10 @@ public:
     // ok().
     [[nodiscard]] bool next(char16_t& character);
 
-    // True once a read error, and not the file's end, has ended it. Only of a file that is ok().
-    [[nodiscard]] bool failed() const { return std::ferror(file_) != 0; }
+    // After next() has returned false: whether an error, and not the file's end, was the reason. A
+    // character that the encoding does not have is such an error, although it sets no error flag.
+    // Only of a file that is ok().
+    [[nodiscard]] bool failed() const { return std::feof(file_) == 0; }
 
 private:
     std::FILE* file_;

@@ -54,22 +54,51 @@ char32_t nextCodePoint(std::string_view text, std::size_t& position) {
     return value;
 }
 
-void appendUtf8(std::string& out, char32_t value) {
+// 1 to 4 bytes.
+std::size_t encodeUtf8(char32_t value, std::array<char, 4>& bytes) {
+    const auto trailing = [value](int shift) {
+        return static_cast<char>(0x80 | ((value >> shift) & 0x3F));
+    };
     if (value < 0x80) {
-        out += static_cast<char>(value);
-    } else if (value < 0x800) {
-        out += static_cast<char>(0xC0 | (value >> 6));
-        out += static_cast<char>(0x80 | (value & 0x3F));
-    } else if (value < 0x10000) {
-        out += static_cast<char>(0xE0 | (value >> 12));
-        out += static_cast<char>(0x80 | ((value >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (value & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (value >> 18));
-        out += static_cast<char>(0x80 | ((value >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((value >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (value & 0x3F));
+        bytes = {static_cast<char>(value)};
+        return 1;
     }
+    if (value < 0x800) {
+        bytes = {static_cast<char>(0xC0 | (value >> 6)), trailing(0)};
+        return 2;
+    }
+    if (value < 0x10000) {
+        bytes = {static_cast<char>(0xE0 | (value >> 12)), trailing(6), trailing(0)};
+        return 3;
+    }
+    bytes = {static_cast<char>(0xF0 | (value >> 18)), trailing(12), trailing(6), trailing(0)};
+    return 4;
+}
+
+void appendUtf8(std::string& out, char32_t value) {
+    std::array<char, 4> bytes{};
+    out.append(bytes.data(), encodeUtf8(value, bytes));
+}
+
+constexpr bool isHighSurrogate(char16_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+constexpr bool isLowSurrogate(char16_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+// The code point at `position`, which moves behind it; half a pair alone is kMalformed.
+char32_t nextCodePoint(std::u16string_view text, std::size_t& position) {
+    const char16_t unit = text[position++];
+    if (!isHighSurrogate(unit) && !isLowSurrogate(unit)) {
+        return unit;
+    }
+    if (isLowSurrogate(unit) || position == text.size() || !isLowSurrogate(text[position])) {
+        return kMalformed;
+    }
+    return 0x10000u + ((static_cast<char32_t>(unit) - 0xD800u) << 10) +
+           (static_cast<char32_t>(text[position++]) - 0xDC00u);
 }
 
 std::size_t encodeUtf16(char32_t value, std::array<char16_t, 2>& units) {
@@ -94,20 +123,14 @@ std::string toUtf8(std::u16string_view text, Malformed malformed) {
         out[ascii] = static_cast<char>(text[ascii]);
     }
     out.resize(ascii);
-    for (std::size_t i = ascii; i < text.size(); ++i) {
-        const char16_t unit = text[i];
-        if (unit < 0xD800 || unit > 0xDFFF) {
-            appendUtf8(out, unit);
-        } else if (unit <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-                   text[i + 1] <= 0xDFFF) {
-            appendUtf8(out, 0x10000u + ((static_cast<char32_t>(unit) - 0xD800u) << 10) +
-                                (static_cast<char32_t>(text[i + 1]) - 0xDC00u));
-            ++i;
-        } else if (malformed == Malformed::Keep && unit >= kKeptByte + 0x80 &&
-                   unit <= kKeptByte + 0xFF) {
+    for (std::size_t position = ascii; position < text.size();) {
+        const char16_t unit = text[position];
+        const char32_t value = nextCodePoint(text, position);
+        if (value == kMalformed && malformed == Malformed::Keep && unit >= kKeptByte + 0x80 &&
+            unit <= kKeptByte + 0xFF) {
             out += static_cast<char>(unit - kKeptByte);
         } else {
-            appendUtf8(out, kReplacement);
+            appendUtf8(out, value == kMalformed ? kReplacement : value);
         }
     }
     return out;
@@ -137,6 +160,26 @@ std::string toUtf8(std::u16string_view text) {
 
 std::u16string toUtf16(std::string_view text) {
     return toUtf16(text, Malformed::Replace);
+}
+
+std::size_t encodeUtf8(std::u16string_view text, std::span<char> out) {
+    if (out.empty()) {
+        return 0;
+    }
+    std::size_t written = 0;
+    std::array<char, 4> bytes{};
+    for (std::size_t position = 0; position < text.size();) {
+        const char32_t value = nextCodePoint(text, position);
+        const std::size_t count = encodeUtf8(value == kMalformed ? kReplacement : value, bytes);
+        if (written + count > out.size() - 1) {
+            break;
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            out[written++] = bytes[i];
+        }
+    }
+    out[written] = '\0';
+    return written;
 }
 
 std::size_t decodeUtf8(std::string_view text, std::span<char16_t> out) {

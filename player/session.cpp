@@ -101,6 +101,10 @@ void saveAndClose() {
     stopPlayback();
     appState.playListing.Clear();
     appState.browseListing.Clear();
+    // COM is left before the window goes away, so all that is held of it goes first.
+    releaseGraph();
+    platform::releaseObject(appState.imagingFactory);
+    appState.imagingFactory = nullptr;
     platform::leaveCom();
     OrviExecMutimedia(1, 0);
 }

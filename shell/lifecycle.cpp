@@ -113,9 +113,7 @@ Answer onDestroy(Window, std::uint32_t, WParam, LParam) {
     for (std::int32_t mode = kFullWidth; mode <= kSlideBanner; ++mode) {
         screens::unloadScreen(mode);
     }
-    // After an exit request COM has been left already. Required: saveAndClose() leaves it, and
-    // comes before the window goes away. The library is still loaded, so the reference can be given
-    // back.
+    // After an exit request it has been given back, and COM been left, already.
     platform::releaseObject(appState.imagingFactory);
     appState.imagingFactory = nullptr;
     for (platform::FontHandle& font : appState.fonts) {
@@ -126,6 +124,7 @@ Answer onDestroy(Window, std::uint32_t, WParam, LParam) {
     // exit message.
     app::stopTimer(app::kPositionTimer);
     Player::releaseGraph();
+    platform::leaveCom();
     showExitMessage();
     platform::postQuit(0);
     return 0;

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include "platform/display.h"
 #include "platform/wide.h"
 #include "shell/message_table.h"
 
@@ -49,8 +48,8 @@ bool registerWindowClass(platform::Instance instance) {
 platform::Window createMainWindow(platform::Instance instance, int left, int width, int height,
                                   StartGate& gate) {
     const wchar_t* const name = platform::wide(kWindowName);
-    return CreateWindowExW(0, name, name, platform::kMainWindowStyle, left, 0, width, height,
-                           nullptr, nullptr, instance, &gate);
+    return CreateWindowExW(0, name, name, WS_VISIBLE, left, 0, width, height, nullptr, nullptr,
+                           instance, &gate);
 }
 
 void openStartGate(platform::LParam creation) {

@@ -66,9 +66,9 @@ bool registerMessages() {
             appState.*row.keepIn = platform::registerMessage(row.name);
         }
     }
-    MessageTable& table = appState.messageTable;
-    table.count = 0;
-    const auto append = [&table](const MessageRow& row) {
+    appState.messageTable.count = 0;
+    const auto append = [](const MessageRow& row) {
+        MessageTable& table = appState.messageTable;
         table.rows[static_cast<std::size_t>(table.count++)] = row;
     };
     for (const MessageRow& row : kFixedRows) {

@@ -45,8 +45,9 @@ Answer onUsbStorage(Window, std::uint32_t, WParam wParam, LParam lParam) {
         std::numeric_limits<std::int64_t>::max() - catalogue::kFirstUsbVolume;
     // A negative index names no USB volume, though behind the cards' slots it would name a card.
     constexpr std::int64_t kNoVolume = -1;
+    const std::int64_t index = lParam;
     const std::int64_t slot =
-        lParam < 0 || lParam > kHighest ? kNoVolume : lParam + catalogue::kFirstUsbVolume;
+        index < 0 || index > kHighest ? kNoVolume : index + catalogue::kFirstUsbVolume;
     reportStorage(wParam, slot);
     if (wParam == kVolumeGone && appState.connectMode == 1 && settings::usbSetupFileExists() == 0) {
         postToProcessManager(kClosePlayer, 0);

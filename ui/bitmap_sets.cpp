@@ -6,8 +6,8 @@
 #include <array>
 #include <string_view>
 
-#include "platform/display.h"
 #include "platform/folder.h"
+#include "platform/unit_api.h"
 #include "platform/wide.h"
 
 namespace ui {
@@ -32,26 +32,35 @@ auto& slotsOf(SkinSet set, ScreenState& screens) {
     return screens.bitmaps[static_cast<std::size_t>(set)];
 }
 
-// The background in the window's own pixel format, black where the skin has none: repairing a
-// damaged part from it costs no conversion.
+// Black where the skin has no background.
+void drawBackground(HDC target, HDC source, HBITMAP background) {
+    PatBlt(target, 0, 0, kScreenWidth, kScreenHeight, BLACKNESS);
+    if (background != nullptr) {
+        const HGDIOBJ previous = SelectObject(source, background);
+        BitBlt(target, 0, 0, kScreenWidth, kScreenHeight, source, 0, 0, SRCCOPY);
+        SelectObject(source, previous);
+    }
+}
+
+// The background in the window's own pixel format: repairing a damaged part from it costs no
+// conversion. Without memory for it the slot stays empty, as one whose file is missing.
 void makeBackgroundCache(ScreenState& screens, HWND window) {
     auto& slots = slotsOf(SkinSet::FullWidth, screens);
     const HDC device = GetDC(window);
     const HDC target = CreateCompatibleDC(device);
     const HDC source = CreateCompatibleDC(device);
     const HBITMAP cache = CreateCompatibleBitmap(device, kScreenWidth, kScreenHeight);
-    const HGDIOBJ previousTarget = SelectObject(target, cache);
-    PatBlt(target, 0, 0, kScreenWidth, kScreenHeight, BLACKNESS);
-    if (slots[kFullBackground] != nullptr) {
-        const HGDIOBJ previousSource = SelectObject(source, slots[kFullBackground]);
-        BitBlt(target, 0, 0, kScreenWidth, kScreenHeight, source, 0, 0, SRCCOPY);
-        SelectObject(source, previousSource);
+    if (target != nullptr && source != nullptr && cache != nullptr) {
+        const HGDIOBJ previous = SelectObject(target, cache);
+        drawBackground(target, source, static_cast<HBITMAP>(slots[kFullBackground]));
+        SelectObject(target, previous);
+        slots[kFullCache] = cache;
+    } else {
+        DeleteObject(cache);
     }
-    SelectObject(target, previousTarget);
     DeleteDC(source);
     DeleteDC(target);
     ReleaseDC(window, device);
-    slots[kFullCache] = cache;
 }
 
 }  // namespace
@@ -62,8 +71,7 @@ void loadSet(SkinSet set, ScreenState& screens, platform::Window window, const c
     for (const SlotRow& row : slotTable(set)) {
         SkinPath path;
         formatPath(folder, row, path);
-        slots[static_cast<std::size_t>(row.slot)] =
-            platform::loadBitmapFile(platform::wide(path.data()));
+        slots[static_cast<std::size_t>(row.slot)] = SHLoadDIBitmap(platform::wide(path.data()));
     }
     if (set == SkinSet::FullWidth) {
         makeBackgroundCache(screens, window);

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/display.h"
+#include "platform/unit_api.h"
 #include "platform/wide.h"
 
 namespace ui {
@@ -99,16 +99,18 @@ void GdiCanvas::drawInto(Bitmap bitmap, const Rect& area) {
 void GdiCanvas::drawTransparent(Bitmap bitmap, Point at) {
     SIZE size;
     if (select(bitmap, at, size)) {
-        platform::drawTransparent(target_, at.x, at.y, size.cx, size.cy, source_, kTransparent);
+        TransparentImage(target_, at.x, at.y, size.cx, size.cy, source_, 0, 0, size.cx, size.cy,
+                         kTransparent);
     }
 }
 
 void GdiCanvas::drawTransparentInto(Bitmap bitmap, const Rect& area) {
     SIZE size;
     if (!isEmpty(area) && select(bitmap, {area.left, area.top}, size)) {
-        platform::drawTransparent(
-            target_, area.left, area.top, std::min<LONG>(size.cx, area.right - area.left),
-            std::min<LONG>(size.cy, area.bottom - area.top), source_, kTransparent);
+        const LONG width = std::min<LONG>(size.cx, area.right - area.left);
+        const LONG height = std::min<LONG>(size.cy, area.bottom - area.top);
+        TransparentImage(target_, area.left, area.top, width, height, source_, 0, 0, width, height,
+                         kTransparent);
     }
 }
 

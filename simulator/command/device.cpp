@@ -17,6 +17,7 @@ struct Installed {
 };
 constexpr Installed kInstalled[] = {
     {"out/build/device/shell/movie.exe", "ResidentFlash/apps/movie.exe"},
+    {"out/build/device/simulator/coredll/coredll.dll", "ResidentFlash/apps/coredll.dll"},
     {"out/build/device/simulator/board/Zel_MessageBox.dll",
      "ResidentFlash/apps/Zel_MessageBox.dll"},
     {"out/build/device/simulator/board/BoardCommon.dll", "ResidentFlash/apps/BoardCommon.dll"},

@@ -13,6 +13,8 @@ struct Fault {
 };
 inline constexpr long long kAnyCount = 0x7FFFFFFF;
 inline constexpr Fault kFaults[] = {
+    {"AllocationFails", 0, kAnyCount},
+    {"CodePage", 0, 65001},
     {"CutAfterMessages", 1, kAnyCount},
     {"DirectoryOrder", 0, 4},
     {"LeakReference", 0, 1},
@@ -25,7 +27,9 @@ inline constexpr Fault kFaults[] = {
     {"ReadFailAfterBytes", 0, 0xFFFFFFFF},
     {"RenderResult", 0, 0xFFFFFFFF},
     {"ReopenFails", 0, 2},
+    {"ReportMemory", 0, 1},
     {"SecondNameOnly", 0, 1},
+    {"UnreadableCharacter", 0, kAnyCount},
 };
 
 // Null when the unit knows no such fault.

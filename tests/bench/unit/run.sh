@@ -12,7 +12,8 @@ rm -rf "$work"
 mkdir -p "$unit/ResidentFlash2/Data" "$unit/ResidentFlash/Image" "$unit/ResidentFlash/apps" \
     "$unit/SDMMCDisk/Many"
 ln -s "$root/out/skin" "$unit/ResidentFlash/Image/Movie"
-cp "$build/shell/movie.exe" "$build/simulator/board/"*.dll "$unit/ResidentFlash/apps/"
+cp "$build/shell/movie.exe" "$build/simulator/coredll/coredll.dll" "$build/simulator/board/"*.dll \
+    "$unit/ResidentFlash/apps/"
 cp "$build/tests/bench/unit/"*.exe "$unit/"
 number=0
 while [ "$number" -lt 10000 ]; do
@@ -27,6 +28,7 @@ server=$!
 trap 'WINEPREFIX=$work/prefix wineserver -k; kill $server' EXIT
 read -r display <"$work/number"
 export DISPLAY=":$display" WINEPREFIX="$work/prefix" WINEDEBUG=-all LC_ALL=C.UTF-8
+export WINEPATH="Z:$root/out/build/device/simulator/coredll"
 export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe=' ALSA_CONFIG_PATH="$root/out/null-sound.conf"
 cd "$work/prefix/dosdevices/h:/"
 /usr/lib/wine/wine64 explorer /desktop=bench,800x480 'h:\bench_start.exe' "$runs" \

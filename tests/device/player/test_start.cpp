@@ -1,5 +1,5 @@
 // What the creation of the window does before the first file, and the settings of a file's start.
-#include "platform/registry.h"
+#include "platform/com.h"
 #include "player/player.h"
 #include "tests/device/graph/com_doubles.h"
 #include "tests/device/player/unit.h"
@@ -28,7 +28,7 @@ bool keyExists(const wchar_t* path) {
 class Start : public test::PlayerUnit {};
 
 TEST_F(Start, AppliesThePrioritiesAndForgetsCachedGraphs) {
-    platform::deleteRegistryTree(HKEY_LOCAL_MACHINE, kPriorities);
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kPriorities);
     const DWORD value = 1;
     const std::wstring inside = std::wstring(kGraphCache) + L"\\a graph";
     RegSetKeyValueW(HKEY_LOCAL_MACHINE, inside.c_str(), L"v", REG_DWORD, &value, sizeof value);
@@ -75,6 +75,41 @@ TEST_F(Start, GraphThatCannotBeMadeIsRefusedWithItsOwnReason) {
     ASSERT_EQ(boxes_.shown.size(), 2u);
     EXPECT_EQ(boxes_.shown[0].title, L"TCCAMManger");
     EXPECT_EQ(boxes_.shown[1].text, L"\n\n재생 할 수 없는 파일 입니다.");
+}
+
+bool isInCom() {
+    APTTYPE type{};
+    APTTYPEQUALIFIER qualifier{};
+    return CoGetApartmentType(&type, &qualifier) == S_OK;
+}
+
+// Stands for the imaging factory and tells whether COM was still there when it was given back.
+struct HeldObject final : IUnknown {
+    ULONG references = 1;
+    bool inCom = false;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        inCom = isInCom();
+        return --references;
+    }
+};
+
+TEST_F(Start, ComIsLeftOnceAndLast) {
+    HeldObject held;
+    appState.imagingFactory = &held;
+    ASSERT_TRUE(isInCom());
+    Player::saveAndClose();
+    EXPECT_EQ(0u, held.references);
+    EXPECT_TRUE(held.inCom);
+    EXPECT_FALSE(isInCom());
+    // Somebody else's stay in COM is not the player's to end.
+    ASSERT_EQ(S_OK, CoInitializeEx(nullptr, 0));
+    platform::leaveCom();
+    EXPECT_TRUE(isInCom());
+    CoUninitialize();
+    platform::enterCom();
 }
 
 }  // namespace

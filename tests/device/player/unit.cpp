@@ -1,7 +1,6 @@
 #include "tests/device/player/unit.h"
 
 #include "catalogue/folder_listing.h"
-#include "platform/display.h"
 #include "platform/text.h"
 #include "platform/wide.h"
 #include "player/player.h"
@@ -35,9 +34,8 @@ void openPlayerWindow() {
     RegisterClassW(&windowClass);
     appState.hInstance = windowClass.hInstance;
     makeFolders(L"ResidentFlash2\\Data\\");
-    CreateWindowExW(0, kClass, kClass, platform::kMainWindowStyle | WS_VISIBLE, 0, 0,
-                    ui::kScreenWidth, ui::kScreenHeight, nullptr, nullptr, appState.hInstance,
-                    nullptr);
+    CreateWindowExW(0, kClass, kClass, WS_VISIBLE, 0, 0, ui::kScreenWidth, ui::kScreenHeight,
+                    nullptr, nullptr, appState.hInstance, nullptr);
     ASSERT_NE(appState.mainWindow, nullptr);
 }
 

@@ -16,6 +16,9 @@
 
 namespace test {
 
+// Makes the player's window, as the start of the program does.
+void openPlayerWindow();
+
 class PlayerUnit : public ::testing::Test {
 protected:
     void SetUp() override;

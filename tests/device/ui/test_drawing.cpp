@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "picture.h"
-#include "platform/display.h"
 #include "scene.h"
 #include "ui/follow.h"
 

@@ -243,6 +243,7 @@ graph delete filters
 graph destroy
 host clear progress
 host refresh screen
+release nothing
 leave COM
 print [1723] Player::OrviExecMutimedia \n
 print [1727] Player::OrviExecMutimedia \n

@@ -101,7 +101,7 @@ TEST(ReadWindow, ServesAWalkInSmallStepsWithFewReads) {
     }
     TestFile file(bytes);
     probe::ReadWindow window(file);
-    for (std::uint64_t at = 0; at + 8 <= bytes.size(); at += 9) {
+    for (std::size_t at = 0; at + 8 <= bytes.size(); at += 9) {
         std::span<const std::uint8_t> header;
         ASSERT_TRUE(window.viewAll(at, 8, header));
         ASSERT_EQ(header[7], bytes[at + 7]);

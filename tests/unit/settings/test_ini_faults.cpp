@@ -38,7 +38,8 @@ public:
         if (offset + buffer.size() > storage.rawReadFailsAt) {
             return false;
         }
-        const std::size_t at = std::min<std::size_t>(offset, storage.bytes.size());
+        const std::size_t at =
+            static_cast<std::size_t>(std::min<std::uint64_t>(offset, storage.bytes.size()));
         read = std::min(buffer.size(), storage.bytes.size() - at);
         std::memcpy(buffer.data(), storage.bytes.data() + at, read);
         return true;

@@ -114,7 +114,8 @@ TEST_F(Commands, InConnectModeThePreparationOnlyTimesTheExitMessage) {
     EXPECT_FALSE(exists("ResidentFlash2/Data/Config.ini"));
 }
 
-constexpr char kClosed[] = R"(leave COM
+constexpr char kClosed[] = R"(release nothing
+leave COM
 values Orvi 1088 1,0
 )";
 

@@ -140,7 +140,7 @@ kill 100
 
 TEST_F(Lifecycle, Destruction) {
     create();
-    EXPECT_LINES(lines(platform::kDestroyMessage), std::string(kTornDown) + "quit 0\n");
+    EXPECT_LINES(lines(platform::kDestroyMessage), std::string(kTornDown) + "leave COM\nquit 0\n");
     EXPECT_EQ(appState.imagingFactory, nullptr);
     for (const platform::FontHandle font : appState.fonts) {
         EXPECT_EQ(font, nullptr);
@@ -150,9 +150,9 @@ TEST_F(Lifecycle, Destruction) {
 TEST_F(Lifecycle, DestructionTakesAGraphApartThatStillPlays) {
     create();
     send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
-    EXPECT_LINES(
-        lines(platform::kDestroyMessage),
-        std::string(kTornDown) + "graph stop\ngraph delete filters\ngraph destroy\nquit 0\n");
+    EXPECT_LINES(lines(platform::kDestroyMessage),
+                 std::string(kTornDown) +
+                     "graph stop\ngraph delete filters\ngraph destroy\nleave COM\nquit 0\n");
 }
 
 constexpr char kExitText[] =
@@ -163,16 +163,16 @@ TEST_F(Lifecycle, DestructionInConnectModeAsksForTheCable) {
     create();
     appState.connectMode = 1;
     EXPECT_LINES(lines(platform::kDestroyMessage),
-                 std::string(kTornDown) + "box unowned 0,1 " + kExitText + "quit 0\n");
+                 std::string(kTornDown) + "leave COM\nbox unowned 0,1 " + kExitText + "quit 0\n");
 }
 
 TEST_F(Lifecycle, ItClosesItselfAfterAnExitRequest) {
     create();
     appState.connectMode = 1;
     appState.exitMessageTimed = 1;
-    EXPECT_LINES(
-        lines(platform::kDestroyMessage),
-        std::string(kTornDown) + "timed box unowned 0,1 1000 ms " + kExitText + "quit 0\n");
+    EXPECT_LINES(lines(platform::kDestroyMessage), std::string(kTornDown) +
+                                                       "leave COM\ntimed box unowned 0,1 1000 ms " +
+                                                       kExitText + "quit 0\n");
 }
 
 TEST_F(Lifecycle, CloseDestroysWithoutSaving) {
@@ -192,7 +192,8 @@ TEST_F(Lifecycle, AnExitDuringTheNoticeOfTheStartEndsTheInitialisation) {
     std::filesystem::create_symlink("nowhere", root_ / "SDMMCDisk/Record/01.avi");
     unit().whileBoxIsOpen = [] { send(u"MSG_ProcessManagertoMovie", 3, 2); };
     const std::string did = create();
-    EXPECT_NE(did.find("box 0,1 \\n\\n재생 파일이 없습니다.\nleave COM\n"), std::string::npos)
+    EXPECT_NE(did.find("box 0,1 \\n\\n재생 파일이 없습니다.\nrelease object\nleave COM\n"),
+              std::string::npos)
         << did;
     EXPECT_EQ(did.find("values Orvi 1088 1,1"), std::string::npos) << did;
     EXPECT_EQ(did.find("graph layer"), std::string::npos) << did;

@@ -1,4 +1,4 @@
-// The desktop's entry; Windows CE calls WinMain with a wide command line itself.
+// Where the runtime hands over to the player.
 #include <windows.h>
 
 #include "platform/wide.h"

@@ -4,11 +4,11 @@
 #include <array>
 #include <cstring>
 
-#include "platform/bitmap_file.h"
+#include "simulator/coredll/bitmap_file.h"
 
 namespace {
 
-using Head = std::array<std::uint8_t, platform::kBitmapHeadBytes>;
+using Head = std::array<std::uint8_t, coredll::kBitmapHeadBytes>;
 
 void put16(Head& head, std::size_t at, std::uint16_t value) {
     std::memcpy(head.data() + at, &value, sizeof(value));
@@ -31,13 +31,13 @@ Head sound() {
 }
 
 TEST(BitmapFile, MustHoldEveryRow) {
-    EXPECT_EQ(platform::isSoundBitmap(sound(), 182), 1);
-    EXPECT_EQ(platform::isSoundBitmap(sound(), 183), 1);
-    EXPECT_EQ(platform::isSoundBitmap(sound(), 181), 0);
+    EXPECT_EQ(coredll::isSoundBitmap(sound(), 182), 1);
+    EXPECT_EQ(coredll::isSoundBitmap(sound(), 183), 1);
+    EXPECT_EQ(coredll::isSoundBitmap(sound(), 181), 0);
     Head topFirst = sound();
     put32(topFirst, 22, static_cast<std::uint32_t>(-4));
-    EXPECT_EQ(platform::isSoundBitmap(topFirst, 182), 1);
-    EXPECT_EQ(platform::isSoundBitmap(topFirst, 181), 0);
+    EXPECT_EQ(coredll::isSoundBitmap(topFirst, 182), 1);
+    EXPECT_EQ(coredll::isSoundBitmap(topFirst, 181), 0);
 }
 
 TEST(BitmapFile, IsRefusedForEachFieldThatCannotBe) {
@@ -71,7 +71,7 @@ TEST(BitmapFile, IsRefusedForEachFieldThatCannotBe) {
     for (const Case& c : kCases) {
         Head head = sound();
         put32(head, c.at, c.value);
-        EXPECT_EQ(platform::isSoundBitmap(head, 400), 0) << c.name;
+        EXPECT_EQ(coredll::isSoundBitmap(head, 400), 0) << c.name;
     }
 }
 
@@ -79,18 +79,18 @@ TEST(BitmapFile, OtherDepths) {
     Head grey = sound();  // rows of 12 bytes behind 256 colours
     put16(grey, 28, 8);
     put32(grey, 10, 54 + 1024);
-    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 48), 1);
-    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 47), 0);
+    EXPECT_EQ(coredll::isSoundBitmap(grey, 54 + 1024 + 48), 1);
+    EXPECT_EQ(coredll::isSoundBitmap(grey, 54 + 1024 + 47), 0);
     put32(grey, 10, 54);  // rows where the palette should be
-    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1023), 0);
-    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 48), 0);
+    EXPECT_EQ(coredll::isSoundBitmap(grey, 54 + 1023), 0);
+    EXPECT_EQ(coredll::isSoundBitmap(grey, 54 + 1024 + 48), 0);
     put32(grey, 10, 54 + 1023);  // the last colour would lie in the first row
-    EXPECT_EQ(platform::isSoundBitmap(grey, 54 + 1024 + 48), 0);
+    EXPECT_EQ(coredll::isSoundBitmap(grey, 54 + 1024 + 48), 0);
     Head masked = sound();
     put16(masked, 28, 32);
     put32(masked, 30, 3);
     put32(masked, 10, 66);
-    EXPECT_EQ(platform::isSoundBitmap(masked, 66 + 160), 1);
+    EXPECT_EQ(coredll::isSoundBitmap(masked, 66 + 160), 1);
 }
 
 }  // namespace

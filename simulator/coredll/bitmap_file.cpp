@@ -1,6 +1,6 @@
-#include "platform/bitmap_file.h"
+#include "simulator/coredll/bitmap_file.h"
 
-namespace platform {
+namespace coredll {
 namespace {
 
 //  offset  size
@@ -43,6 +43,15 @@ std::int64_t colourBytes(std::uint32_t bits, std::uint32_t compression, std::uin
     return kColourBytes * (colours != 0 ? colours : most);
 }
 
+// Of headers whose numbers are within their bounds but for where the rows begin.
+std::uint64_t bytesOf(std::span<const std::uint8_t, kBitmapHeadBytes> head) {
+    const std::int64_t width = static_cast<std::int32_t>(le32(head, 18));
+    const std::int64_t height = static_cast<std::int32_t>(le32(head, 22));
+    const std::int64_t bits = le32(head, 26) >> 16;
+    const std::int64_t rowBytes = (width * bits + 31) / 32 * 4;
+    return static_cast<std::uint64_t>(le32(head, 10) + rowBytes * (height < 0 ? -height : height));
+}
+
 }  // namespace
 
 int isSoundBitmap(std::span<const std::uint8_t, kBitmapHeadBytes> head, std::uint64_t fileBytes) {
@@ -59,15 +68,11 @@ int isSoundBitmap(std::span<const std::uint8_t, kBitmapHeadBytes> head, std::uin
         width > kLargest || height < 1 || height > kLargest || rows < headers + colours) {
         return 0;
     }
-    return soundBitmapBytes(head) <= fileBytes ? 1 : 0;
+    return bytesOf(head) <= fileBytes ? 1 : 0;
 }
 
 std::size_t soundBitmapBytes(std::span<const std::uint8_t, kBitmapHeadBytes> head) {
-    const std::int64_t width = static_cast<std::int32_t>(le32(head, 18));
-    const std::int64_t height = static_cast<std::int32_t>(le32(head, 22));
-    const std::int64_t bits = le32(head, 26) >> 16;
-    const std::int64_t rowBytes = (width * bits + 31) / 32 * 4;
-    return static_cast<std::size_t>(le32(head, 10) + rowBytes * (height < 0 ? -height : height));
+    return static_cast<std::size_t>(bytesOf(head));
 }
 
-}  // namespace platform
+}  // namespace coredll

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-namespace platform {
+namespace coredll {
 
 inline constexpr std::size_t kBitmapHeadBytes = 54;
 
@@ -19,4 +19,4 @@ int isSoundBitmap(std::span<const std::uint8_t, kBitmapHeadBytes> head, std::uin
 // that isSoundBitmap accepts.
 std::size_t soundBitmapBytes(std::span<const std::uint8_t, kBitmapHeadBytes> head);
 
-}  // namespace platform
+}  // namespace coredll

@@ -1,0 +1,37 @@
+#include <array>
+#include <iterator>
+
+#include "simulator/coredll/settings.h"
+
+namespace coredll {
+namespace {
+
+constexpr std::array<const wchar_t*, 4> kNames = {L"AllocationFails", L"CodePage",
+                                                  L"UnreadableCharacter", L"ReportMemory"};
+std::array<DWORD, kNames.size()> values;
+
+}  // namespace
+
+DWORD setting(Setting setting) {
+    return values[static_cast<std::size_t>(setting)];
+}
+
+void readSettings() {
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+        DWORD bytes = sizeof(DWORD);
+        if (RegGetValueW(HKEY_CURRENT_USER, L"Software\\HeadUnit\\Faults", kNames[i],
+                         RRF_RT_REG_DWORD, nullptr, &values[i], &bytes) != ERROR_SUCCESS) {
+            values[i] = 0;
+        }
+    }
+}
+
+void countDown(Setting setting) {
+    --values[static_cast<std::size_t>(setting)];
+}
+
+}  // namespace coredll
+
+void coredllSet(coredll::Setting setting, DWORD value) {
+    coredll::values[static_cast<std::size_t>(setting)] = value;
+}

@@ -1,0 +1,109 @@
+// The start of a program. The kernel of Windows CE calls a program's entry with the arguments of
+// WinMain; the desktop calls it with none that it could use. So the first bytes of the entry of a
+// program that has been built for the unit are replaced, before the program runs, by a jump to
+// here, where they are put back and the entry is called as the unit does it.
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "simulator/coredll/settings.h"
+
+namespace {
+
+using Entry = int (*)(HINSTANCE program, HINSTANCE previous, wchar_t* commandLine, int show);
+
+// jmp [rip + 0], followed by the address (Intel 64 manual, volume 2A, "JMP").
+constexpr std::array<BYTE, 6> kJump = {0xFF, 0x25, 0, 0, 0, 0};
+constexpr std::size_t kPatchBytes = kJump.size() + sizeof(void*);
+
+BYTE* entryOfProgram = nullptr;
+std::array<BYTE, kPatchBytes> entryBytes;
+
+void write(BYTE* at, const BYTE* bytes) {
+    DWORD before = 0;
+    VirtualProtect(at, kPatchBytes, PAGE_EXECUTE_READWRITE, &before);
+    std::memcpy(at, bytes, kPatchBytes);
+    VirtualProtect(at, kPatchBytes, before, &before);
+    FlushInstructionCache(GetCurrentProcess(), at, kPatchBytes);
+}
+
+// What follows the program's own name, which may stand in quotation marks.
+wchar_t* argumentsOf(wchar_t* line) {
+    const wchar_t end = *line == L'"' ? L'"' : L' ';
+    line += *line == L'"' ? 1 : 0;
+    while (*line != L'\0' && *line != end) {
+        ++line;
+    }
+    line += *line == L'"' ? 1 : 0;
+    while (*line == L' ') {
+        ++line;
+    }
+    return line;
+}
+
+void startAsUnit() {
+    write(entryOfProgram, entryBytes.data());
+    STARTUPINFOW start{};
+    GetStartupInfoW(&start);
+    const int show =
+        (start.dwFlags & STARTF_USESHOWWINDOW) != 0 ? start.wShowWindow : SW_SHOWNORMAL;
+    const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(entryOfProgram));
+    const int result =
+        entry(GetModuleHandleW(nullptr), nullptr, argumentsOf(GetCommandLineW()), show);
+    ExitProcess(static_cast<UINT>(result));
+}
+
+const IMAGE_NT_HEADERS* headersOf(const BYTE* base) {
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    return reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+}
+
+// The unit's programs import from the unit's libraries alone.
+bool isProgramOfUnit(const BYTE* base) {
+    const DWORD offset =
+        headersOf(base)->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + offset);
+    for (; offset != 0 && library->Name != 0; ++library) {
+        const char* const name = reinterpret_cast<const char*>(base + library->Name);
+        if (_stricmp(name, "coredll.dll") != 0 && _stricmp(name, "ole32.dll") != 0) {
+            return false;
+        }
+    }
+    return offset != 0;
+}
+
+void takeOverEntry() {
+    auto* const base = reinterpret_cast<BYTE*>(GetModuleHandleW(nullptr));
+    if (!isProgramOfUnit(base)) {
+        return;
+    }
+    entryOfProgram = base + headersOf(base)->OptionalHeader.AddressOfEntryPoint;
+    std::memcpy(entryBytes.data(), entryOfProgram, kPatchBytes);
+    std::array<BYTE, kPatchBytes> jump{};
+    void (*const target)() = &startAsUnit;
+    std::memcpy(jump.data(), kJump.data(), kJump.size());
+    std::memcpy(jump.data() + kJump.size(), &target, sizeof target);
+    write(entryOfProgram, jump.data());
+}
+
+void reportMemory() {
+    const CoredllUse use = coredllUse();
+    std::printf("[coredll] %lu allocations, heap %lu, at most %lu, bitmaps %lu, at most %lu\n",
+                use.allocations, use.heapBytes, use.mostHeapBytes, use.bitmapBytes,
+                use.mostBitmapBytes);
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void*) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        DisableThreadLibraryCalls(library);
+        coredll::readSettings();
+        takeOverEntry();
+    } else if (reason == DLL_PROCESS_DETACH &&
+               coredll::setting(coredll::Setting::ReportMemory) != 0) {
+        reportMemory();
+    }
+    return TRUE;
+}

@@ -1,0 +1,17 @@
+// Identifiers of DirectShow that the tests need beside the player's own (graph/identifiers.cpp; the
+// compiler's library has all of them or none). Source: strmif.h and uuids.h of the Windows SDK.
+#include <windows.h>
+
+// windows.h first.
+#include <dshow.h>
+
+extern "C" {
+
+const CLSID CLSID_SystemClock = {
+    0xE436EBB1, 0x524F, 0x11CE, {0x9F, 0x53, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70}};
+const IID IID_IFileSourceFilter = {
+    0x56A868A6, 0x0AD4, 0x11CE, {0xB0, 0x3A, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70}};
+const IID IID_IFilterGraph = {
+    0x56A8689F, 0x0AD4, 0x11CE, {0xB0, 0x3A, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70}};
+
+}  // extern "C"
