@@ -1,12 +1,12 @@
 // The identifiers that the player asks the system and the vendor's filters for, as they are written
 // in the registry and in the vendor's papers.
+#include <dshow.h>
 #include <gtest/gtest.h>
-#include <objbase.h>
 
 #include <array>
 #include <string>
 
-#include "graph/filter_control.h"
+#include "graph/interfaces.h"
 
 namespace {
 

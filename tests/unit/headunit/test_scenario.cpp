@@ -148,7 +148,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"BootOption", "boot --fast\n", "1: "},
         Wrong{"Subject", "expect miracle\n", "1: nothing can be expected of \"miracle\""},
         Wrong{"Time", "expect box within 3\n", "1: \"3\" is no time"},
-        Wrong{"FaultName", "fault NulDecoder 1\n", "1: NAME must be one of CutAfterMessages, "},
+        Wrong{"FaultName", "fault NulDecoder 1\n", "1: NAME must be one of AllocationFails, "},
         Wrong{"FaultNumber", "fault RenderResult abc\n",
               "1: NUMBER must be a number from 0 to 4294967295, or off; usage: headunit fault NAME "
               "NUMBER|off"},
