@@ -1,5 +1,7 @@
 #include "tests/device/player/unit.h"
 
+#include <array>
+
 #include "catalogue/folder_listing.h"
 #include "platform/text.h"
 #include "platform/wide.h"
@@ -17,10 +19,15 @@ LRESULT CALLBACK handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     return shell::dispatchMessage(window, message, wParam, lParam);
 }
 
-void makeFolders(const std::wstring& path) {
-    for (std::size_t at = path.find(L'\\'); at != std::wstring::npos;
-         at = path.find(L'\\', at + 1)) {
-        CreateDirectoryW((L"\\" + path.substr(0, at)).c_str(), nullptr);
+// Makes the folders of a path that ends with a backslash. Takes no memory, as a test may leave
+// none.
+void makeFolders(const wchar_t* path) {
+    std::array<wchar_t, MAX_PATH> folder{L'\\'};
+    for (std::size_t i = 0; path[i] != L'\0' && i + 2 < folder.size(); ++i) {
+        if (path[i] == L'\\') {
+            CreateDirectoryW(folder.data(), nullptr);
+        }
+        folder[i + 1] = path[i];
     }
 }
 
@@ -43,7 +50,7 @@ void PlayerUnit::SetUp() {
     // A file that was played may be open for a moment longer, so no test writes over another's.
     static int tests = 0;
     folder_ = L"SDMMCDisk\\" + std::to_wstring(++tests);
-    makeFolders(folder_ + L"\\");
+    makeFolders((folder_ + L"\\").c_str());
     if (appState.mainWindow == nullptr) {
         openPlayerWindow();
     }
