@@ -18,27 +18,36 @@ bool takeFlag(Words& words, const char* option) {
     return std::erase(words, option) > 0;
 }
 
-int runVerb(Words words, const std::string& device) {
+// An error reaches the panel through the hub when the panel runs the command.
+void tell(const Unit& unit, const Outcome& told, bool panel) {
+    if (told.text.empty()) {
+        return;
+    }
+    std::string answer;
+    std::fprintf(told.good ? stdout : stderr, "%s%s\n",
+                 told.good ? "" : "headunit: ", told.text.c_str());
+    if (panel && !told.good) {
+        ask(unit, {"refused", told.text}, answer);
+    }
+}
+
+int runVerb(Words words, const std::string& device, bool panel) {
     const Verb* verb = findVerb(words[0]);
     if (verb != nullptr && takeFlag(words, "--help")) {
         std::fputs(helpOf(*verb).c_str(), stdout);
         return 0;
     }
-    // The panel has one pipe for all that a verb says.
-    FILE* const errors = takeFlag(words, "--errors-on-output") ? stdout : stderr;
     std::string why;
     const Deed deed = parseDeed(words, why);
-    const Outcome told =
-        deed.run ? perform(deed, {fs::absolute(device).lexically_normal()}) : failed(why);
-    if (!told.text.empty()) {
-        std::fprintf(told.good ? stdout : errors, "%s%s\n",
-                     told.good ? "" : "headunit: ", told.text.c_str());
-    }
+    const Unit unit{fs::absolute(device).lexically_normal()};
+    const Outcome told = deed.run ? perform(deed, unit) : failed(why);
+    tell(unit, told, panel);
     return deed.run ? (told.good ? 0 : static_cast<int>(told.exit)) : 2;
 }
 
 int runCommand(Words words) {
     std::string device = (projectRoot() / "out" / "device").string();
+    const bool panel = takeFlag(words, "--tell-panel");
     for (auto word = words.begin(); word != words.end(); ++word) {
         if (*word == "--device") {
             if (word + 1 == words.end()) {
@@ -66,7 +75,7 @@ int runCommand(Words words) {
         }
         return 0;
     }
-    return runVerb(std::move(words), device);
+    return runVerb(std::move(words), device, panel);
 }
 
 }  // namespace

@@ -12,36 +12,13 @@ namespace {
 
 constexpr UINT_PTR kTimer = 1;
 constexpr UINT kTimerMilliseconds = 200;
-constexpr UINT kSaid = WM_APP + 2;  // lParam: a std::wstring that a command said, now the panel's
+constexpr UINT kRefused = WM_APP + 2;  // lParam: a std::wstring of why, now the panel's
+constexpr wchar_t kClass[] = L"headunit.panel";
 
 std::wstring environmentText(const wchar_t* name) {
     wchar_t text[1024] = {};
     const DWORD length = GetEnvironmentVariableW(name, text, 1024);
     return length < 1024 ? text : L"";
-}
-
-struct Listener {
-    HWND panel;
-    HANDLE pipe;
-};
-
-// What the command says: nothing when all went well.
-DWORD WINAPI listenThread(LPVOID parameter) {
-    const std::unique_ptr<Listener> listener(static_cast<Listener*>(parameter));
-    std::string said;
-    char bytes[512];
-    DWORD count = 0;
-    while (ReadFile(listener->pipe, bytes, sizeof(bytes), &count, nullptr) && count > 0) {
-        said.append(bytes, count);
-    }
-    CloseHandle(listener->pipe);
-    if (!said.empty()) {
-        auto text = std::make_unique<std::wstring>(wide(said));
-        if (PostMessageW(listener->panel, kSaid, 0, reinterpret_cast<LPARAM>(text.get()))) {
-            text.release();
-        }
-    }
-    return 0;
 }
 
 // The words of a button's verb, with what the named controls hold.
@@ -145,7 +122,7 @@ LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM 
         case WM_NOTIFY:
             onNotify(panel, *reinterpret_cast<const NMHDR*>(lParam));
             return 0;
-        case kSaid: {
+        case kRefused: {
             const std::unique_ptr<std::wstring> text(reinterpret_cast<std::wstring*>(lParam));
             showBox(panel, *text, L"Refused");
             return 0;
@@ -172,36 +149,31 @@ void runHeadunit(HWND panel, const Words& words) {
         c = c == L'/' ? L'\\' : c;
     }
     std::wstring line =
-        L"headunit --errors-on-output --device \"" + environmentText(L"HEADUNIT_DEVICE") + L"\"";
+        L"headunit --tell-panel --device \"" + environmentText(L"HEADUNIT_DEVICE") + L"\"";
     for (const std::string& word : words) {
         line += L" \"" + wide(word) + L"\"";
     }
-    HANDLE read = nullptr;
-    HANDLE write = nullptr;
-    SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
-    if (!CreatePipe(&read, &write, &inherit, 0)) {
-        return;
-    }
-    SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
     STARTUPINFOW start = {};
     start.cb = sizeof(start);
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = write;
     PROCESS_INFORMATION process = {};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                       &start, &process)) {
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-    }
-    CloseHandle(write);
-    auto listener = std::make_unique<Listener>(Listener{panel, read});
-    const HANDLE thread = CreateThread(nullptr, 0, &listenThread, listener.get(), 0, nullptr);
-    if (thread == nullptr) {
-        CloseHandle(read);
+    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &start, &process)) {
+        showBox(panel, L"Wine could not start " + program, L"Refused");
         return;
     }
-    listener.release();
-    CloseHandle(thread);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+}
+
+bool tellPanel(const std::string& why) {
+    const HWND panel = FindWindowW(kClass, nullptr);
+    auto text = std::make_unique<std::wstring>(wide(why));
+    if (panel == nullptr ||
+        !PostMessageW(panel, kRefused, 0, reinterpret_cast<LPARAM>(text.get()))) {
+        return false;
+    }
+    text.release();
+    return true;
 }
 
 HWND openPanel(HINSTANCE instance, int width) {
@@ -210,7 +182,7 @@ HWND openPanel(HINSTANCE instance, int width) {
     description.hInstance = instance;
     description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
     description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-    description.lpszClassName = L"headunit.panel";
+    description.lpszClassName = kClass;
     RegisterClassW(&description);
     const HWND panel = CreateWindowExW(WS_EX_CONTROLPARENT, description.lpszClassName, L"Head unit",
                                        WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, kPanelLeft, 0,

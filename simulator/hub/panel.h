@@ -19,6 +19,10 @@ inline constexpr wchar_t kPanelFace[] = L"NanumGothicCoding";  // its backslash 
 // Opens the panel right of the screen, `width` pixels wide. Null when the window cannot be made.
 HWND openPanel(HINSTANCE instance, int width);
 
+// From any thread: a box over the panel shall say why a command that the panel ran was refused,
+// UTF-8. False without a panel.
+bool tellPanel(const std::string& why);
+
 // To be asked before a message is dispatched: true when it was a key of the panel.
 bool translatePanelKey(HWND panel, MSG& message);
 
@@ -72,7 +76,8 @@ std::wstring textOf(HWND panel, int control);
 
 // --- panel.cpp ---
 
-// Starts `headunit` with these words for this unit; returns at once. When it fails a box says why.
+// Starts `headunit` with these words for this unit; returns at once. When it is refused it asks the
+// hub for tellPanel(): Wine hands no pipe on to a program of the PC.
 void runHeadunit(HWND panel, const Words& words);
 
 // --- panel_box.cpp: the panel's dialogs stand over it, where the player's window never comes ---

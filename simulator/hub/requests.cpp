@@ -4,6 +4,7 @@
 #include "catalogue/folder_listing.h"
 #include "platform/text.h"
 #include "platform/wide.h"
+#include "simulator/hub/panel.h"
 #include "simulator/hub/requests.h"
 #include "simulator/processes/peer.h"
 #include "simulator/tape/faults.h"
@@ -169,6 +170,11 @@ Answer note(const Words& words) {
     return {};
 }
 
+// refused WHY: what a command that the panel ran says on its standard error
+Answer refused(const Words& words) {
+    return tellPanel(words[1]) ? Answer() : failed("the unit has no panel");
+}
+
 Answer ping(const Words&) {
     return {};
 }
@@ -258,7 +264,7 @@ constexpr Request kRequests[] = {
     {"state", 1, &stateRequest}, {"shutdown", 1, &askExit},  {"kill", 2, &killProgram},
     {"running", 2, &running},    {"await", 3, &awaitWindow}, {"quit", 1, &quit},
     {"cut", 1, &cutPowerNow},    {"power", 1, &powerOn},     {"close", 1, &closePlayer},
-    {"settle", 2, &settle},      {"taken", 2, &taken},
+    {"settle", 2, &settle},      {"taken", 2, &taken},       {"refused", 2, &refused},
 };
 
 }  // namespace
