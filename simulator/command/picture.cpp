@@ -133,7 +133,9 @@ int judgeFullWidthMode(const Unit& unit, const Picture& picture) {
     readPicture(skin / "C/list_bg.bmp", list);
     readPicture(skin / "A/video_bg_control.bmp", bar);
     readPicture(skin / "A/movie.bmp", background);
-    if (likeness(picture, cut(list, kList), kList) > kAlike) {
+    // Where there is no picture both backgrounds are dark: the one that is more like it shows.
+    const double asList = likeness(picture, cut(list, kList), kList);
+    if (asList > kAlike && asList > likeness(picture, cut(background, kList), kList)) {
         return 2;
     }
     const double asBar = likeness(picture, bar, kBar);

@@ -1,12 +1,14 @@
 // What is done to the unit while it runs: messages, keys, speed, boxes, faults.
+#include <limits>
+
 #include "simulator/command/verbs.h"
 #include "simulator/shared/fault_names.h"
 
 namespace headunit {
 namespace {
 
-constexpr long long kWord =
-    0xFFFFFFFF;                      // wParam and lParam are 32-bit values, with or without sign
+// The simulated unit's wParam and lParam have 64 bits, the unit's own 32.
+constexpr long long kWord = std::numeric_limits<long long>::max();
 constexpr long long kFastest = 400;  // km/h
 
 struct Named {

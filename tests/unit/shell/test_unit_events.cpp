@@ -35,7 +35,7 @@ TEST_F(UnitEvents, UsbSlotsStandBehindTheCards) {
     ASSERT_EQ(appState.persisted.playState, settings::kPlaying);
     send(kUsb, 0, 0);
     send(kUsb, 0, 2);
-    send(kUsb, 0, std::numeric_limits<std::int64_t>::max());
+    send(kUsb, 0, std::numeric_limits<platform::LParam>::max());
     EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
     send(kUsb, 0, 1);
     EXPECT_EQ(appState.persisted.playState, settings::kStopped);
