@@ -124,7 +124,15 @@ int CFilterControl::SetVolume(int index) {
 }
 
 std::int32_t CFilterControl::GetEvent(long& code, std::intptr_t& param1, std::intptr_t& param2) {
-    return held().events ? held().events->GetEvent(&code, &param1, &param2, 0) : E_FAIL;
+    if (!held().events) {
+        return E_FAIL;
+    }
+    LONG_PTR first = 0;
+    LONG_PTR second = 0;
+    const HRESULT result = held().events->GetEvent(&code, &first, &second, 0);
+    param1 = first;
+    param2 = second;
+    return result;
 }
 
 std::int32_t CFilterControl::FreeEvent(long code, std::intptr_t param1, std::intptr_t param2) {
