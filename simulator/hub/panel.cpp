@@ -127,6 +127,9 @@ LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM 
             showBox(panel, *text, L"Refused");
             return 0;
         }
+        case WM_ACTIVATE:
+            onActivate(panel, LOWORD(wParam) != WA_INACTIVE);
+            return 0;
         case WM_CLOSE:
             return 0;
         default:
@@ -190,6 +193,7 @@ HWND openPanel(HINSTANCE instance, int width) {
     if (panel != nullptr) {
         createControls(panel, width);
         chosen(panel, kMessageChoice);
+        takeKeyboard(panel, instance);
         SetTimer(panel, kTimer, kTimerMilliseconds, nullptr);
     }
     return panel;

@@ -87,6 +87,13 @@ void showBox(HWND panel, const std::wstring& text, const wchar_t* title);
 // Moves a dialog of the panel there.
 void placeOverPanel(HWND panel, HWND dialog);
 
+// --- panel_keyboard.cpp ---
+
+// From now on every key of the PC goes to the panel, or to its box, whichever window is in front.
+void takeKeyboard(HWND panel, HINSTANCE instance);
+// The control that had the keyboard gets it back with the panel.
+void onActivate(HWND panel, bool active);
+
 // --- panel_storage.cpp: the slots ---
 
 // Puts the folder that the chosen slot shows into its field; unless `always`, only when it has
