@@ -1,7 +1,7 @@
 // The sign that tells the driver to wait: a ring of eight dots that turns in the middle of the
-// picture, between the bars of the player's screen. A window of its own, above all others, that takes neither touches
-// nor the focus and that no message of the unit is meant for. The calling thread's message loop
-// turns it. Windows only.
+// picture, between the bars of the player's screen. A window of its own, above all others, that
+// takes neither touches nor the focus and that no message of the unit is meant for. The calling
+// thread's message loop turns it. Windows only.
 #pragma once
 
 namespace sign {

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
 #include "catalogue/folder_listing.h"
+#include "platform/text.h"
 #include "recorders.h"
 #include "ui/paint.h"
 #include "ui/title_text.h"
