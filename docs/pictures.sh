@@ -58,7 +58,8 @@ number=0
 for screen in "${screens[@]}"; do
     name=$(basename "$screen" .png)
     left=$((number % 2 * 812 + 6))
-    top=$((number / 2 * 492 + 6))
+    row=$((number / 2))
+    top=$((row * 492 + 6))
     "$convert" "$docs/skin-screens.png" -crop "800x480+$left+$top" +repage "$out/kept.png"
     case $name in
     *full*) video=0,55,799,328 ;;

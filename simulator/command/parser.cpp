@@ -71,7 +71,7 @@ Check between(long long least, long long most) {
     };
 }
 
-Check oneOf(std::string names, Check other) {
+Check oneOf(const std::string& names, Check other) {
     return [known = literals(names), other](const std::string& word) {
         if (std::ranges::find(known, word) != known.end()) {
             return std::string();

@@ -20,7 +20,7 @@ using Check = std::function<std::string(const std::string& word)>;
 // A whole number, decimal or 0x; both ends included.
 Check between(long long least, long long most);
 // One of the lower-case words of "a|b|KMH"; another one only when `other` takes it.
-Check oneOf(std::string names, Check other = nullptr);
+Check oneOf(const std::string& names, Check other = nullptr);
 Check endingIn(std::string extension);
 // The number of a word that a check has taken.
 long long number(const std::string& word);

@@ -86,8 +86,7 @@ void begin() {
     DeleteFileW(kTapeFile);
 }
 
-Line::Line(const char* kind) {
-    line_ = "{\"ms\": " + std::to_string(milliseconds());
+Line::Line(const char* kind) : line_("{\"ms\": " + std::to_string(milliseconds())) {
     put("kind", headunit::Json(kind));
 }
 
