@@ -151,10 +151,12 @@ void destroyWindow(Window) {
 
 void setTimer(Window, std::uintptr_t id, std::uint32_t milliseconds) {
     note("timer %d %u", static_cast<int>(id), milliseconds);
+    unit().timers[id] = {milliseconds, unit().milliseconds + milliseconds};
 }
 
 void killTimer(Window, std::uintptr_t id) {
     note("kill %d", static_cast<int>(id));
+    unit().timers.erase(id);
 }
 
 void capturePointer(Window) {

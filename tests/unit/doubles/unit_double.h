@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -36,6 +37,12 @@ struct UnitDouble {
         platform::LParam lParam;
     };
     std::vector<Posted> posted;
+
+    // The timers of the player's window that run; nothing rings them but a test.
+    struct Timer {
+        std::uint32_t period, due;  // milliseconds, the second as the unit's clock counts them
+    };
+    std::map<std::uintptr_t, Timer> timers;
 };
 
 // The unit of the test that runs; begun anew by freshUnit().

@@ -1,5 +1,6 @@
 #include "tests/unit/shell/shell_unit.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "shell/message_table.h"
@@ -55,6 +56,26 @@ std::string ShellUnit::touch(std::uint32_t message, std::int32_t x, std::int32_t
     return lines(message, 1,
                  static_cast<platform::LParam>(static_cast<std::uint32_t>(y & 0xFFFF) << 16 |
                                                static_cast<std::uint32_t>(x & 0xFFFF)));
+}
+
+void ShellUnit::pass(std::uint32_t milliseconds) {
+    const std::uint32_t end = unit().milliseconds + milliseconds;
+    for (bool rings = true; rings;) {
+        const auto next = std::min_element(
+            unit().timers.begin(), unit().timers.end(),
+            [](const auto& a, const auto& b) { return a.second.due < b.second.due; });
+        rings = next != unit().timers.end() && next->second.due <= end;
+        const std::uint32_t now = rings ? next->second.due : end;
+        if (appState.persisted.playState == settings::kPlaying) {
+            theGraph().position += (now - unit().milliseconds) / 1000.0;
+        }
+        unit().milliseconds = now;
+        if (rings) {
+            next->second.due += next->second.period;
+            send(platform::kTimerMessage, next->first);
+        }
+    }
+    taken();
 }
 
 void ShellUnit::handlePosted() {

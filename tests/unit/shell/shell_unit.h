@@ -26,6 +26,10 @@ protected:
     static std::string tick(platform::WParam timer);
     static std::string touch(std::uint32_t message, std::int32_t x, std::int32_t y);
 
+    // Lets time go by: the timers that run ring in the order of their times, and what plays goes
+    // on. Nothing is written down of it.
+    static void pass(std::uint32_t milliseconds);
+
     // Handles what the player has posted to itself, until nothing is left.
     static void handlePosted();
 
