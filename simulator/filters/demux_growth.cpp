@@ -9,6 +9,7 @@
 
 #include "simulator/filters/demux_filter.h"
 #include "simulator/filters/faults.h"
+#include "simulator/filters/watched_call.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
@@ -23,6 +24,9 @@ constexpr LONGLONG kLeadIn = 2 * 10'000'000LL;
 constexpr DWORD kSplitterLost = 2;  // value of the fault ReopenFails
 
 constexpr LONG kNextFileEvent = 33769;
+
+// What the receivers may take to play out what they have.
+constexpr Patience kEndPatience = {.quiet = 1000, .failed = 500, .longest = 1500, .whole = 1500};
 
 }  // namespace
 
@@ -86,10 +90,22 @@ void DemuxFilter::endHere(FILTER_STATE state) {
 }
 
 void DemuxFilter::endStreams(FILTER_STATE state) {
+    std::vector<ComPtr<IPin>> receivers;
     for (const auto& stream : streams_) {
         stream->stayAlone();
-        stream->end();
+        if (stream->receiver()) {
+            receivers.emplace_back(stream->receiver());
+        }
     }
+    // On a thread of the streams: the system's sound renderer stays in this call until it has
+    // played out, and now and then misses that and stays until it is stopped.
+    callWatched(
+        [receivers] {
+            for (const ComPtr<IPin>& receiver : receivers) {
+                receiver.Get()->EndOfStream();
+            }
+        },
+        reader_.activity(), kEndPatience);
     over_ = !reader_.activity().failed;  // a failed read the player knows of
     if (state == State_Running) {
         tellOver();

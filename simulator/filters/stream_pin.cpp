@@ -90,12 +90,6 @@ void StreamPin::stayAlone() {
     endKept_ = false;
 }
 
-void StreamPin::end() {
-    if (receiver_) {
-        receiver_.Get()->EndOfStream();
-    }
-}
-
 HRESULT StreamPin::ConnectedTo(IPin** peer) {
     if (!peer) {
         return E_POINTER;

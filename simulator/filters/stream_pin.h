@@ -41,8 +41,6 @@ public:
     // take up: only what ends the stream works from now on, and nothing of the splitter comes
     // through any more.
     void stayAlone();
-    // Tells the receiver that the stream has ended.
-    void end();
     // For samples from now on: what is added to their times, and the time before which they are
     // left out (while an offset is set), 100 ns.
     void setOffset(LONGLONG offset, LONGLONG first);
