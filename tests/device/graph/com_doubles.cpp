@@ -9,15 +9,6 @@
 namespace test {
 namespace {
 
-HRESULT makeRealGraph(REFIID iid, void** object) {
-    using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
-    const auto getClassObject = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"quartz.dll"), "DllGetClassObject")));
-    platform::ComPtr<IClassFactory> factory;
-    const HRESULT result = getClassObject(CLSID_FilterGraph, IID_IClassFactory, factory.outVoid());
-    return SUCCEEDED(result) ? factory->CreateInstance(nullptr, iid, object) : result;
-}
-
 // Hands everything on to a real graph but what the plan says.
 class PlannedGraph final : public IGraphBuilder {
 public:
@@ -34,6 +25,12 @@ public:
         if (plan_.withoutMediaControl && IsEqualIID(iid, IID_IMediaControl)) {
             *object = nullptr;
             return E_NOINTERFACE;
+        }
+        if (plan_.answers) {
+            const HRESULT answer = plan_.answers(iid, object);
+            if (answer != E_NOINTERFACE) {
+                return answer;
+            }
         }
         return real_->QueryInterface(iid, object);
     }
@@ -76,7 +73,9 @@ public:
     HRESULT STDMETHODCALLTYPE Connect(IPin* out, IPin* in) override {
         return real_->Connect(out, in);
     }
-    HRESULT STDMETHODCALLTYPE Render(IPin* out) override { return real_->Render(out); }
+    HRESULT STDMETHODCALLTYPE Render(IPin* out) override {
+        return plan_.rendersAnyPin ? S_OK : real_->Render(out);
+    }
     HRESULT STDMETHODCALLTYPE RenderFile(LPCWSTR path, LPCWSTR playList) override {
         const HRESULT result = real_->RenderFile(path, playList);
         if (SUCCEEDED(result) && plan_.joining != nullptr) {
@@ -119,6 +118,15 @@ public:
 
 }  // namespace
 
+HRESULT makeRealGraph(REFIID iid, void** object) {
+    using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
+    const auto getClassObject = reinterpret_cast<GetClassObject>(
+        reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"quartz.dll"), "DllGetClassObject")));
+    platform::ComPtr<IClassFactory> factory;
+    const HRESULT result = getClassObject(CLSID_FilterGraph, IID_IClassFactory, factory.outVoid());
+    return SUCCEEDED(result) ? factory->CreateInstance(nullptr, iid, object) : result;
+}
+
 CreatedClass::CreatedClass(REFCLSID classId, Make make) : make_(std::move(make)) {
     CoRegisterClassObject(classId, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
 }
@@ -143,7 +151,7 @@ HRESULT NotingFilter::QueryInterface(REFIID iid, void** object) {
         const IID* iid;
         void* object;
     };
-    const std::array<Row, 8> vendorRows = {{
+    const std::array<Row, 9> vendorRows = {{
         {&vendor::kOwnerWindow, static_cast<vendor::OwnerWindow*>(this)},
         {&vendor::kFilterStatus, static_cast<vendor::FilterStatus*>(this)},
         {&vendor::kStartOption1, static_cast<vendor::StartOption*>(this)},
@@ -152,6 +160,7 @@ HRESULT NotingFilter::QueryInterface(REFIID iid, void** object) {
         {&vendor::kChromaKey, static_cast<vendor::ChromaKey*>(this)},
         {&vendor::kVideoRenderSwitch, static_cast<vendor::VideoRenderSwitch*>(this)},
         {&vendor::kCaptionParserControl, static_cast<vendor::CaptionParserControl*>(this)},
+        {&vendor::kCaptionRendererStyle, static_cast<vendor::CaptionRendererStyle*>(this)},
     }};
     *object = nullptr;
     if (clock && IsEqualIID(iid, IID_IReferenceClock)) {
@@ -284,6 +293,13 @@ HRESULT NotingFilter::setDuration(double seconds) {
 
 HRESULT NotingFilter::setPosition(DWORD a, DWORD b) {
     return note("position %lu %lu", a, b);
+}
+
+HRESULT NotingFilter::setStyle(const wchar_t* face, const vendor::CaptionStyle* style,
+                               DWORD visible) {
+    return note("style %ls %lu %lu %lu %lu %lu %lu %lu visible %lu", face, style->height,
+                style->weight, style->textColour, style->outlineColour, style->outlineWidth,
+                style->bottomMargin, style->alignment, visible);
 }
 
 GraphDouble::GraphDouble(GraphPlan plan)

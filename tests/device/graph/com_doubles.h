@@ -43,7 +43,8 @@ class NotingFilter : public IBaseFilter,
                      public vendor::AudioStreamSelection,
                      public vendor::ChromaKey,
                      public vendor::VideoRenderSwitch,
-                     public vendor::CaptionParserControl {
+                     public vendor::CaptionParserControl,
+                     public vendor::CaptionRendererStyle {
 public:
     explicit NotingFilter(std::vector<IID> offeredInterfaces = {})
         : offered(std::move(offeredInterfaces)) {}
@@ -90,6 +91,8 @@ public:
     HRESULT STDMETHODCALLTYPE setSubtitleType(DWORD type) override;
     HRESULT STDMETHODCALLTYPE setDuration(double seconds) override;
     HRESULT STDMETHODCALLTYPE setPosition(DWORD a, DWORD b) override;
+    HRESULT STDMETHODCALLTYPE setStyle(const wchar_t* face, const vendor::CaptionStyle* style,
+                                       DWORD visible) override;
 
 private:
     HRESULT note(const char* format, ...);
@@ -98,9 +101,16 @@ private:
     std::wstring name_;
 };
 
+// What CoCreateInstance gives for CLSID_FilterGraph where nothing answers in its place.
+HRESULT makeRealGraph(REFIID iid, void** object);
+
 // The graph that is created next is a real one behind this.
 struct GraphPlan {
+    // Asked before the real graph for an interface; answers E_NOINTERFACE where it should go on to
+    // that, anything else is the answer.
+    std::function<HRESULT(REFIID iid, void** object)> answers = {};
     bool withoutMediaControl = false;
+    bool rendersAnyPin = false;     // nothing is connected to the pin
     std::wstring refusedName = {};  // a filter of this name cannot be added
     // Joins under its name once the file is rendered; the graph's walks meet it first, and by that
     // name no other filter is found.

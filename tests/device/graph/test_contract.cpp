@@ -138,7 +138,10 @@ TEST_F(Contract, PlayerCallsTheMethodsByTheirNumbers) {
     const wchar_t* const demux = L"TCC CDK Demux Filter";
     expectCalls(told(kDemuxValues, demux, nullptr), {"method 1", "method 2"});
     expectCalls(told(kDemuxOptions, demux, nullptr), {"method 1"});
-    expectCalls(told(kDemuxOptions, demux, [this] { control_.SetDemuxOption(1); }), {"method 2 1"});
+    for (const std::uint32_t option : {0u, 1u}) {
+        expectCalls(told(kDemuxOptions, demux, [&] { control_.SetDemuxOption(option); }),
+                    {"method 2 " + std::to_string(option)});
+    }
     expectCalls(told(kAudioStreams, L"any", nullptr), {"method 1", "method 2"});
 }
 

@@ -168,6 +168,30 @@ TEST_F(Vendor, CaptionParserIsToldTheTypeAndTheDuration) {
     }
 }
 
+TEST_F(Vendor, CaptionRendererIsToldFaceStyleAndVisibility) {
+    const vendor::CaptionStyle style = {.height = 24,
+                                        .weight = 700,
+                                        .textColour = 0x112233,
+                                        .outlineColour = 0x445566,
+                                        .outlineWidth = 3,
+                                        .bottomMargin = 40,
+                                        .alignment = 2};
+    NotingFilter& renderer = noting({vendor::kCaptionRendererStyle});
+    const CreatedClass created(
+        vendor::kCaptionRendererClass,
+        [&renderer](REFIID iid, void** object) { return renderer.QueryInterface(iid, object); });
+    const GraphDouble graph({.rendersAnyPin = true});
+    control_.SetCaptionStyle(style, 1);  // no captions yet
+    EXPECT_EQ(build(L"captions.mp4"), kGraphBuilt);
+    EXPECT_EQ(renderer.calls, Calls{});
+    control_.SetCaptionStyle(style, 1);
+    control_.SetCaptionStyle(style, 0);
+    EXPECT_EQ(renderer.calls, (Calls{"style arial 24 700 1122867 4478310 3 40 2 visible 1",
+                                     "style arial 24 700 1122867 4478310 3 40 2 visible 0"}));
+    takeApart();
+    EXPECT_EQ(renderer.references, 1u);
+}
+
 TEST_F(Vendor, GraphThatCannotBeCreatedIsToldInABoxThenPrinted) {
     const CreatedClass created(CLSID_FilterGraph,
                                [](REFIID, void**) -> HRESULT { return E_ACCESSDENIED; });
