@@ -41,42 +41,54 @@ done < <(grep -v '^#' "$root/skin/manifest.txt")
     "$to/skin-sheet.png"
 [ "$to" != "$docs" ] || { echo "pictures: taken"; exit 0; }
 
-# off KEPT NEW CROP LIMIT FUZZ NAME: at most LIMIT of the part's pixels may differ by more than FUZZ.
+# off KEPT NEW LIMIT FUZZ NAME: more than LIMIT pixels differ, each by more than FUZZ.
 outdated=0
 off() {
     local count
-    count=$("$convert" \( "$1" -crop "$3" +repage \) \( "$2" -crop "$3" +repage \) -fuzz "$5" \
-        -metric AE -format '%[distortion]' -compare info: 2>&1) || true
-    if ! awk -v n="$count" -v limit="$4" 'BEGIN { exit !(n ~ /^[0-9.e+]+$/ && n <= limit) }'; then
-        echo "pictures: $6 is out of date: $count pixels of $3 differ"
+    count=$("$convert" "$1" "$2" -fuzz "$4" -metric AE -format '%[distortion]' -compare info: 2>&1) ||
+        true
+    if ! awk -v n="$count" -v limit="$3" 'BEGIN { exit !(n ~ /^[0-9.e+]+$/ && n <= limit) }'; then
+        echo "pictures: $5 is out of date: $count pixels differ"
         outdated=1
     fi
 }
-# All but the clock and the moving picture has to be what is kept; letters may be smoothed otherwise
-# on another machine. What moves is another moment of the same road.
+# What moves, as rectangles left,top right,bottom: the recording, the clock, the position.
+clock=607,10,720,45
+full="$clock 0,55,799,328 202,388,636,411 632,380,799,404"
+moving() {
+    case $1 in
+    *full-blocked) echo "$clock 202,388,636,411 632,380,799,404" ;;
+    *full*) echo "$full" ;;
+    *slide*) echo 0,65,799,479 0,0,179,64 620,0,799,64 ;;
+    *half*) echo 400,60,799,319 408,328,655,350 651,321,799,339 ;;
+    esac
+}
+# still PICTURE NAME OUT: without what moves.
+still() {
+    local cover=() part
+    for part in $(moving "$2"); do
+        cover+=(-draw "rectangle ${part%,*,*} ${part#*,*,}")
+    done
+    "$convert" "$1" -fill black "${cover[@]}" "$3"
+}
+# Whatever stands still has to be what is kept, to the pixel; what moves may be another moment of the
+# same road.
+same() { # KEPT NEW NAME WHERE
+    still "$1" "$3" "$out/kept-still.png"
+    still "$2" "$3" "$out/new-still.png"
+    off "$out/kept-still.png" "$out/new-still.png" 0 0 "$4"
+    off "$1" "$2" 60000 30% "$4"
+}
 number=0
 for screen in "${screens[@]}"; do
     name=$(basename "$screen" .png)
-    left=$((number % 2 * 812 + 6))
     row=$((number / 2))
-    top=$((row * 492 + 6))
-    "$convert" "$docs/skin-screens.png" -crop "800x480+$left+$top" +repage "$out/kept.png"
-    case $name in
-    *full*) video=0,55,799,328 ;;
-    *slide*) video=0,66,799,479 ;;
-    *half*) video=400,60,799,319 ;;
-    *) video=0,0,0,0 ;;
-    esac
-    for picture in "$out/kept.png" "$screen"; do
-        "$convert" "$picture" -fill black -draw "rectangle ${video%,*,*} ${video#*,*,}" \
-            -draw 'rectangle 607,10 720,45' "$out/still-$(basename "$picture")"
-    done
-    off "$out/still-kept.png" "$out/still-$name.png" 800x480+0+0 1500 10% "skin-screens.png, $name"
-    off "$out/kept.png" "$screen" 800x480+0+0 60000 30% "skin-screens.png, $name"
+    place=$((number % 2 * 812 + 6))+$((row * 492 + 6))
+    "$convert" "$docs/skin-screens.png" -crop "800x480+$place" +repage "$out/kept.png"
+    same "$out/kept.png" "$screen" "$name" "skin-screens.png, $name"
     number=$((number + 1))
 done
-off "$docs/unit.png" "$out/new/unit.png" 800x141+0+339 1500 10% unit.png
-off "$docs/unit.png" "$out/new/unit.png" 800x480+0+0 60000 30% unit.png
-off "$docs/skin-sheet.png" "$out/new/skin-sheet.png" 3000x3000+0+0 600 10% skin-sheet.png
+same "$docs/unit.png" "$out/new/unit.png" 01-full-playing unit.png
+off "$docs/skin-sheet.png" "$out/new/skin-sheet.png" 0 0 skin-sheet.png
 [ "$outdated" = 0 ] || { echo "take them again: docs/pictures.sh"; exit 1; }
 echo "pictures: up to date"
