@@ -271,8 +271,9 @@ HRESULT NotingFilter::setRender(DWORD value) {
 
 HRESULT NotingFilter::setOutput(const vendor::VideoOutput* output) {
     const RECT& place = output->rectangle;
-    return note("output %ld %ld %ld %ld enabled %lu layer %lu", place.left, place.top, place.right,
-                place.bottom, output->enabled, output->layer);
+    return note("output %ld %ld %ld %ld mask %lx enabled %lu layer %lu%s", place.left, place.top,
+                place.right, place.bottom, output->colourKeyMask, output->enabled, output->layer,
+                output->repaint == 1 ? " repaint" : "");
 }
 
 HRESULT NotingFilter::setModeFlags(DWORD flags, DWORD aspectX, DWORD aspectY) {

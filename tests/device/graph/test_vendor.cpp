@@ -69,12 +69,14 @@ TEST_F(Vendor, RendererIsToldEverythingUnderEitherName) {
         control_.SetColourKey(0xF800F8);
         control_.SetChromakeySwitch(1);
         EXPECT_EQ(control_.SetModeFlag(1, 2, 300, 400), 1);
-        EXPECT_EQ(control_.PlaceOutput({801, 481, 10, 10, false, kBackLayer, false}), 1);
+        EXPECT_EQ(control_.PlaceOutput({801, 481, 10, 10, false, kBackLayer, true}), 1);
         control_.CurrentFrameResize();
         // The third value of the key is never passed on.
-        EXPECT_EQ(renderer.calls, (Calls{"render 12", "key 1 2 1", "key 248 0 248", "key switch 1",
-                                         "mode 1 4:3", "output 1 2 301 402 enabled 1 layer 36",
-                                         "output 801 481 811 491 enabled 0 layer 10", "redraw"}));
+        EXPECT_EQ(
+            renderer.calls,
+            (Calls{"render 12", "key 1 2 1", "key 248 0 248", "key switch 1", "mode 1 4:3",
+                   "output 1 2 301 402 mask ffffff enabled 1 layer 36",
+                   "output 801 481 811 491 mask ffffff enabled 0 layer 10 repaint", "redraw"}));
         takeApart();
         EXPECT_EQ(renderer.references, 1u);
     }
@@ -107,7 +109,8 @@ TEST_F(Vendor, NewGraphGetsTheStoredKeyAndItsFlag) {
         const GraphDouble graph({.joining = &renderer, .joiningName = L"TCC Video Renderer"});
         control_.setChromaKeyFlag(flag);
         EXPECT_EQ(build(L"sound.mp4"), kGraphBuilt);
-        Calls expected = {"mode 1 0:0", "output 0 0 800 480 enabled 1 layer 36", "key 5 6 5"};
+        Calls expected = {"mode 1 0:0", "output 0 0 800 480 mask ffffff enabled 1 layer 36",
+                          "key 5 6 5"};
         if (flag != 0) {
             expected.emplace_back("render 0");
         }
