@@ -23,7 +23,7 @@ def commands(page):
             fence = None if fence is not None else text[3:]
             continue
         indented = re.match(r" {4}(?! )", line) and fence is None
-        is_program = re.match(r"(\./|(out|tests|packaging|simulator|skin)/\S|cmake |git )", text)
+        is_program = re.match(r"(\./|(out|tests|packaging|simulator|skin)/\S|cmake |find |git )", text)
         if text and not text.startswith("#") and (fence == "sh" or indented and is_program):
             found.append((number, re.split(r" {3,}| +# ", text)[0]))
     return found
