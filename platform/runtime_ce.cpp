@@ -28,8 +28,7 @@ extern Function __CTOR_LIST__[];
 
 namespace {
 
-constexpr UINT kOutOfMemory = ERROR_NOT_ENOUGH_MEMORY;  // the program's exit value
-constexpr UINT kBroken = ERROR_INTERNAL_ERROR;
+constexpr UINT kBroken = ERROR_INTERNAL_ERROR;  // the program's exit value
 
 // The program ends at once: with one thread and no exceptions nobody is there to go on, and the
 // process manager starts it again.
@@ -111,6 +110,8 @@ extern "C" {
 _iobuf* (*__MINGW_IMP_SYMBOL(__acrt_iob_func))(unsigned) = &__acrt_iob_func;
 }
 
+// The player asks for memory in this form alone and looks at what it gets. The form that throws is
+// missing here: code that would need it does not link.
 const std::nothrow_t std::nothrow{};
 
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
@@ -119,18 +120,6 @@ void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
 
 void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
     return operator new(bytes, std::nothrow);
-}
-
-void* operator new(std::size_t bytes) {
-    void* const block = operator new(bytes, std::nothrow);
-    if (block == nullptr) {
-        end(L"movie: out of memory\r\n", kOutOfMemory);
-    }
-    return block;
-}
-
-void* operator new[](std::size_t bytes) {
-    return operator new(bytes);
 }
 
 void operator delete(void* block) noexcept {
@@ -149,27 +138,9 @@ void operator delete[](void* block, std::size_t) noexcept {
     free(block);
 }
 
-// What containers and strings call instead of going beyond their bounds.
+// What a text calls instead of going beyond its end.
 namespace std {
-
-void __throw_bad_alloc() {
-    end(L"movie: out of memory\r\n", kOutOfMemory);
-}
-
-void __throw_bad_array_new_length() {
-    end(L"movie: out of memory\r\n", kOutOfMemory);
-}
-
-void __throw_length_error(const char*) {
-    end(L"movie: a text or list is too long\r\n", kBroken);
-}
-
-void __throw_logic_error(const char*) {
-    end(L"movie: a text is missing\r\n", kBroken);
-}
-
 void __throw_out_of_range_fmt(const char*, ...) {
     end(L"movie: a place beyond the end of a text\r\n", kBroken);
 }
-
 }  // namespace std

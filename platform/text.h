@@ -24,7 +24,8 @@ std::size_t decodeText(CodePage codePage, std::span<const std::uint8_t> bytes,
 // a character.
 std::size_t encodeUtf8(std::u16string_view text, std::span<char> out);
 
-// Whole strings between UTF-8 and UTF-16; malformed input gives U+FFFD.
+// Whole strings between UTF-8 and UTF-16; malformed input gives U+FFFD. For tools and tests: the
+// player's program has no memory that throws.
 std::string toUtf8(std::u16string_view text);
 std::u16string toUtf16(std::string_view text);
 

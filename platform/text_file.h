@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <initializer_list>
 #include <string_view>
 
 namespace platform {
@@ -30,8 +31,10 @@ private:
     std::FILE* file_;
 };
 
-// Replaces the file with `text`; false when it could not be written in full. The file is empty from
-// its opening until its text goes out, in one piece and without a pause between.
-[[nodiscard]] bool writeTextFile(const char16_t* path, std::u16string_view text);
+// Replaces the file with `parts`, one behind the other; false when they could not be written in
+// full. The file is empty from its opening until its text goes out, in one piece and without a
+// pause between.
+[[nodiscard]] bool writeTextFile(const char16_t* path,
+                                 std::initializer_list<std::u16string_view> parts);
 
 }  // namespace platform

@@ -30,14 +30,15 @@ bool TextReader::next(char16_t& character) {
     return read != EOF;
 }
 
-bool writeTextFile(const char16_t* path, std::u16string_view text) {
+bool writeTextFile(const char16_t* path, std::initializer_list<std::u16string_view> parts) {
     std::string bytes;
-    bytes.reserve(text.size() + text.size() / 16);
-    for (const char16_t character : text) {
-        if (character == u'\n') {
-            bytes += '\r';
+    for (const std::u16string_view part : parts) {
+        for (const char16_t character : part) {
+            if (character == u'\n') {
+                bytes += '\r';
+            }
+            bytes += static_cast<char>(character & 0xFF);
         }
-        bytes += static_cast<char>(character & 0xFF);
     }
     std::FILE* const file = std::fopen(hostPath(path).c_str(), "w");
     if (file == nullptr) {

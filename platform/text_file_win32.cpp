@@ -22,7 +22,7 @@ bool TextReader::next(char16_t& character) {
     return read != WEOF;
 }
 
-bool writeTextFile(const char16_t* path, std::u16string_view text) {
+bool writeTextFile(const char16_t* path, std::initializer_list<std::u16string_view> parts) {
     std::FILE* const file = _wfopen(wide(path), L"wt");
     if (file == nullptr) {
         return false;
@@ -30,13 +30,16 @@ bool writeTextFile(const char16_t* path, std::u16string_view text) {
     // Room for all of it, so that it goes out with the one flush of the close. Without memory for
     // that it goes out in pieces.
     constexpr std::size_t kLongestCharacter = 2, kSmallestBuffer = 512;
-    std::setvbuf(file, nullptr, _IOFBF, std::max(text.size() * kLongestCharacter, kSmallestBuffer));
+    std::size_t characters = 0;
+    for (const std::u16string_view part : parts) {
+        characters += part.size();
+    }
+    std::setvbuf(file, nullptr, _IOFBF, std::max(characters * kLongestCharacter, kSmallestBuffer));
     bool written = true;
-    for (const char16_t character : text) {
-        if (std::fputwc(static_cast<wchar_t>(character), file) == WEOF) {
-            written = false;
-            break;
-        }
+    for (const std::u16string_view part : parts) {
+        written = written && std::ranges::all_of(part, [file](char16_t character) {
+                      return std::fputwc(static_cast<wchar_t>(character), file) != WEOF;
+                  });
     }
     return std::fclose(file) == 0 && written;
 }

@@ -5,15 +5,7 @@
 #include "platform/text_utf.h"
 
 namespace platform {
-namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-constexpr char32_t kMalformed = 0x110000;  // beyond the last code point
-constexpr char16_t kKeptByte = 0xDC00;     // plus the byte, 0x80 to 0xFF
-
-// Decodes one code point of UTF-8 (RFC 3629) at `position` and moves behind it; malformed input
-// gives kMalformed for the longest prefix that could have become a character, as Unicode advises to
-// replace it.
 char32_t nextCodePoint(std::string_view text, std::size_t& position) {
     const auto lead = static_cast<unsigned char>(text[position++]);
     if (lead < 0x80) {
@@ -54,7 +46,6 @@ char32_t nextCodePoint(std::string_view text, std::size_t& position) {
     return value;
 }
 
-// 1 to 4 bytes.
 std::size_t encodeUtf8(char32_t value, std::array<char, 4>& bytes) {
     const auto trailing = [value](int shift) {
         return static_cast<char>(0x80 | ((value >> shift) & 0x3F));
@@ -75,10 +66,7 @@ std::size_t encodeUtf8(char32_t value, std::array<char, 4>& bytes) {
     return 4;
 }
 
-void appendUtf8(std::string& out, char32_t value) {
-    std::array<char, 4> bytes{};
-    out.append(bytes.data(), encodeUtf8(value, bytes));
-}
+namespace {
 
 constexpr bool isHighSurrogate(char16_t unit) {
     return unit >= 0xD800 && unit <= 0xDBFF;
@@ -88,7 +76,8 @@ constexpr bool isLowSurrogate(char16_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// The code point at `position`, which moves behind it; half a pair alone is kMalformed.
+}  // namespace
+
 char32_t nextCodePoint(std::u16string_view text, std::size_t& position) {
     const char16_t unit = text[position++];
     if (!isHighSurrogate(unit) && !isLowSurrogate(unit)) {
@@ -112,54 +101,6 @@ std::size_t encodeUtf16(char32_t value, std::array<char16_t, 2>& units) {
     units[0] = static_cast<char16_t>(0xD800 + ((value - 0x10000) >> 10));
     units[1] = static_cast<char16_t>(0xDC00 + ((value - 0x10000) & 0x3FF));
     return 2;
-}
-
-}  // namespace
-
-std::string toUtf8(std::u16string_view text, Malformed malformed) {
-    std::string out(text.size(), '\0');
-    std::size_t ascii = 0;  // most names are nothing else
-    for (; ascii < text.size() && text[ascii] < 0x80; ++ascii) {
-        out[ascii] = static_cast<char>(text[ascii]);
-    }
-    out.resize(ascii);
-    for (std::size_t position = ascii; position < text.size();) {
-        const char16_t unit = text[position];
-        const char32_t value = nextCodePoint(text, position);
-        if (value == kMalformed && malformed == Malformed::Keep && unit >= kKeptByte + 0x80 &&
-            unit <= kKeptByte + 0xFF) {
-            out += static_cast<char>(unit - kKeptByte);
-        } else {
-            appendUtf8(out, value == kMalformed ? kReplacement : value);
-        }
-    }
-    return out;
-}
-
-std::u16string toUtf16(std::string_view text, Malformed malformed) {
-    std::u16string out;
-    out.reserve(text.size());
-    std::array<char16_t, 2> units{};
-    for (std::size_t position = 0; position < text.size();) {
-        const std::size_t start = position;
-        const char32_t value = nextCodePoint(text, position);
-        if (value == kMalformed && malformed == Malformed::Keep) {
-            for (const char byte : text.substr(start, position - start)) {
-                out += static_cast<char16_t>(kKeptByte + static_cast<unsigned char>(byte));
-            }
-        } else {
-            out.append(units.data(), encodeUtf16(value, units));
-        }
-    }
-    return out;
-}
-
-std::string toUtf8(std::u16string_view text) {
-    return toUtf8(text, Malformed::Replace);
-}
-
-std::u16string toUtf16(std::string_view text) {
-    return toUtf16(text, Malformed::Replace);
 }
 
 std::size_t encodeUtf8(std::u16string_view text, std::span<char> out) {

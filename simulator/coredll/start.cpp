@@ -41,12 +41,36 @@ wchar_t* argumentsOf(wchar_t* line) {
     return line;
 }
 
+// How deep the stack of the program's thread gets: what lies below the start is filled with a byte
+// that hardly anybody writes, and at the end it is looked how far down it is gone.
+constexpr std::size_t kWatchedStack = 512 * 1024;
+constexpr int kUntouched = 0xC5;
+const BYTE* watchedStack = nullptr;
+
+__attribute__((noinline)) void watchStack() {
+    void* const below = __builtin_alloca(kWatchedStack);
+    std::memset(below, kUntouched, kWatchedStack);
+    watchedStack = static_cast<const BYTE*>(below);
+    __asm__ volatile("" ::"r"(below) : "memory");
+}
+
+std::size_t usedStack() {
+    std::size_t untouched = 0;
+    while (untouched < kWatchedStack && watchedStack[untouched] == kUntouched) {
+        ++untouched;
+    }
+    return kWatchedStack - untouched;
+}
+
 void startAsUnit() {
     write(entryOfProgram, entryBytes.data());
     STARTUPINFOW start{};
     GetStartupInfoW(&start);
     const int show =
         (start.dwFlags & STARTF_USESHOWWINDOW) != 0 ? start.wShowWindow : SW_SHOWNORMAL;
+    if (coredll::setting(coredll::Setting::ReportMemory) != 0) {
+        watchStack();
+    }
     const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(entryOfProgram));
     const int result =
         entry(GetModuleHandleW(nullptr), nullptr, argumentsOf(GetCommandLineW()), show);
@@ -91,6 +115,9 @@ void reportMemory() {
     std::printf("[coredll] %lu allocations, heap %lu, at most %lu, bitmaps %lu, at most %lu\n",
                 use.allocations, use.heapBytes, use.mostHeapBytes, use.bitmapBytes,
                 use.mostBitmapBytes);
+    if (watchedStack != nullptr) {
+        std::printf("[coredll] stack at most %lu\n", static_cast<unsigned long>(usedStack()));
+    }
     std::fflush(stdout);
 }
 

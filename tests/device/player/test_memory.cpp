@@ -7,6 +7,7 @@
 #include "catalogue/catalogue.h"
 #include "platform/wide.h"
 #include "player/player.h"
+#include "settings/ini_store.h"
 #include "simulator/coredll/unit.h"
 #include "tests/device/player/unit.h"
 
@@ -184,6 +185,42 @@ TEST_F(NoMemory, APlayRequestPlaysOrIsRefused) {
     });
     play();
     EXPECT_EQ(settings::kPlaying, appState.persisted.playState);
+}
+
+std::string bytesOf(const std::wstring& path) {
+    std::string bytes(4096, '\0');
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    DWORD count = 0;
+    ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
+    CloseHandle(file);
+    bytes.resize(count);
+    return bytes;
+}
+
+void putBytes(const std::wstring& path, const std::string& bytes) {
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD count = 0;
+    EXPECT_TRUE(WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr));
+    CloseHandle(file);
+}
+
+TEST_F(NoMemory, SharedSettingsAreWrittenOrLeftAlone) {
+    const std::string before = "[TRIP]\r\nAppProgram=1\r\n[Other]\r\nKey=7\r\n";
+    const std::string after = "[TRIP]\r\nAppProgram=2\r\n[Other]\r\nKey=7\r\n";
+    const std::wstring path = L"\\" + folder_ + L"\\Config.ini";
+    const std::u16string name = platform::utf16(path.c_str());
+    putBytes(path, before);
+    int result = 0;
+    const auto write = [&name, &result] {
+        result = settings::writeIniInt(u"TRIP", u"AppProgram", 2, name.c_str());
+    };
+    failEach(write, [&](DWORD n) {
+        EXPECT_EQ(n == 0 ? 1 : result, result);
+        EXPECT_EQ(result == 1 ? after : before, bytesOf(path));
+        putBytes(path, before);
+    });
 }
 
 }  // namespace

@@ -91,9 +91,12 @@ bool TextReader::next(char16_t& character) {
     return read != EOF;
 }
 
-bool writeTextFile(const char16_t*, std::u16string_view text) {
+bool writeTextFile(const char16_t*, std::initializer_list<std::u16string_view> parts) {
     const std::size_t number = storage.written.size();
-    storage.written.emplace_back(text.begin(), text.end());
+    std::string& text = storage.written.emplace_back();
+    for (const std::u16string_view part : parts) {
+        text.append(part.begin(), part.end());
+    }
     return number >= storage.writesWork.size() || storage.writesWork[number];
 }
 

@@ -47,7 +47,7 @@ TEST_F(TextFile, IsWrittenInOnePiece) {
     text[5] = u'\n';
     ASSERT_GE(writeCalls(), 0);
     const long before = writeCalls();
-    EXPECT_TRUE(platform::writeTextFile(u"a.txt", text));
+    EXPECT_TRUE(platform::writeTextFile(u"a.txt", {text}));
     EXPECT_EQ(writeCalls() - before, 1);
     EXPECT_EQ(contents("a.txt").size(), 100001u);
     EXPECT_EQ(contents("a.txt").substr(0, 9), "xxxxx\r\nxx");
@@ -109,7 +109,7 @@ TEST_F(TextFile, KeepsWhatWasThereWhenTheNewTextHasNoRoom) {
     const std::string text = "[Sound]\r\nMUTE=1\r\n";
     put("Config.ini", text);
     const SmallStorage storage(text.size() + 3);
-    EXPECT_FALSE(platform::writeTextFile(u"other.txt", std::u16string(100, u'x')));
+    EXPECT_FALSE(platform::writeTextFile(u"other.txt", {std::u16string(100, u'x')}));
     EXPECT_EQ(settings::writeIniInt(u"MISC", u"DMB", 1, u"Config.ini"), 0);
     EXPECT_EQ(contents("Config.ini"), text);
 }
