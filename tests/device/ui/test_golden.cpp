@@ -4,10 +4,9 @@
 #include <vector>
 
 #include "catalogue/folder_listing.h"
+#include "golden.h"
 #include "picture.h"
 #include "scene.h"
-
-extern bool updateGolden;
 
 namespace {
 
@@ -176,27 +175,9 @@ std::vector<Scene> spoiltScenes() {
 }
 
 void expectGolden(const ui_test::Stage& stage, const Scene& scene) {
-    const int width = ui_test::widthOf(scene.screen);
-    const std::string narrow = scene.name;
-    const std::wstring name(narrow.begin(), narrow.end());
-    Picture actual, golden, difference;
+    Picture actual;
     stage.paint(scene, actual.device(), ui_test::wholeOf(scene.screen));
-    if (updateGolden) {
-        EXPECT_TRUE(actual.save(GOLDEN_FOLDER + name + L".png", width)) << scene.name;
-        return;
-    }
-    if (!golden.load(GOLDEN_FOLDER + name + L".png", width)) {
-        ADD_FAILURE() << "no golden picture " << scene.name;
-        return;
-    }
-    std::string where;
-    const int different = compare(actual, golden, width, difference, where);
-    EXPECT_EQ(different, 0) << scene.name << ": first at " << where << "; see " << scene.name
-                            << "_actual.png and _difference.png beside the test program";
-    if (different != 0) {
-        actual.save(ACTUAL_FOLDER + name + L"_actual.png", width);
-        difference.save(ACTUAL_FOLDER + name + L"_difference.png", width);
-    }
+    ui_test::expectGolden(actual, scene.name, ui_test::widthOf(scene.screen));
 }
 
 TEST(Golden, Pictures) {
