@@ -14,8 +14,10 @@ set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 # The headers of mingw-w64, the same for every processor, and the C++ headers of its compiler for 32
 # bits.
-file(GLOB cxxHeaders /usr/lib/gcc/i686-w64-mingw32/*-posix/include/c++)
-if(NOT cxxHeaders)
+set(mingw i686-w64-mingw32-g++-posix)
+execute_process(COMMAND ${mingw} -print-file-name=include/c++
+                OUTPUT_VARIABLE cxxHeaders OUTPUT_STRIP_TRAILING_WHITESPACE)
+if(NOT IS_DIRECTORY "${cxxHeaders}")
   message(FATAL_ERROR "The C++ headers of mingw-w64 are missing (apt-get install g++-mingw-w64-i686-posix).")
 endif()
 string(JOIN " " CMAKE_CXX_FLAGS_INIT -nostdinc++ -isystem ${cxxHeaders}
