@@ -11,6 +11,8 @@ namespace {
 
 // More than the longest set: 12 scaling lists and 255 picture order count offsets.
 constexpr std::size_t kLongestSet = 16384;
+// Enough for a set without long lists.
+constexpr std::size_t kMostSets = 256;
 constexpr std::uint32_t kExtendedSar = 255;
 constexpr std::uint8_t kSequenceParameterSet = 7;
 
@@ -37,6 +39,9 @@ constexpr auto kChromaProfiles =
 class SpsReader {
 public:
     explicit SpsReader(std::span<const std::uint8_t> payload) : bits_(payload) {}
+
+    // Whether nothing behind the payload was asked for.
+    bool hadAll() const { return bits_.ok(); }
 
     PixelAspect aspect() {
         const auto profile = static_cast<std::uint8_t>(bits_.bits(8));
@@ -145,16 +150,19 @@ private:
     bool valid_ = true;
 };
 
-// Removes the emulation prevention bytes (7.4.1.1); ends at the next start code.
-std::size_t unescape(std::span<const std::uint8_t> escaped, std::span<std::uint8_t> plain) {
+// Removes the emulation prevention bytes (7.4.1.1); `ended` when the next start code was met.
+std::size_t unescape(std::span<const std::uint8_t> escaped, std::span<std::uint8_t> plain,
+                     bool& ended) {
     std::size_t written = 0;
     unsigned zeros = 0;
+    ended = false;
     for (const std::uint8_t byte : escaped) {
         if (zeros >= 2 && byte == 3) {
             zeros = 0;
             continue;
         }
-        if ((zeros >= 2 && byte == 1) || written == plain.size()) {
+        ended = zeros >= 2 && byte == 1;
+        if (ended || written == plain.size()) {
             break;
         }
         zeros = byte == 0 ? zeros + 1 : 0;
@@ -163,11 +171,27 @@ std::size_t unescape(std::span<const std::uint8_t> escaped, std::span<std::uint8
     return written;
 }
 
+// Looks into the beginning of a set: false when that does not hold all that the aspect stands on.
+bool lookIntoMostSets(std::span<const std::uint8_t> start, PixelAspect& aspect) {
+    std::array<std::uint8_t, kMostSets> plain;
+    bool ended = false;
+    const std::size_t length =
+        unescape(start.first(std::min(start.size(), kMostSets)), plain, ended);
+    SpsReader reader({plain.data(), length});
+    aspect = reader.aspect();
+    return reader.hadAll() || ended;
+}
+
 }  // namespace
 
 PixelAspect FindAspectInSps(std::span<const std::uint8_t> parameterSet) {
+    PixelAspect aspect;
+    if (lookIntoMostSets(parameterSet, aspect)) {
+        return aspect;
+    }
     std::array<std::uint8_t, kLongestSet> plain;
-    const std::size_t length = unescape(parameterSet, plain);
+    bool ended = false;
+    const std::size_t length = unescape(parameterSet, plain, ended);
     return SpsReader({plain.data(), length}).aspect();
 }
 
@@ -191,8 +215,14 @@ bool findAspectInH264(ReadWindow& file, std::uint64_t start, std::uint64_t end,
         return true;
     }
     std::span<const std::uint8_t> set;
-    const std::uint64_t left = std::min<std::uint64_t>(end - found, kLongestSet);
-    if (!file.view(found, static_cast<std::size_t>(left), set)) {
+    const auto left = static_cast<std::size_t>(std::min<std::uint64_t>(end - found, kLongestSet));
+    if (!file.view(found, std::min(left, kMostSets), left, set)) {
+        return false;
+    }
+    if (lookIntoMostSets(set, aspect)) {
+        return true;
+    }
+    if (!file.view(found, left, set)) {
         return false;
     }
     aspect = FindAspectInSps(set);

@@ -17,15 +17,16 @@ template <typename Visitor>
 [[nodiscard]] bool forEachStartCode(ReadWindow& file, std::uint64_t start, std::uint64_t end,
                                     Visitor&& visit) {
     constexpr std::size_t kOverlap = 3 + 32;
-    std::size_t step = ReadWindow::kSmallest;  // what is looked for is mostly near the start
     while (start < end) {
         std::span<const std::uint8_t> bytes;
         const std::uint64_t left = end - start;
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, step));
-        if (!file.view(start, wanted, bytes)) {
+        const auto most =
+            static_cast<std::size_t>(std::min<std::uint64_t>(left, ReadWindow::kLargest));
+        const std::size_t least = std::min(most, 2 * kOverlap);
+        if (!file.view(start, least, most, bytes)) {
             return false;
         }
-        const bool last = bytes.size() == left || bytes.size() < wanted;
+        const bool last = bytes.size() == left || bytes.size() < least;
         // The prefix's third byte is looked for; it is rarer than the zeros before it.
         const std::size_t stop = last ? bytes.size() : bytes.size() - kOverlap + 3;
         std::size_t at = 2;
@@ -45,7 +46,6 @@ template <typename Visitor>
             break;
         }
         start += bytes.size() - kOverlap + 1;
-        step = ReadWindow::kLargest;
     }
     return true;
 }

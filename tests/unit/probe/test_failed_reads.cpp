@@ -150,7 +150,7 @@ TEST(FailedReads, BehindTheHead) {
     const std::size_t idx1 = placeOf(avi, "idx1");
     expectTold("AVI, the index", avi, idx1 + 8, idx1 + 9, {1, probe::kNotParsed, 0}, 2);
     expectTold("AVI, the index's header", avi, idx1, idx1 + 1, {1, probe::kNotParsed, 0}, 2);
-    expectTold("AVI, the first picture", avi, 5000, 5001, {1, probe::kNotParsed, 0}, 4);
+    expectTold("AVI, the first picture", avi, 5000, 5001, {1, probe::kNotParsed, 0}, 6);
 
     // A start code at the far end of the payload.
     Bytes late(30'000, 0x55);
