@@ -20,6 +20,7 @@ constexpr int kRows = 6;   // of the longest page
 constexpr int kStatusTop = kTabs + kRows * kRow + 4;
 constexpr int kStatusHeight = 34;
 constexpr int kGap = 4;
+constexpr int kWidePanel = 320;  // from here on a caption has room for its key
 
 constexpr wchar_t kButton[] = L"BUTTON";
 constexpr wchar_t kLabel[] = L"STATIC";
@@ -49,8 +50,8 @@ constexpr auto kControls = std::to_array<Control>({
     {kCar, 2, 6, 3, kButton, L"Off F9", 0, "mute off", nullptr, VK_F9},
     {kCar, 3, 0, 3, kLabel, L"Speed"},
     {kCar, 3, 3, 2, kField, L"60", kSpeedText, "drive {102}"},
-    {kCar, 3, 5, 4, kButton, L"km/h F4", 0, "drive {102}", nullptr, VK_F4},
-    {kCar, 3, 9, 3, kButton, L"No signal", 0, "drive off"},
+    {kCar, 3, 5, 3, kButton, L"km/h F4", 0, "drive {102}", nullptr, VK_F4},
+    {kCar, 3, 8, 4, kButton, L"No signal", 0, "drive off"},
     {kCar, 4, 0, 3, kLabel, L"Camera"},
     {kCar, 4, 3, 9, kField, L"SDMMCDisk\\Record\\live.avi", kRecordText},
     {kCar, 5, 0, 3, kLabel, L"Seconds"},
@@ -130,14 +131,32 @@ DWORD styleOf(const Control& control) {
     return control.kind == kChoice ? WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST : SS_CENTERIMAGE;
 }
 
+// Narrower than the other face, whose letters are all as wide.
+HFONT captionFont() {
+    static const HFONT font =
+        CreateFontW(15, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
+                    ANTIALIASED_QUALITY, 0, L"NanumGothic");
+    return font;
+}
+
 HWND add(HWND panel, const wchar_t* kind, const wchar_t* text, DWORD style, const RECT& area,
          int number) {
     const HWND control = CreateWindowExW(0, kind, text, WS_CHILD | style, area.left, area.top,
                                          area.right - area.left, area.bottom - area.top, panel,
                                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(number)),
                                          GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(panelFont()), FALSE);
+    // Fields, lists and the status may hold paths.
+    const bool isCaption = kind == kButton || kind == std::wstring(WC_TABCONTROLW) ||
+                           (kind == kLabel && number != kStatus);
+    SendMessageW(control, WM_SETFONT,
+                 reinterpret_cast<WPARAM>(isCaption ? captionFont() : panelFont()), FALSE);
     return control;
+}
+
+// On a narrow panel the key's name is left to the help.
+std::wstring captionOf(const Control& control, int width) {
+    const std::wstring text = control.text;
+    return width < kWidePanel && control.shortcut != 0 ? text.substr(0, text.rfind(L' ')) : text;
 }
 
 RECT placeOf(const Control& control, int width) {
@@ -197,8 +216,8 @@ void createControls(HWND panel, int width) {
     }
     SendMessageW(tabs, TCM_SETPADDING, 0, MAKELPARAM(3, 3));
     for (const Control& control : kControls) {
-        add(panel, control.kind, control.text, styleOf(control), placeOf(control, width),
-            numberOf(control));
+        add(panel, control.kind, captionOf(control, width).c_str(), styleOf(control),
+            placeOf(control, width), numberOf(control));
     }
     fillChoices(panel);
     add(panel, kLabel, L"", WS_VISIBLE, {kGap, kStatusTop, width, kStatusTop + kStatusHeight},
