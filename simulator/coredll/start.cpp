@@ -62,6 +62,15 @@ std::size_t usedStack() {
     return kWatchedStack - untouched;
 }
 
+void reportMemory() {
+    const CoredllUse use = coredllUse();
+    std::printf("[coredll] %lu allocations, heap %lu, at most %lu, bitmaps %lu, at most %lu\n",
+                use.allocations, use.heapBytes, use.mostHeapBytes, use.bitmapBytes,
+                use.mostBitmapBytes);
+    std::printf("[coredll] stack at most %lu\n", static_cast<unsigned long>(usedStack()));
+    std::fflush(stdout);
+}
+
 void startAsUnit() {
     write(entryOfProgram, entryBytes.data());
     STARTUPINFOW start{};
@@ -74,6 +83,9 @@ void startAsUnit() {
     const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(entryOfProgram));
     const int result =
         entry(GetModuleHandleW(nullptr), nullptr, argumentsOf(GetCommandLineW()), show);
+    if (watchedStack != nullptr) {
+        reportMemory();
+    }
     ExitProcess(static_cast<UINT>(result));
 }
 
@@ -110,17 +122,6 @@ void takeOverEntry() {
     write(entryOfProgram, jump.data());
 }
 
-void reportMemory() {
-    const CoredllUse use = coredllUse();
-    std::printf("[coredll] %lu allocations, heap %lu, at most %lu, bitmaps %lu, at most %lu\n",
-                use.allocations, use.heapBytes, use.mostHeapBytes, use.bitmapBytes,
-                use.mostBitmapBytes);
-    if (watchedStack != nullptr) {
-        std::printf("[coredll] stack at most %lu\n", static_cast<unsigned long>(usedStack()));
-    }
-    std::fflush(stdout);
-}
-
 }  // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void*) {
@@ -128,9 +129,6 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void*) {
         DisableThreadLibraryCalls(library);
         coredll::readSettings();
         takeOverEntry();
-    } else if (reason == DLL_PROCESS_DETACH &&
-               coredll::setting(coredll::Setting::ReportMemory) != 0) {
-        reportMemory();
     }
     return TRUE;
 }

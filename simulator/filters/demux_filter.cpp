@@ -8,6 +8,16 @@
 
 namespace filters {
 
+namespace {
+
+std::atomic<bool> fileRefused = false;
+
+}  // namespace
+
+void DemuxFilter::expectFile() {
+    fileRefused = false;
+}
+
 DemuxFilter::DemuxFilter() : BaseFilter(kDemuxClass) {
     splitter_.make();
 }
@@ -84,7 +94,7 @@ HRESULT DemuxFilter::Input::connected(IPin* peer, const AM_MEDIA_TYPE& type) {
 }
 
 HRESULT DemuxFilter::openFile(IPin* file, const AM_MEDIA_TYPE& type) {
-    HRESULT result = reader_.attach(file);
+    HRESULT result = fileRefused ? VFW_E_INVALID_FILE_FORMAT : reader_.attach(file);
     if (FAILED(result)) {
         return result;
     }
@@ -94,6 +104,7 @@ HRESULT DemuxFilter::openFile(IPin* file, const AM_MEDIA_TYPE& type) {
     // GStreamer's demuxer never finishes with a file without its index.
     result = lacksIndex(reader_) ? VFW_E_INVALID_FILE_FORMAT : splitter_.open(type);
     open_ = SUCCEEDED(result);
+    fileRefused = !open_;
     tape::Line("filter")
         .text("filter", vendor::kDemuxName)
         .text("what", open_ ? L"opened" : L"refused");

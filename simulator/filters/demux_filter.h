@@ -37,6 +37,11 @@ public:
     // filter can be stopped and taken out of its graph, but not be started.
     bool usable() const { return splitter_.get() != nullptr; }
 
+    // A file source was asked for: from now on it is another file that is offered. One that was
+    // refused is refused at once when the graph builder offers it again, with the next of its media
+    // types.
+    static void expectFile();
+
     FILTERS_JOIN_UNKNOWN
 
     HRESULT STDMETHODCALLTYPE Stop() override;

@@ -125,6 +125,9 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** out) {
         return E_POINTER;
     }
     *out = nullptr;
+    if (classId == CLSID_AsyncReader) {
+        filters::DemuxFilter::expectFile();
+    }
     if (classId == CLSID_AsyncReader &&
         SUCCEEDED(static_cast<HRESULT>(filters::fault(L"RenderResult")))) {
         return filters::systemReader(iid, out);

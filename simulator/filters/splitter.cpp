@@ -4,12 +4,14 @@
 
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/class_ids.h"
+#include "simulator/filters/process_end.h"
 #include "simulator/filters/watched_call.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
 
 void Splitter::make() {
+    endAtOnceFromNowOn();
     if (FAILED(CoCreateInstance(kSplitterClass, outer_, CLSCTX_INPROC_SERVER, IID_IUnknown,
                                 reinterpret_cast<void**>(unknown_.GetAddressOf())))) {
         return;

@@ -11,6 +11,8 @@ namespace {
 constexpr DWORD kLookMilliseconds = 100;
 // What the process must use of a processor to count as at work; sound alone takes a fiftieth.
 constexpr DWORD kBusyShare = 12;
+// What of the processors must have been idle, or others may have kept the process from its work.
+constexpr ULONGLONG kIdleShare = 10;
 
 DWORD WINAPI run(void* parameter) {
     const std::unique_ptr<std::function<void()>> call(
@@ -28,6 +30,24 @@ DWORD processorTime() {
         return 0;
     }
     return (kernel.dwLowDateTime + user.dwLowDateTime) / 10000;
+}
+
+ULONGLONG in100Nanoseconds(const FILETIME& time) {
+    return static_cast<ULONGLONG>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+}
+
+// Time of all processors together since the machine's start, 100 ns.
+struct MachineTime {
+    ULONGLONG idle = 0;
+    ULONGLONG all = 0;
+};
+
+MachineTime machineTime() {
+    FILETIME idle, kernel, user;  // kernel includes idle
+    if (!GetSystemTimes(&idle, &kernel, &user)) {
+        return {};
+    }
+    return {in100Nanoseconds(idle), in100Nanoseconds(kernel) + in100Nanoseconds(user)};
 }
 
 class Watch {
@@ -48,6 +68,9 @@ public:
         }
         used_ = used;
         looked_ = now;
+        if (machineIsBusy() && !activity_.failed) {
+            worked_ = now;
+        }
         const DWORD quiet = activity_.failed    ? patience_.failed
                             : activity_.reading ? patience_.longest
                                                 : patience_.quiet;
@@ -56,6 +79,12 @@ public:
     }
 
 private:
+    bool machineIsBusy() {
+        const MachineTime before = machine_;
+        machine_ = machineTime();
+        return (machine_.idle - before.idle) * kIdleShare < machine_.all - before.all;
+    }
+
     const Activity& activity_;
     const Patience& patience_;
     const DWORD begun_ = GetTickCount();
@@ -64,6 +93,7 @@ private:
     DWORD worked_ = begun_;
     DWORD looked_ = begun_;
     DWORD used_ = processorTime();
+    MachineTime machine_ = machineTime();
 };
 
 }  // namespace

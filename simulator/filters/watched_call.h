@@ -19,8 +19,8 @@ struct Activity {
 
 // Milliseconds.
 struct Patience {
-    DWORD quiet = 2000;    // without a step, a read under way and work of the processor
-    DWORD failed = 500;    // the same once reads fail
+    DWORD quiet = 2000;    // without a step, a read under way and work, on a machine with idle time
+    DWORD failed = 500;    // without a step and work, once reads fail
     DWORD longest = 4000;  // without a step, whatever else
     DWORD whole = 20000;
 };
