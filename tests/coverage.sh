@@ -23,14 +23,15 @@ for folder; do
 done
 
 report() {
-    gcovr --root "$root" --exclude tests/ --exclude-throw-branches --exclude-unreachable-branches "$@" \
-        "$build" 2>>out/coverage.log
+    gcovr "$build" --root "$root" --exclude tests/ --exclude-throw-branches \
+        --exclude-unreachable-branches "$@" 2>>out/coverage.log
 }
 filters=
 [ "$1" = . ] || filters=$(printf -- "--filter $root/%s/ " "$@")
 report $filters --csv --output out/coverage.csv
 awk -F, '
     NR > 1 {
+        sub(/^out\/build\/coverage\/scope\/[^\/]*\//, "", $1) # headers, through the folders of the layers
         split($1, part, "/")
         folder = part[1] == "simulator" ? part[1] "/" part[2] : part[1]
         lines[folder] += $2; reached[folder] += $3; branches[folder] += $5; taken[folder] += $6

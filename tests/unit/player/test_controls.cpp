@@ -137,6 +137,9 @@ TEST_F(Cameras, AStoppedPlayerOnlyChooses) {
     EXPECT_LINES(taken(), "\nhost refresh screen\n");
     EXPECT_EQ(appState.persisted.fileIndex, 1);
     EXPECT_EQ(Player::cameraOfCurrentFile(), 1);
+    Player::switchCamera();
+    EXPECT_EQ(appState.persisted.fileIndex, 0) << "the list's first entry";
+    EXPECT_EQ(Player::cameraOfCurrentFile(), 0);
 }
 
 TEST_F(Cameras, WithoutASiblingNothingHappens) {

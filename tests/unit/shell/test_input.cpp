@@ -63,6 +63,19 @@ update
     EXPECT_EQ(touch(kUp, 650, 450), "");
 }
 
+TEST_F(Input, TheVolumeBarTellsTheSentenceWhileThePictureIsBlocked) {
+    appState.screenMode = kHalfWidth;
+    for (const std::int32_t block : {0, 1}) {
+        appState.persisted.volume = 7;
+        appState.drivingBlock = block;
+        const std::string did = touch(kDown, 239, 390);
+        EXPECT_EQ(appState.persisted.volume, 5);
+        EXPECT_NE(did.find("graph volume 5\n"), std::string::npos) << did;
+        EXPECT_EQ(did.find("redraw 0,252,400,282\n") != std::string::npos, block == 1) << did;
+        touch(kUp, 239, 390);
+    }
+}
+
 TEST_F(Input, CoordinatesAreSigned) {
     appState.screenMode = kSlideBanner;
     touch(kDown, -5, 300);

@@ -1,5 +1,6 @@
 // What the keys of the screens set off, action by action, and the change of the screen mode.
 #include "shell/screens/effects.h"
+#include "shell/screens/refresh.h"
 #include "shell/screens/screen_mode.h"
 #include "tests/unit/shell/shell_unit.h"
 
@@ -88,6 +89,28 @@ TEST_F(Screens, ThePictureOfTheHalfWidthLeadsToTheFullWidthWhileOneIsShown) {
     EXPECT_EQ(appState.screenMode, kFullWidth);
 }
 
+TEST_F(Screens, TheListKeyShowsTheListAndARefusalLeavesTheSlideScreen) {
+    play(2);
+    act(Action::ShowList);
+    EXPECT_EQ(appState.screenMode, kFileList);
+    mode(kHalfWidth);
+    mode(kSlideBanner);
+    act(Action::Stop);
+    theGraph().nullVideoDecoder = true;
+    send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+    EXPECT_EQ(appState.screenMode, kHalfWidth);
+}
+
+TEST_F(Screens, ABoxLetsThePositionGoOnThatAFingerHeld) {
+    play(2);
+    touch(0x201, 600, 400);  // on the progress bar
+    ASSERT_TRUE(appState.screens.touch.restartPosition);
+    EXPECT_TRUE(
+        act(Action::Refuse).starts_with("release\ntimer 100 300\ntimer 103 6000\nredraw\nbox "));
+    EXPECT_FALSE(appState.screens.touch.restartPosition);
+}
+
 TEST_F(Screens, TheBoxForgetsTheTouch) {
     appState.screens.touch.held = true;
     EXPECT_TRUE(act(Action::Refuse).starts_with("release\ntimer 103 6000\nredraw\nbox "));
@@ -118,6 +141,21 @@ TEST_F(List, PagesStayWithinTheList) {
     EXPECT_EQ(act(Action::PageDown), "");
     EXPECT_LINES(act(Action::PageUp), "\nredraw\n");
     EXPECT_EQ(appState.browsePage, 0);
+}
+
+TEST_F(List, AChangedListForgetsTheFingerOnItsRows) {
+    struct Case {
+        ui::Point point;
+        bool held;  // afterwards
+    };
+    // A row, its bin, and a key that stays what it is.
+    for (const Case& c : {Case{{300, 90}, false}, Case{{625, 90}, false}, Case{{400, 20}, true}}) {
+        touch(0x201, c.point.x, c.point.y);
+        ASSERT_TRUE(appState.screens.touch.held);
+        screens::refreshFileList();
+        EXPECT_EQ(appState.screens.touch.held, c.held) << c.point.x;
+        touch(0x202, 799, 479);
+    }
 }
 
 TEST_F(List, AFolderIsEnteredAndLeft) {

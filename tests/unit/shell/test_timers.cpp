@@ -196,6 +196,17 @@ TEST_F(Ticks, AGestureLeadsOverTheBannerBackToAPlayer) {
     }
 }
 
+TEST_F(Ticks, TheSlideScreenShowsItsBannerForAGesture) {
+    appState.screenMode = kSlideBanner;
+    EXPECT_EQ(tick(101).find("timer 102"), std::string::npos);
+    EXPECT_FALSE(appState.screens.bannerShown);
+    appState.pendingKeyAction = kVolumeUp;
+    EXPECT_NE(tick(101).find("timer 102 3000\n"), std::string::npos);
+    EXPECT_TRUE(appState.screens.bannerShown);
+    EXPECT_EQ(tick(101).find("timer 102"), std::string::npos) << "not begun again";
+    EXPECT_EQ(appState.pendingKeyAction, kVolumeUp) << "until the banner ends";
+}
+
 TEST_F(Ticks, TheHalfWidthPlayerCarriesAGestureOutAtOnce) {
     recordings(3);
     appState.screenMode = kHalfWidth;

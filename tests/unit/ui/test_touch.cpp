@@ -296,6 +296,19 @@ TEST(TouchList, PressesTheRowAndLetsItGo) {
     EXPECT_EQ(screen.host.lines, (Lines{"release", "invalidate 30,66,650,116", "update"}));
 }
 
+TEST(TouchList, ASecondPressTakesThePlaceOfTheFirst) {
+    ListScreen screen;
+    ui::pressList(screen.screens, screen.host, {300, 90});
+    screen.host.lines.clear();
+    ui::pressList(screen.screens, screen.host, {300, 140});
+    EXPECT_EQ(screen.host.lines, (Lines{"invalidate 30,66,650,116", "invalidate 30,116,650,166",
+                                        "capture", "update"}));
+    EXPECT_EQ(screen.deeds({300, 90}, {300, 90}), (Lines{"click", "act OpenRow 0"}));
+    screen.host.lines.clear();
+    ui::releaseList(screen.screens, screen.host, {300, 90});
+    EXPECT_EQ(screen.host.lines, Lines{}) << "a release without a press";
+}
+
 TEST(TouchList, TheHeldTrackPages) {
     ListScreen screen;
     ui::moveList(screen.screens, screen.host, {700, 353}, 9, true);
@@ -367,6 +380,12 @@ TEST(TouchSlide, ATapBringsTheBarBack) {
     screen.press({400, 200});
     screen.move({420, 195});
     EXPECT_EQ(screen.release({420, 195}), (Lines{"capture", "release", "act ShowFullWidth"}));
+}
+
+TEST(TouchSlide, WithoutAPressNothingMovesOrIsReleased) {
+    SlideScreen screen;
+    screen.move({10, 300});
+    EXPECT_EQ(screen.release({420, 195}), Lines{});
 }
 
 TEST(TouchSlide, UpAndDownIsTheVolume) {
