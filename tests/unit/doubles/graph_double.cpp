@@ -57,6 +57,9 @@ int CFilterControl::CreateFilterForPlaying(const char16_t* path, int x, int y, i
     }
     held_.reset(theGraph().stands ? new ::graph::Interfaces : nullptr);
     const bool stood = theGraph().stands;
+    if (!stood && boxOpens_ != nullptr) {
+        boxOpens_();  // it is said in a box
+    }
     const std::uint32_t made = ++graphsMade_;
     test::runOnce(theGraph().whileBuilding);
     if (made != graphsMade_ || (stood && !held_)) {

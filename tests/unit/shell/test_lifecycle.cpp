@@ -48,6 +48,20 @@ TEST_F(Lifecycle, CreationInFullWidth) {
     EXPECT_NE(appState.imagingFactory, nullptr);
 }
 
+TEST_F(Lifecycle, TheBoxOfAGraphThatCannotBeMadeForgetsTheTouch) {
+    put("SDMMCDisk/Record/01.avi", test::smallRecording());
+    create();
+    recordings(1);
+    touch(0x201, 650, 450);
+    ASSERT_TRUE(appState.screens.touch.held);
+    test::theGraph().stands = false;
+    test::theGraph().built = -1;
+    bool held = true;
+    test::theGraph().whileBuilding = [&held] { held = appState.screens.touch.held; };
+    send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
+    EXPECT_FALSE(held);
+}
+
 TEST_F(Lifecycle, CreationInHalfWidth) {
     appState.screenMode = kHalfWidth;
     appState.dmbSetting = 5;  // stays without the setting

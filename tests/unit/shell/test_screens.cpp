@@ -2,6 +2,7 @@
 #include "shell/screens/effects.h"
 #include "shell/screens/refresh.h"
 #include "shell/screens/screen_mode.h"
+#include "shell/screens/state_view.h"
 #include "tests/unit/shell/shell_unit.h"
 
 namespace {
@@ -109,6 +110,23 @@ TEST_F(Screens, ABoxLetsThePositionGoOnThatAFingerHeld) {
     EXPECT_TRUE(
         act(Action::Refuse).starts_with("release\ntimer 100 300\ntimer 103 6000\nredraw\nbox "));
     EXPECT_FALSE(appState.screens.touch.restartPosition);
+}
+
+TEST_F(Screens, WhatPlaysIsHeardUnlessItIsSilent) {
+    struct Case {
+        std::int32_t state, muted, suppressed, volume;
+        bool audible;
+    };
+    for (const Case& c :
+         {Case{1, 0, 0, 1, true}, Case{0, 0, 0, 5, false}, Case{2, 0, 0, 5, false},
+          Case{1, 1, 0, 5, false}, Case{1, 0, 1, 5, false}, Case{1, 0, 0, 0, false}}) {
+        appState.persisted.playState = c.state;
+        appState.persisted.volume = c.volume;
+        appState.muted = c.muted;
+        appState.audioSuppressed = c.suppressed;
+        EXPECT_EQ(screens::playerView().audible, c.audible)
+            << c.state << c.muted << c.suppressed << c.volume;
+    }
 }
 
 TEST_F(Screens, TheBoxForgetsTheTouch) {
