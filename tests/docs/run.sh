@@ -30,6 +30,8 @@ take_over() {
         out/build/native/simulator/command/headunit out/build/native/mediaprobe/mediaprobe; do
         (cd "$root" && cp -l --parents "$program" "$copy") || return 1
     done
+    # It is as new as its sources even where the build had nothing to do; ./headunit goes by the time.
+    touch "$copy/out/build/native/simulator/command/headunit"
     cp -al "$root/out/skin" "$root/out/samples" "$root/out/prefix" "$copy/out" &&
         rm "$copy"/out/prefix/*.reg && cp -p "$root"/out/prefix/*.reg "$copy/out/prefix" &&
         ln -s build/native/mediaprobe/mediaprobe "$copy/out/mediaprobe" && touch "$copy/out/.built"
