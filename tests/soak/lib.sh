@@ -1,9 +1,9 @@
-# What the soak commands share: a unit of their own, questions to the player, evidence of a failure.
-# Sourced by them; `name` is what they call themselves, `work` the folder they may fill.
+# What the soak commands share: where they work, chance by seed, a unit of their own, questions to the
+# player, evidence of a failure. Sourced by them; `name` is what they call themselves.
 # shellcheck shell=bash disable=SC2154,SC2034  # name is the sourcing command's, n is theirs to read
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-work=$PWD/out/soak-$name
+work=$PWD/out/soak/$name
 device=$work/device
 program=$PWD/out/build/native/simulator/command/headunit
 log=$device/.unit/log.jsonl
@@ -14,6 +14,7 @@ limit=${SOAK_LIMIT:-5}
 headunit() { "$program" "$@" --device "$device"; }
 complain() { echo "$name: $*" >&2; }
 
+# An empty folder to work in, and no unit left from an earlier run.
 begin() {
   [ -x "$program" ] || { complain "build first: ./run or ./test does"; exit 2; }
   headunit kill >/dev/null 2>&1 || true
@@ -69,19 +70,30 @@ sleep_below() {
   sleep "$(printf '%d.%03d' $((n / 1000)) $((n % 1000)))"
 }
 
-# The tape, a picture of the screen and what each thread of the player waits for.
+# The process of this unit's player; empty when there is none.
+player() {
+  local file
+  while read -r file; do
+    file=${file%/environ}
+    ! grep -qsF 'movie.exe' "$file/cmdline" || { echo "${file#/proc/}"; return; }
+  done < <(grep -lzxF "WINEPREFIX=$device/.unit/prefix" /proc/[0-9]*/environ 2>/dev/null)
+}
+# The tape, a picture of the screen, what the unit says of itself and what each thread of the player
+# waits for.
 keep_evidence() {
-  local folder=$PWD/out/soak-failures/$name-$1 process
+  local folder=$PWD/out/soak-failures/$name-$1 process task
   mkdir -p "$folder"
-  cp "$log" "$folder/log.jsonl"
+  cp "$log" "$folder/log.jsonl" 2>/dev/null || true
   headunit shot "$folder/screen.png" >/dev/null 2>&1 || true
-  process=$(pgrep -n -f 'apps.movie.exe' || true)
+  headunit state >"$folder/state.txt" 2>&1 || true
+  process=$(player)
   if [ -n "$process" ]; then
     for task in "/proc/$process"/task/*; do
       echo "$(cat "$task/comm") $(cat "$task/wchan" 2>/dev/null)"
     done >"$folder/threads" 2>/dev/null || true
     if command -v gdb >/dev/null; then
-      gdb -p "$process" -batch -ex 'thread apply all bt 20' >"$folder/stacks" 2>/dev/null || true
+      timeout 60 gdb -p "$process" -batch -ex 'thread apply all bt 20' >"$folder/stacks" \
+        2>/dev/null || true
     fi
   fi
   complain "see $folder"

@@ -1,17 +1,16 @@
 #!/usr/bin/env bash
 # A storm of messages, touches, keys and cards, by seed: the player must answer after every hundred of
 # them, and exit in order in the end.
-# Usage: tests/soak/storm.sh [MESSAGES] [SEED]     100000 unless told, about 100 a second.
-# Exit status 0 when it answered each time.
-set -euo pipefail
-cd "$(dirname "$0")/../.."
-drill=storm
-. tests/soak/unit.sh
+# Usage: tests/soak/storm.sh [MESSAGES [SEED]]     after ./run or ./test has built everything; 100000
+# unless told, about 100 a second. Exit status 0 when it answered each time.
+# shellcheck disable=SC2034  # lib.sh reads it
+name=storm
+# shellcheck source-path=SCRIPTDIR source=lib.sh
+. "$(dirname "$0")/lib.sh"
 messages=${1:-100000}
-seed=$(seeded "${2:-}")
+seed=${2:-$RANDOM}
 echo "storm: $messages messages, seed $seed"
-rm -rf "$work"
-mkdir -p "$work"
+begin
 # The exit commands alone are left out: what comes behind them would meet no player.
 awk -v count="$messages" -v seed="$seed" '
   function pick(n) { return int(rand() * n) }
@@ -50,11 +49,13 @@ awk -v count="$messages" -v seed="$seed" '
   function answers() { print "send --sync MSG_BlackboxToWndStatus 0 0"; print "expect running movie.exe" }
 ' | sed "s#CLIP#$PWD/tests/scenarios/media/clip.avi#" >"$work/storm.scn"
 status=0
-"$headunit" scenario --keep "$work/storm.scn" >"$work/report.txt" || status=$?
+"$program" scenario --keep "$work/storm.scn" >"$work/report.txt" || status=$?
 kept=$(sed -n 's/^     kept:   //p' "$work/report.txt")
-[ -z "$kept" ] || device=$kept
 grep '^FAIL' "$work/report.txt" | head -5 || true
 tail -n 1 "$work/report.txt"
-[ "$status" = 0 ] || { [ -z "$kept" ] || cp "$kept/.unit/log.jsonl" "$work/"; echo "storm: see $work"; }
+if [ "$status" != 0 ]; then
+  [ -z "$kept" ] || cp "$kept/.unit/log.jsonl" "$work/"
+  complain "see $work"
+fi
 [ -z "$kept" ] || rm -rf "$(dirname "$kept")"
 exit "$status"
