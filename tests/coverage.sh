@@ -43,4 +43,6 @@ awk -F, '
                 100 * reached[folder] / (lines[folder] ? lines[folder] : 1), branches[folder],
                 100 * taken[folder] / (branches[folder] ? branches[folder] : 1) | "sort"
     }' out/coverage.csv
-[ "$1" = . ] || report $filters --txt | awk '/%/ && $4 != "100%" && $1 != "TOTAL"'
+[ "$1" = . ] || report $filters --txt | awk '
+    !/%/ { name = $1; next } # a long name stands on a line of its own
+    !/100%/ && $1 != "TOTAL" { print ($1 ~ /^[0-9]/ ? name : "") $0 }'

@@ -176,6 +176,20 @@ TEST_F(List, AChangedListForgetsTheFingerOnItsRows) {
     }
 }
 
+TEST_F(List, OpensAtThePageOfWhatWasChosen) {
+    struct Case {
+        std::int32_t index, page;
+    };
+    // Behind one folder; there are twelve files.
+    for (const Case& c : {Case{0, 0}, Case{6, 0}, Case{7, 1}, Case{11, 1}, Case{12, 0}}) {
+        mode(kFullWidth);
+        appState.screens.listShown = false;
+        appState.playIndex = c.index;
+        mode(kFileList);
+        EXPECT_EQ(appState.browsePage, c.page) << c.index;
+    }
+}
+
 TEST_F(List, AFolderIsEnteredAndLeft) {
     EXPECT_LINES(act(Action::OpenRow, 0), "\nredraw\n");
     EXPECT_EQ(test::shown(appState.browseFolderPath), R"(\SDMMCDisk\Record\sub)");
