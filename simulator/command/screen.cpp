@@ -169,7 +169,21 @@ bool Screen::press(Button button, std::string& why) {
             sync(why));
 }
 
+// As if the panel had been clicked: the player's windows take the display's focus with them
+// whenever they come to the front, and a key that is on its way to them while they do may get lost.
+void Screen::focusPanel() {
+    constexpr char kPanelTitle[] = "Head unit";
+    const unsigned panel = findTitled(server_, window_, kPanelTitle);
+    const auto now = own(xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr));
+    // The upper bits tell whose a window is: a box of the panel's keeps the focus.
+    const unsigned owner = ~xcb_get_setup(server_)->resource_id_mask;
+    if (panel != 0 && now && (now->focus & owner) != (panel & owner)) {
+        xcb_set_input_focus(server_, XCB_INPUT_FOCUS_PARENT, panel, XCB_CURRENT_TIME);
+    }
+}
+
 bool Screen::key(const std::string& name, std::string& why) {
+    focusPanel();
     std::vector<KeyPlace> held;
     for (const unsigned symbol : symbolsOf(name == " " ? "space" : name)) {
         const KeyPlace place = placeOf(server_, symbol);

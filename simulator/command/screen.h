@@ -39,6 +39,8 @@ public:
 
 private:
     bool send(int type, int detail, int x, int y);
+    // Gives the panel the keyboard, if it is open and nothing of it has it.
+    void focusPanel();
     // Until the server has taken everything. False when it is gone.
     bool sync(std::string& why);
 
