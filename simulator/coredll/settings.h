@@ -11,4 +11,10 @@ void readSettings();
 // One less to wait for.
 void countDown(Setting setting);
 
+// Whether this is a program of the unit; a test program is not.
+bool isProgramOfUnit();
+
+// Has the decoders loaded, on a thread of its own.
+void readyDecoders();
+
 }  // namespace coredll

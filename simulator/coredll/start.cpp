@@ -95,7 +95,7 @@ const IMAGE_NT_HEADERS* headersOf(const BYTE* base) {
 }
 
 // The unit's programs import from the unit's libraries alone.
-bool isProgramOfUnit(const BYTE* base) {
+bool importsOfUnit(const BYTE* base) {
     const DWORD offset =
         headersOf(base)->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + offset);
@@ -110,7 +110,7 @@ bool isProgramOfUnit(const BYTE* base) {
 
 void takeOverEntry() {
     auto* const base = reinterpret_cast<BYTE*>(GetModuleHandleW(nullptr));
-    if (!isProgramOfUnit(base)) {
+    if (!importsOfUnit(base)) {
         return;
     }
     entryOfProgram = base + headersOf(base)->OptionalHeader.AddressOfEntryPoint;
@@ -123,6 +123,10 @@ void takeOverEntry() {
 }
 
 }  // namespace
+
+bool coredll::isProgramOfUnit() {
+    return entryOfProgram != nullptr;
+}
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void*) {
     if (reason == DLL_PROCESS_ATTACH) {

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "platform/unit_api.h"
+#include "simulator/coredll/settings.h"
 #include "simulator/coredll/unit.h"
 
 extern "C" {
@@ -14,6 +15,11 @@ HWND WINAPI unitCreateWindowExW(DWORD extended, const wchar_t* className, const 
     if ((style & (WS_CHILD | WS_CAPTION)) == 0) {
         style |= WS_POPUP;
     }
+    static bool first = true;
+    if (first && coredll::isProgramOfUnit()) {
+        coredll::readyDecoders();  // a start that only hands over makes no window
+    }
+    first = false;
     return CreateWindowExW(extended, className, title, style, left, top, width, height, parent,
                            menu, program, parameter);
 }
