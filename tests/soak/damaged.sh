@@ -93,7 +93,8 @@ play() {
   local began mark took
   began=$(date +%s%3N)
   mark=$(lines)
-  timeout 20 "$program" restart "SDMMCDisk/Soak/$2" --device "$device" >"$work/answer" 2>&1 || true
+  timeout 20 "$program" restart "SDMMCDisk/Soak/$2" --device "$device" >"$work/answer" 2>&1 ||
+    { failed "$1" "$2 ($3): $(cat "$work/answer")"; return; }
   tapes 'Player::OnPlay' "$mark" || taped '"kind": "box"' "$mark" ||
     failed "$1" "$2 ($3): neither plays nor is refused"
   answers || { failed "$1" "$2 ($3): no answer"; return; }
@@ -123,13 +124,14 @@ for ((number = 1; number <= times; ++number)); do
     subtitles "$type" "$kind" >"$folder/damaged.$type"
     play "$number" damaged.avi "$type, $kind" never
   else
-    below ${#containers[@]}
-    container=${containers[n]}
+    below ${#clips[@]}
+    clip=${clips[n]}
     below ${#kinds[@]}
     kind=${kinds[n]}
-    cp "$work/clips/a.$container" "$folder/damaged.$container"
-    damage "$folder/damaged.$container" "$kind"
-    play "$number" "damaged.$container" "$kind" may
+    file=damaged.${clip##*.}
+    cp "$work/clips/$clip" "$folder/$file"
+    damage "$folder/$file" "$kind"
+    play "$number" "$file" "$clip, $kind" may
   fi
 done
 echo "damaged: $times files, $plays play, $refused refused, $failures failed; the longest took" \

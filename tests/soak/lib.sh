@@ -28,8 +28,9 @@ clip() {
   ffmpeg -nostdin -v error -y -f lavfi -i testsrc2=size=320x240:rate=25 \
     -f lavfi -i sine=330:sample_rate=44100 -t 12 "${@:2}" "$work/clips/$1"
 }
-containers=(avi mp4 mov 3gp mkv wmv mpg flv)
-# One recording of each container: $work/clips/a.avi and so on.
+# One recording of each container. The player lists no Flash video, but plays one that is called
+# otherwise.
+clips=(a.avi a.mp4 a.mov a.3gp a.mkv a.wmv a.mpg flash.avi)
 make_clips() {
   local h264=(-c:v libx264 -preset ultrafast -pix_fmt yuv420p -g 25 -b:v 1500k)
   clip a.avi "${h264[@]}" -c:a pcm_s16le -ac 1
@@ -39,7 +40,7 @@ make_clips() {
   clip a.mkv "${h264[@]}" -c:a aac
   clip a.wmv -c:v wmv2 -b:v 1500k -c:a wmav2
   clip a.mpg -c:v mpeg2video -b:v 1500k -c:a mp2 -f mpeg
-  clip a.flv -c:v flv1 -b:v 1500k -c:a libmp3lame
+  clip flash.avi -c:v flv1 -b:v 1500k -c:a libmp3lame -f flv
 }
 
 # Whether the player's thread takes a message within the limit.

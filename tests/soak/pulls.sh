@@ -14,19 +14,20 @@ RANDOM=$seed
 echo "pulls: $times, seed $seed"
 begin
 make_clips
-for container in "${containers[@]}"; do
-  cp "$work/clips/a.$container" "$device/SDMMCDisk/Soak"
+for clip in "${clips[@]}"; do
+  cp "$work/clips/$clip" "$device/SDMMCDisk/Soak"
 done
 headunit boot --headless --passive SDMMCDisk/Soak/a.avi >/dev/null
 longest=0
 boxes=0
 
 pull() {
-  local number=$1 container=$2 moment=$3 mark began took
-  headunit restart "SDMMCDisk/Soak/a.$container" >/dev/null 2>&1 || true
-  close_boxes || { failed "$number" "no answer at the start of a.$container"; return; }
+  local number=$1 clip=$2 moment=$3 mark began took
+  headunit restart "SDMMCDisk/Soak/$clip" >"$work/answer" 2>&1 ||
+    { failed "$number" "$clip: $(cat "$work/answer")"; return; }
+  close_boxes || { failed "$number" "no answer at the start of $clip"; return; }
   headunit send MSG_ProcessManagertoMovie 20506 0
-  answers || { failed "$number" "no answer to the stop of a.$container"; return; }
+  answers || { failed "$number" "no answer to the stop of $clip"; return; }
   mark=$(lines)
   headunit send MSG_ProcessManagertoMovie 20507 0
   case $moment in
@@ -48,12 +49,12 @@ pull() {
   for round in 1 2 3; do
     if ! answers; then
       mv "$work/pulled" "$device/SDMMCDisk"
-      failed "$number" "a.$container pulled while $moment: no answer ($round)"
+      failed "$number" "$clip pulled while $moment: no answer ($round)"
       return
     fi
     took=$(($(date +%s%3N) - began))
     if taped '"read failed"' "$mark" && ! tapes '"kind": "box"' "$mark"; then
-      failed "$number" "a.$container pulled while $moment: reads fail and nothing says so"
+      failed "$number" "$clip pulled while $moment: reads fail and nothing says so"
     fi
     close_boxes || true
     [ "$round" = 3 ] || sleep 0.3
@@ -66,10 +67,10 @@ pull() {
 
 moments=(opening opening seeking playing)
 for ((number = 1; number <= times; ++number)); do
-  below ${#containers[@]}
-  container=${containers[n]}
+  below ${#clips[@]}
+  clip=${clips[n]}
   below ${#moments[@]}
-  pull "$number" "$container" "${moments[n]}"
+  pull "$number" "$clip" "${moments[n]}"
 done
 echo "pulls: $times pulled, $boxes ended in a box, $failures failed; the longest took $longest ms"
 [ "$failures" = 0 ]
