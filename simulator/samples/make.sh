@@ -2,7 +2,8 @@
 # Makes the sample recordings with ffmpeg, once, and puts them onto a unit's storage.
 # usage: make.sh SAMPLES [DEVICE]
 # SAMPLES gets the recordings as they lie on the volumes (SDMMCDisk/..., USB/...); with DEVICE they
-# are copied into that folder, where nothing that is there already is touched.
+# are copied into that folder, where nothing that is there already is touched. Without DEVICE the
+# clips for card.sh are made, too.
 # They are drawn: the road, what stands along it and the cars are drawings/*.svg, by day and by night;
 # ffmpeg moves them and prints date, time and speed into the corner, as dash cameras do. Each beeps
 # once a second. A change of the drawings or of this script makes them anew.
@@ -38,30 +39,27 @@ draw() {
 # high stands at (400 + 577 x / z, 230 + 577 (1.3 - h) / z).
 road() {
     isFresh "$parts/$1-$2.mkv" && return 0
-    for drawing in ground side sky; do
-        draw $drawing "$2"
-    done
     # To the front everything comes nearer, to the rear it goes away, and the sides change places.
     if [ "$1" = front ]; then way=-; mirror=null; else way=; mirror=hflip; fi
-    ffmpeg -nostdin -v error -y -framerate 25 -loop 1 -i "$parts/ground-$2.png" \
-        -framerate 25 -loop 1 -i "$parts/side-$2.png" -framerate 25 -loop 1 -i "$parts/sky-$2.png" \
-        -filter_complex "
-            [0]format=yuv444p,scroll=v=${way}0.006666667,perspective=sense=destination:
+    ffmpeg -nostdin -v error -y -i "$parts/ground-$2.png" -i "$parts/side-$2.png" \
+        -i "$parts/sky-$2.png" -filter_complex "
+            [0]format=yuv444p,loop=50:1,scroll=v=${way}0.006666667,perspective=sense=destination:
                 x0=346:y0=236:x1=454:y1=236:x2=-1850:y2=480:x3=2650:y3=480,crop=800:244:0:236[ground];
-            [1]format=yuva444p,scroll=h=${way}0.006666667,split[near][far];
+            [1]format=yuva444p,loop=50:1,scroll=h=${way}0.006666667,split[near][far];
             [near]perspective=sense=destination:x0=-812:y0=-290:x1=352:y1=208:x2=-812:y2=380:
                 x3=352:y3=236,crop=400:480:0:0[left];
             [far]perspective=sense=destination:x0=-431:y0=-290:x1=367:y1=208:x2=-431:y2=380:
                 x3=367:y3=236,crop=400:480:0:0,hflip[right];
             [2]format=yuv444p[sky];[sky][ground]overlay=0:236[a];[a][left]overlay=0:0[b];
             [b][right]overlay=400:0,$mirror,format=yuv420p[out]" \
-        -map '[out]' -frames:v 50 -c:v ffv1 "$parts/.part.mkv" || fail "the road could not be made"
-    mv "$parts/.part.mkv" "$parts/$1-$2.mkv"
+        -map '[out]' -frames:v 50 -c:v ffv1 "$parts/.part-$1-$2.mkv" ||
+        fail "the road could not be made"
+    mv "$parts/.part-$1-$2.mkv" "$parts/$1-$2.mkv"
 }
 
-# make NAME SECONDS CAMERA LIGHT TEXT ENCODER-OPTIONS...: one recording, under its name only when it
+# encode NAME SECONDS CAMERA LIGHT TEXT ENCODER-OPTIONS...: one recording, under its name only when it
 # is whole. TEXT stands in the corner, with drawtext's expansions.
-make() {
+encode() {
     file=$samples/$1
     seconds=$2
     camera=$3
@@ -70,28 +68,45 @@ make() {
     shift 5
     isFresh "$file" && return 0
     mkdir -p "$(dirname "$file")"
-    part=$(dirname "$file")/.part.${file##*.}
+    part=$(dirname "$file")/.part.$(basename "$file")
     echo "samples: making $(basename "$file")"
-    road "$camera" "$light"
     if [ "$camera" = front ]; then car=ahead; own=bonnet; else car=behind; own=window; fi
-    draw $car "$light"
-    draw $own "$light"
-    printf '%s' "$text" >"$parts/text"
+    text_file=$parts/$(basename "$file").txt
+    printf '%s' "$text" >"$text_file"
     # The other car is 7 to 12 metres away and keeps to its lane: W pixels wide it stands on the road
     # when its top is at 230 - 0.126 W.
-    ffmpeg -nostdin -v error -y -stream_loop -1 -i "$parts/$camera-$light.mkv" \
-        -framerate 25 -loop 1 -i "$parts/$car-$light.png" \
-        -framerate 25 -loop 1 -i "$parts/$own-$light.png" \
-        -f lavfi -i "sine=frequency=330:beep_factor=3:sample_rate=44100" \
+    ffmpeg -nostdin -v error -y -i "$parts/$camera-$light.mkv" -i "$parts/$car-$light.png" \
+        -i "$parts/$own-$light.png" -f lavfi -i "sine=frequency=330:beep_factor=3:sample_rate=44100" \
         -filter_complex "
-            [1]scale=w='2*trunc(75+18*sin(t/2.7))':h=-2:eval=frame[car];
-            [0][car]overlay=x='400-w/2+7*sin(t/1.9)':y='230-0.126*w'[a];[a][2]overlay=0:0,
-            drawtext=fontfile=$face:textfile=$parts/text:fontsize=22:fontcolor=white:borderw=2:
+            [1]format=yuva420p,loop=-1:1,scale=w='2*trunc(75+18*sin(t/2.7))':h=-2:eval=frame[car];
+            [0]loop=-1:50[road];
+            [road][car]overlay=x='400-w/2+7*sin(t/1.9)':y='230-0.126*w'[a];[a][2]overlay=0:0,
+            drawtext=fontfile=$face:textfile=$text_file:fontsize=22:fontcolor=white:borderw=2:
                 bordercolor=black:x=18:y=h-33,format=yuv420p[out]" \
         -map '[out]' -map 3 -t "$seconds" "$@" "$part" ||
         { rm -f "$part"; fail "ffmpeg could not make $(basename "$file")"; }
     mv "$part" "$file"
 }
+
+# beside COMMAND...: runs it while others go on, as many as there are processors. await waits for all.
+jobs=
+room=$(nproc)
+wait_for_oldest() {
+    # shellcheck disable=SC2086  # the numbers are words
+    set -- $jobs
+    wait "$1" || exit 1
+    shift
+    jobs=$*
+    room=$((room + 1))
+}
+beside() {
+    [ "$room" -gt 0 ] || wait_for_oldest
+    "$@" &
+    jobs="$jobs $!"
+    room=$((room - 1))
+}
+make() { beside encode "$@"; }
+await() { while [ -n "$jobs" ]; do wait_for_oldest; done; }
 
 # stamp CAMERA TIME: what a dash camera prints, from that time of its drive on.
 stamp() {
@@ -100,6 +115,14 @@ stamp() {
         "$begin" "$1"
 }
 
+for light in day night; do
+    for drawing in ground side sky ahead bonnet behind window; do
+        draw $drawing $light
+    done
+    beside road front $light
+    beside road rear $light
+done
+await
 h264='-c:v libx264 -preset ultrafast -crf 28 -g 25 -bf 0'
 # shellcheck disable=SC2086  # the encoder's options are words
 {
@@ -119,12 +142,15 @@ h264='-c:v libx264 -preset ultrafast -crf 28 -g 25 -bf 0'
     make USB/mountain.mpg 60 front day 'MOUNTAIN %{pts:hms}' -c:v mpeg2video -b:v 2500k -c:a mp2 -f mpeg
     make USB/unsupported-hevc.mp4 12 front night 'HEVC %{pts:hms}' -c:v libx265 -preset ultrafast \
         -x265-params log-level=error -tag:v hvc1 -c:a aac
-    # For a card with any number of recordings under as many names: small, and without the time.
-    card='-r 12.5 -c:v libx264 -preset veryfast -crf 36 -g 25 -bf 0 -threads 1 -c:a pcm_s16le
-        -ar 8000 -ac 1 -fflags +bitexact -flags:v +bitexact -flags:a +bitexact'
-    make .parts/card-front.avi 60 front day FRONT $card
-    make .parts/card-rear.avi 60 rear day REAR $card
+    # For card.sh, which copies them under as many names as are asked for: small, and without the time.
+    if [ $# = 1 ]; then
+        card='-r 12.5 -c:v libx264 -preset veryfast -crf 36 -g 25 -bf 0 -threads 1 -c:a pcm_s16le
+            -ar 8000 -ac 1 -fflags +bitexact -flags:v +bitexact -flags:a +bitexact'
+        make .parts/card-front.avi 60 front day FRONT $card
+        make .parts/card-rear.avi 60 rear day REAR $card
+    fi
 }
+await
 
 # The camera lost its power in the middle of this one: no index, the last frame cut.
 cut=$samples/SDMMCDisk/Record/20260314_081700_F.avi
