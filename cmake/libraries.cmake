@@ -22,7 +22,8 @@ function(header_only_library target folder package)
 endfunction()
 
 function(uses_exceptions)
-  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "-fexceptions;-frtti")
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "-fexceptions;-frtti"
+                                                 SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
 
 header_only_library(cli11 CLI libcli11-dev)
