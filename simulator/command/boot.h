@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "settings/persisted_state.h"
 #include "simulator/command/unit.h"
 
 namespace headunit {
@@ -36,16 +35,5 @@ std::string playerCommandLine(bool pip);
 
 // Starts the player in a running unit and waits for its first frame.
 bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why);
-
-// What the player goes on with at its next start.
-struct Choice {
-    bool given = false;  // else whatever it remembers
-    settings::PersistedState state;
-};
-// Puts what is to be played on the unit where it is not there already, and finds it in the player's
-// list. The running player notices nothing. False with the reason.
-bool choose(const Unit& unit, const BootOptions& options, Choice& choice, std::string& why);
-// Writes Movie.dat so that the player goes on with it. False with the reason.
-bool remember(const Unit& unit, const Choice& choice, std::string& why);
 
 }  // namespace headunit

@@ -2,6 +2,7 @@
 #include <signal.h>
 
 #include "simulator/command/boot.h"
+#include "simulator/command/choice.h"
 #include "simulator/command/prefix.h"
 #include "simulator/command/verbs.h"
 
@@ -60,7 +61,7 @@ Outcome restart(const Unit& unit, const Common& words) {
         return failed(noUnit(unit));
     }
     // What is wrong is found while the player still runs.
-    if (!words.isHandable(unit, why) || !choose(unit, options, choice, why)) {
+    if (!words.isHandable(unit, why) || !choose(unit, options.play, choice, why)) {
         return failed(why);
     }
     if (ask(unit, {"kill", "movie.exe"}, why)) {

@@ -12,6 +12,7 @@ constexpr char kCommand[] = "MSG_ProcessManagertoMovie";
 constexpr WPARAM kHide = 2;
 constexpr WPARAM kExit = 3;
 constexpr LPARAM kPrepare = 3;
+constexpr WPARAM kReady = 7;  // from the player; with 1: ready to exit
 
 bool passive;
 bool exitAsked;  // this process has told the player to get ready
@@ -21,7 +22,15 @@ void tellPlayer(WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT react(const peer::Received& received) {
-    if (passive || received.message->sender != tape::kPlayer) {
+    if (received.message->sender != tape::kPlayer) {
+        return 0;
+    }
+    // A shutdown that was asked for is carried out by a passive one as well.
+    if (received.wParam == kReady && received.lParam == 1 && exitAsked) {
+        exitAsked = false;
+        tellPlayer(kExit, 0);
+    }
+    if (passive) {
         return 0;
     }
     switch (received.wParam) {
@@ -31,12 +40,6 @@ LRESULT react(const peer::Received& received) {
             break;
         case 4:  // the player has nothing more to show
             tellPlayer(kExit, 0);
-            break;
-        case 7:  // 1: ready to exit
-            if (exitAsked && received.lParam == 1) {
-                exitAsked = false;
-                tellPlayer(kExit, 0);
-            }
             break;
         default:
             break;
