@@ -76,6 +76,16 @@ TEST_F(Input, TheVolumeBarTellsTheSentenceWhileThePictureIsBlocked) {
     }
 }
 
+TEST_F(Input, TouchesGesturesAndKeysAreAnsweredWithZero) {
+    for (const std::uint32_t message : {kDown, kMove, kUp}) {
+        EXPECT_EQ(send(message, 0, 1), 0) << message;
+    }
+    for (const platform::WParam value : {0u, 1u, 2u, 5u, 6u, 7u}) {
+        EXPECT_EQ(send(u"ZEL_BSP_WMUSER_GESTURE", value), 0) << value;
+        EXPECT_EQ(send(u"ZEL_BSP_WMUSER_IR_KEY", value), 0) << value;
+    }
+}
+
 TEST_F(Input, CoordinatesAreSigned) {
     appState.screenMode = kSlideBanner;
     touch(kDown, -5, 300);

@@ -1,6 +1,7 @@
 // What the board, the demultiplexer, the recorder, the navigation and the vehicle report.
 #include <limits>
 
+#include "shell/peers/peers.h"
 #include "tests/unit/shell/shell_unit.h"
 
 namespace {
@@ -25,6 +26,15 @@ TEST_F(UnitEvents, ACardThatGoesStopsWhatPlaysFromIt) {
     EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
     EXPECT_NE(lines(kCard, 0, 0), "");
     EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+}
+
+TEST_F(UnitEvents, TheProcessManagerIsToldWhenThereIsOne) {
+    unit().windows = {u"Processmanager"};
+    EXPECT_EQ(shell::postToProcessManager(shell::kClosePlayer, 0), 1);
+    EXPECT_EQ(taken(), "post Processmanager MSG_MovietoProcessManager 4,0\n");
+    unit().windows.clear();
+    EXPECT_EQ(shell::postToProcessManager(shell::kClosePlayer, 0), 0);
+    EXPECT_EQ(taken(), "");
 }
 
 TEST_F(UnitEvents, UsbSlotsStandBehindTheCards) {
