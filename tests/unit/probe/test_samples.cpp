@@ -100,8 +100,8 @@ TEST_P(EverySample, ATooLargeSizeEnds) {
 }
 
 // Every aligned and unaligned 32-bit place of the head and the tail set to extremes, which takes
-// in every size and count field; both byte orders. What makes a sample large comes many times, and takes
-// its time at every place: there the head alone will do.
+// in every size and count field; both byte orders. What makes a sample large comes many times, and
+// takes its time at every place: there the head alone will do.
 TEST_P(EverySample, ExtremeFieldsEnd) {
     Bytes bytes = sample(GetParam()).build();
     const std::size_t swept = bytes.size() > 100000 ? 64 : bytes.size() > 30000 ? 120 : 700;
