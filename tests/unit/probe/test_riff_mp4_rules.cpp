@@ -343,10 +343,23 @@ TEST(Mp4Rules, EscapedBytesOfAParameterSetAreNoStartCode) {
             EXPECT_EQ(found.vertical, other) << bit;
         }
     }
-    // 00 00 03 01: the 03 goes, and the 01 behind it is data. A bare 00 00 01 ends the set.
-    const Bytes set = sps({.aspectIdc = 255, .sarWidth = 0, .sarHeight = 1});
-    const auto place = std::search_n(set.begin(), set.end(), 2, std::uint8_t{0});
-    ASSERT_NE(place, set.end());
+    // 00 00 03 01: the 03 goes, and the 01 behind it is data. Some of these sets hold it.
+    const Bytes escaped = {0, 0, 3, 1};
+    int sets = 0;
+    for (std::uint32_t width = 1; width < 0x10000; width += 37) {
+        for (unsigned height = 1; height < 0x10000; height <<= 1) {
+            const Bytes set =
+                sps({.aspectIdc = 255, .sarWidth = width & 0xFF00, .sarHeight = height});
+            if (std::ranges::search(set, escaped).empty()) {
+                continue;
+            }
+            ++sets;
+            const probe::PixelAspect found = probe::FindAspectInSps(std::span(set).subspan(1));
+            EXPECT_EQ(found.horizontal, width & 0xFF00) << height;
+            EXPECT_EQ(found.vertical, height) << width;
+        }
+    }
+    EXPECT_GT(sets, 0);
 }
 
 TEST(Mp4Rules, EveryBrandCounts) {

@@ -168,6 +168,12 @@ TEST_F(Commands, SilenceAndSound) {
     EXPECT_EQ(appState.audioSuppressed, 0);
 }
 
+TEST_F(Commands, SilenceChangesTheSentenceThatStandsForThePicture) {
+    appState.drivingBlock = 1;
+    EXPECT_LINES(command(15007), "\ngraph volume 0\nredraw 200,230,600,260\n");
+    EXPECT_LINES(command(15008), "\ngraph volume 5\nredraw 200,230,600,260\n");
+}
+
 TEST_F(Commands, PreviousAndNextEvenWhileTheKeysAreLocked) {
     recordings(3, 1);
     appState.keyLock = 1;
@@ -186,7 +192,9 @@ post Video ZEL_BSP_WMUSER_IR_KEY 7,0
 
 TEST_F(Commands, StopLeavesTheSlideScreen) {
     play();
+    appState.screens.displayedPosition = 5;
     EXPECT_LINES(command(20506), std::string("\n") + kStopped);
+    EXPECT_EQ(appState.screens.displayedPosition, 0);
     EXPECT_EQ(command(20506), "");
     appState.screenMode = kSlideBanner;
     appState.previousScreenMode = kFullWidth;

@@ -30,7 +30,10 @@ TEST_F(Input, RemoteSkipsAreIgnoredWhileTheKeysAreLocked) {
     EXPECT_EQ(lines(u"ZEL_BSP_WMUSER_IR_KEY", 6), "");
     EXPECT_EQ(appState.persisted.fileIndex, 1);
     appState.keyLock = 0;
-    lines(u"ZEL_BSP_WMUSER_IR_KEY", 5);
+    EXPECT_LINES(lines(u"ZEL_BSP_WMUSER_IR_KEY", 5), R"(
+print \r\n\n+++++Player::OnPrev: OnPrev\r\n
+post Video ZEL_BSP_WMUSER_IR_KEY 7,0
+)");
     EXPECT_EQ(appState.persisted.fileIndex, 0);
     appState.lastSkipTick -= 1700;
     lines(u"ZEL_BSP_WMUSER_IR_KEY", 6);
@@ -90,8 +93,10 @@ TEST_F(Input, CoordinatesAreSigned) {
     appState.screenMode = kSlideBanner;
     touch(kDown, -5, 300);
     EXPECT_EQ(appState.screens.touch.start, (ui::Point{-5, 300}));
-    touch(kDown, 5, -300);
-    EXPECT_EQ(appState.screens.touch.start, (ui::Point{5, -300}));
+    touch(kDown, 5, -301);
+    EXPECT_EQ(appState.screens.touch.start, (ui::Point{5, -301}));
+    touch(kDown, 6, 301);
+    EXPECT_EQ(appState.screens.touch.start, (ui::Point{6, 301}));
 }
 
 TEST_F(Input, AReleaseForgetsThePendingActionInEveryMode) {
@@ -111,6 +116,9 @@ TEST_F(Input, ActivationIsTheSystemsAndALossForgetsTheTouch) {
     EXPECT_EQ(send(platform::kActivateMessage, 1, 5), 77);
     EXPECT_LINES(taken(), "\ndefault 0x6 1,5\n");
     EXPECT_TRUE(appState.screens.touch.held);
+    EXPECT_EQ(send(platform::kActivateMessage, 0x8000, 5), 77);
+    EXPECT_TRUE(appState.screens.touch.held);
+    taken();
     EXPECT_EQ(send(platform::kActivateMessage, 0x10000, 5), 77);
     EXPECT_LINES(taken(), "\nrelease\ntimer 103 6000\nredraw\ndefault 0x6 65536,5\n");
     EXPECT_FALSE(appState.screens.touch.held);

@@ -194,6 +194,8 @@ TEST_F(Lifecycle, CloseDestroysWithoutSaving) {
     send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
     EXPECT_EQ(send(platform::kCloseMessage), 0);
     EXPECT_TRUE(taken().ends_with("redraw\ndestroy window\n"));
+    EXPECT_TRUE(appState.exiting);
+    EXPECT_EQ(lines(platform::kCloseMessage), "") << "once";
 }
 
 TEST_F(Lifecycle, AnExitDuringTheNoticeOfTheStartEndsTheInitialisation) {

@@ -60,6 +60,27 @@ TEST_F(MessageTable, NumbersThatAreNeededLaterAreKept) {
     }
 }
 
+TEST_F(MessageTable, RegisteringAgainBeginsItAnew) {
+    EXPECT_TRUE(shell::registerMessages());
+    EXPECT_EQ(appState.messageTable.count, 22);
+    EXPECT_EQ(appState.messageTable.rows[0].message, platform::kCreateMessage);
+}
+
+TEST_F(MessageTable, WhatIsHandledIsAnsweredWithZero) {
+    for (const std::uint32_t message : std::to_array<std::uint32_t>(
+             {platform::kCreateMessage, platform::kPaintMessage, platform::kTimerMessage, 0x8001,
+              platform::kCloseMessage, platform::kDestroyMessage})) {
+        EXPECT_EQ(send(message), 0) << message;
+    }
+    for (const char16_t* name :
+         {u"MSG_ProcessManagertoMovie", u"ZEL_BSP_WMUSER_SDCARD", u"ZEL_BSP_WMUSER_MNT_USB",
+          u"BSP_WMUSER_MUTE_NOTIFICATION", u"QUILLMARK_MSG_BROADCAST",
+          u"TCC_CDK_DEMUX_FILTER_READ_FAIL", u"MSG_OrviBroadCast",
+          u"MSG_ProcessManagerToOrviEndPoint", u"MSG_SystemBroadcast"}) {
+        EXPECT_EQ(send(name, 99), 0) << test::shown(name);
+    }
+}
+
 TEST_F(MessageTable, WhatHasNoRowIsTheSystems) {
     EXPECT_EQ(send(0x0014, 3, 4), 77);
     EXPECT_LINES(taken(), "\ndefault 0x14 3,4\n");

@@ -1,7 +1,9 @@
 // What the keys of the screens set off, action by action, and the change of the screen mode.
 #include "shell/screens/effects.h"
+#include "shell/screens/file_list.h"
 #include "shell/screens/refresh.h"
 #include "shell/screens/screen_mode.h"
+#include "shell/screens/screens.h"
 #include "shell/screens/state_view.h"
 #include "tests/unit/shell/shell_unit.h"
 
@@ -129,6 +131,107 @@ TEST_F(Screens, WhatPlaysIsHeardUnlessItIsSilent) {
     }
 }
 
+TEST_F(Screens, WhatIsSeenIsThePlayersState) {
+    using settings::kPaused, settings::kPlaying, settings::kStopped;
+    for (const std::int32_t state : {kStopped, kPlaying, kPaused}) {
+        appState.persisted.playState = state;
+        EXPECT_EQ(screens::playerView().playing, state != kStopped) << state;
+        EXPECT_EQ(screens::playerView().paused, state == kPaused) << state;
+    }
+    for (const std::int32_t flag : {0, 1, 2}) {
+        appState.connectMode = appState.muted = appState.drivingBlock = flag;
+        const ui::PlayerView view = screens::playerView();
+        EXPECT_EQ(view.connectMode, flag == 1) << flag;
+        EXPECT_EQ(view.muted, flag == 1) << flag;
+        EXPECT_EQ(view.drivingBlock, flag == 1) << flag;
+    }
+    for (const bool flag : {false, true}) {
+        appState.videoArea = appState.screens.barShown = flag;
+        appState.screens.bannerShown = !flag;
+        const ui::PlayerView view = screens::playerView();
+        EXPECT_EQ(view.videoArea, flag);
+        EXPECT_EQ(view.barShown, flag);
+        EXPECT_EQ(view.bannerShown, !flag);
+    }
+}
+
+TEST_F(Screens, TheCameraIsSeenInConnectModeAlone) {
+    catalogue::copyPath(appState.persisted.file, u"\\SDMMCDisk\\Record\\1_R.avi");
+    for (const std::int32_t connect : {0, 1, 2}) {
+        appState.connectMode = connect;
+        EXPECT_EQ(screens::playerView().camera, connect == 1 ? 1 : -1) << connect;
+    }
+}
+
+TEST_F(Screens, TheNumbersThatAreSeen) {
+    appState.persisted.volume = 7;
+    appState.persisted.endTime = 61;
+    appState.screens.displayedPosition = 12;
+    appState.screens.touch.pressedKey = 3;
+    catalogue::copyPath(appState.persisted.file, u"\\SDMMCDisk\\Record\\a.avi");
+    const ui::PlayerView view = screens::playerView();
+    EXPECT_EQ(view.volume, 7);
+    EXPECT_EQ(view.duration, 61);
+    EXPECT_EQ(view.displayedPosition, 12);
+    EXPECT_EQ(view.pressedKey, 3);
+    EXPECT_EQ(view.hour, 14);
+    EXPECT_EQ(view.minute, 48);
+    EXPECT_EQ(std::u16string_view(view.fileName), u"a.avi");
+}
+
+TEST_F(Screens, AnEmptyAreaIsNotDrawn) {
+    screens::Effects effects;
+    taken();
+    effects.invalidate({5, 6, 5, 9});
+    effects.invalidate({5, 6, 9, 6});
+    EXPECT_EQ(taken(), "");
+    effects.invalidate({5, 6, 6, 7});
+    EXPECT_EQ(taken(), "redraw 5,6,6,7\n");
+}
+
+TEST_F(Screens, ATimerBeginsAgainOnlyWhereItIsWanted) {
+    screens::Effects effects;
+    const auto started = [&effects](ui::ScreenTimer timer) {
+        taken();
+        effects.startTimer(timer);
+        return taken();
+    };
+    for (const std::int32_t mode : {kFullWidth, kHalfWidth, kFileList, kSlideBanner}) {
+        appState.screenMode = mode;
+        EXPECT_EQ(started(ui::ScreenTimer::Bar), mode == kFullWidth ? "timer 103 6000\n" : "");
+    }
+    for (const std::int32_t state : {settings::kStopped, settings::kPlaying, settings::kPaused}) {
+        appState.persisted.playState = state;
+        EXPECT_EQ(started(ui::ScreenTimer::Position),
+                  state == settings::kStopped ? "" : "timer 100 300\n");
+    }
+}
+
+TEST_F(Screens, OnlyScreensHaveBitmaps) {
+    taken();
+    for (const std::int32_t mode : {-1, static_cast<int>(kHidden), 5}) {
+        screens::loadScreen(mode);
+        screens::unloadScreen(mode);
+        EXPECT_FALSE(screens::isScreenLoaded(mode)) << mode;
+    }
+    EXPECT_EQ(taken(), "");
+}
+
+TEST_F(Screens, AFileIsStartedInTheWindowInThisOrder) {
+    recordings(1);
+    appState.persisted.position = 12;
+    const std::string did = lines(u"ZEL_BSP_WMUSER_IR_KEY", 7);
+    EXPECT_NE(did.find("graph key 0x000000\nredraw\ngraph place 0,0 800x480 on layer 36\n"),
+              std::string::npos)
+        << did;
+}
+
+TEST_F(Screens, ABoxWhileThePositionGoesOnStartsNoTimerForIt) {
+    play(2);
+    touch(0x201, 650, 450);  // on a key
+    EXPECT_TRUE(act(Action::Refuse).starts_with("release\ntimer 103 6000\nredraw\nbox "));
+}
+
 TEST_F(Screens, TheBoxForgetsTheTouch) {
     appState.screens.touch.held = true;
     EXPECT_TRUE(act(Action::Refuse).starts_with("release\ntimer 103 6000\nredraw\nbox "));
@@ -159,6 +262,104 @@ TEST_F(List, PagesStayWithinTheList) {
     EXPECT_EQ(act(Action::PageDown), "");
     EXPECT_LINES(act(Action::PageUp), "\nredraw\n");
     EXPECT_EQ(appState.browsePage, 0);
+}
+
+TEST_F(List, AKeyTurnsOnePage) {
+    appState.browsePageCount = 5;
+    appState.browsePage = 2;
+    act(Action::PageUp);
+    EXPECT_EQ(appState.browsePage, 1);
+    act(Action::PageDown);
+    EXPECT_EQ(appState.browsePage, 2);
+    appState.browsePageCount = appState.browsePage = 0;  // an empty list
+    EXPECT_EQ(act(Action::PageDown), "");
+    EXPECT_EQ(appState.browsePage, 0);
+}
+
+TEST_F(List, ThePressedRowIsLookedUpInTheListAsItIs) {
+    appState.screens.rows = {};
+    touch(0x201, 300, 90);
+    EXPECT_EQ(appState.screens.touch.pressedKey, ui::kListRowKeys);
+    touch(0x202, 799, 479);
+}
+
+TEST_F(List, WhatIsSeenIsTheList) {
+    appState.browsePage = 1;
+    appState.screens.touch.pressedKey = 3;
+    const ui::ListView view = screens::listView();
+    EXPECT_EQ(std::u16string_view(view.table->rows[0].name), u"17.avi");
+    EXPECT_EQ(std::u16string_view(view.path), u"\\SDMMCDisk\\Record");
+    EXPECT_EQ(view.page, 1);
+    EXPECT_EQ(view.pageCount, 2);
+    EXPECT_EQ(view.pressedKey, 3);
+    EXPECT_TRUE(view.hasParent);
+}
+
+TEST_F(List, UpLeadsFromEveryFolderButTheTop) {
+    makeFolder("a/b");
+    struct Case {
+        const char16_t* folder;
+        bool normally, connected;
+    };
+    for (const Case& c : {Case{u"", false, false}, Case{u"\\SDMMCDisk", true, false},
+                          Case{u"\\SDMMCDisk\\Record", true, true}, Case{u"a\\b", true, true}}) {
+        for (const std::int32_t connect : {0, 1}) {
+            appState.connectMode = connect;
+            catalogue::ListBrowseFolder(appState, c.folder);
+            EXPECT_EQ(screens::hasParentFolder(), connect == 1 ? c.connected : c.normally)
+                << test::shown(c.folder) << connect;
+        }
+    }
+}
+
+TEST_F(List, IsFoundAsItWasLeftWhileNothingPlays) {
+    act(Action::PageDown);
+    mode(kFullWidth);
+    put("SDMMCDisk/Record/30.avi", test::smallRecording());
+    mode(kFileList);
+    EXPECT_TRUE(appState.screens.listShown);
+    EXPECT_EQ(appState.browsePage, 1);
+    EXPECT_EQ(appState.browseFileCount, 13) << "listed again";
+    catalogue::ListBrowseFolder(appState, u"\\SDMMCDisk");
+    mode(kFullWidth);
+    mode(kFileList);
+    EXPECT_EQ(test::shown(appState.browseFolderPath), R"(\SDMMCDisk)");
+    mode(kFullWidth);
+    send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
+    mode(kFileList);
+    EXPECT_EQ(test::shown(appState.browseFolderPath), R"(\SDMMCDisk\Record)") << "what plays";
+}
+
+TEST_F(List, HidingItForgetsTheFinger) {
+    touch(0x201, 300, 90);
+    ASSERT_TRUE(appState.screens.touch.held);
+    mode(kHidden);
+    EXPECT_FALSE(appState.screens.touch.held);
+}
+
+TEST_F(List, AnotherFileTakesThePlaceOfWhatPlays) {
+    act(Action::OpenRow, 3);
+    handlePosted();
+    ASSERT_EQ(appState.persisted.playState, settings::kPlaying);
+    const std::string did = act(Action::OpenRow, 1);  // the first file, behind the only folder
+    EXPECT_NE(did.find("graph destroy\n"), std::string::npos) << did;
+    EXPECT_TRUE(did.ends_with("post Video ZEL_BSP_WMUSER_IR_KEY 7,0\nredraw\n")) << did;
+    EXPECT_EQ(appState.persisted.fileIndex, 0);
+    EXPECT_EQ(appState.screenMode, kFileList);
+}
+
+TEST_F(List, TheFirstFileBehindSevenFoldersIsOnTheFirstPage) {
+    for (int i = 0; i < 6; ++i) {
+        makeFolder("SDMMCDisk/Record/s" + std::to_string(i));
+    }
+    for (const std::int32_t index : {-1, 0}) {
+        appState.screens.listShown = false;
+        appState.playIndex = index;
+        mode(kFullWidth);
+        mode(kFileList);
+        ASSERT_EQ(appState.browseFolderCount, 7);
+        EXPECT_EQ(appState.browsePage, 0) << index;
+    }
 }
 
 TEST_F(List, AChangedListForgetsTheFingerOnItsRows) {
@@ -278,6 +479,44 @@ redraw
     EXPECT_EQ(appState.screenMode, kHidden);
 }
 
+TEST_F(Screens, EnteringAScreenShowsTheTimesAndForgetsTheFinger) {
+    appState.persisted.position = 12;
+    appState.persisted.endTime = 61;
+    for (const std::int32_t entered : {kHalfWidth, kSlideBanner, kFullWidth, kFileList}) {
+        appState.screens.touch.held = true;
+        appState.screens.displayedPosition = appState.screens.displayedDuration = 0;
+        appState.screens.barShown = appState.screens.listShown = false;
+        mode(entered);
+        EXPECT_FALSE(appState.screens.touch.held) << entered;
+        EXPECT_EQ(appState.screens.displayedPosition, 12) << entered;
+        EXPECT_EQ(appState.screens.displayedDuration, 61) << entered;
+        EXPECT_EQ(appState.screens.barShown, entered == kFullWidth) << entered;
+        EXPECT_EQ(appState.screens.listShown, entered == kFileList) << entered;
+    }
+}
+
+TEST_F(Screens, AGestureOutlivesOnlyTheWayFromTheFullWidthToTheSlideScreen) {
+    struct Case {
+        std::int32_t before, after;
+        bool kept;
+    };
+    for (const Case& c :
+         {Case{kFullWidth, kSlideBanner, true}, Case{kHalfWidth, kSlideBanner, false},
+          Case{kFileList, kSlideBanner, false}, Case{kFullWidth, kHalfWidth, false},
+          Case{kFullWidth, kFileList, false}, Case{kSlideBanner, kFullWidth, false}}) {
+        mode(c.before);
+        appState.pendingKeyAction = kNextFile;
+        mode(c.after);
+        EXPECT_EQ(appState.pendingKeyAction, c.kept ? kNextFile : kNoAction) << c.before << c.after;
+    }
+}
+
+TEST_F(Screens, TheModeThatShowsKeepsTheOneBeforeIt) {
+    mode(kHalfWidth);
+    EXPECT_EQ(mode(kHalfWidth).find("place 0,800,480"), std::string::npos);
+    EXPECT_EQ(appState.previousScreenMode, kFullWidth);
+}
+
 TEST_F(Screens, TheModeThatShowsIsEnteredOnceMore) {
     EXPECT_LINES(mode(kFullWidth), R"(
 redraw
@@ -304,6 +543,10 @@ TEST_F(Screens, ThePictureIsPlacedWithinTheWindow) {
     appState.screenMode = kHidden;
     screens::placeVideo(0);
     EXPECT_EQ(taken(), "");
+    appState.drivingBlock = 0;
+    appState.screenMode = kHalfWidth;
+    screens::placeVideo(0);
+    EXPECT_LINES(taken(), "\ngraph place 0,60 300x260 on layer 36\n");
 }
 
 }  // namespace

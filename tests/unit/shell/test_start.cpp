@@ -75,6 +75,13 @@ gate open
     EXPECT_EQ(appState.screenMode, kHalfWidth);
 }
 
+TEST_F(Start, TheInstanceIsKept) {
+    int any = 0;
+    const auto instance = reinterpret_cast<platform::Instance>(&any);
+    shell::run(instance, u"", 5);
+    EXPECT_EQ(appState.hInstance, instance);
+}
+
 TEST_F(Start, ASecondStartHandsItsWishOverAndEnds) {
     unit().windows.insert(u"Video");
     int exitValue = 9;

@@ -1,5 +1,6 @@
 // The timers of the main window: the shell's step and what the screens do after it.
 #include "tests/unit/shell/shell_unit.h"
+#include "ui/player_layout.h"
 
 namespace {
 
@@ -23,6 +24,42 @@ TEST_F(Ticks, ThePositionIsReadAndShown) {
     EXPECT_EQ(appState.persisted.position, 30);
     EXPECT_EQ(appState.screens.displayedPosition, 30);
     EXPECT_EQ(tick(100), "");
+}
+
+TEST_F(Ticks, ThePositionIsFollowedUnlessAFingerLeadsIt) {
+    struct Case {
+        const char* name;
+        std::int32_t mode;
+        bool held;
+        std::int32_t key;
+        double shown;  // of 20 s where 10 s were shown
+        bool drawn;
+    };
+    for (const Case& c :
+         {Case{"no finger", kFullWidth, false, -1, 20, true},
+          Case{"beside the keys", kFullWidth, true, -1, 20, true},
+          Case{"on another key", kFullWidth, true, ui::kFullPlayKey, 20, true},
+          Case{"on the bar", kFullWidth, true, ui::kFullLayout.progressKey, 10, false},
+          Case{"on the bar", kHalfWidth, true, ui::kHalfLayout.progressKey, 10, false},
+          Case{"on the slide screen", kSlideBanner, true, ui::kFullLayout.progressKey, 20,
+               false}}) {
+        SetUp();
+        play();
+        appState.screenMode = c.mode;
+        showTime(10, 60);
+        theGraph().position = 20;
+        appState.screens.touch.held = c.held;
+        appState.screens.touch.pressedKey = c.key;
+        EXPECT_EQ(tick(100) != "", c.drawn) << c.name;
+        EXPECT_EQ(appState.screens.displayedPosition, c.shown) << c.name;
+    }
+}
+
+TEST_F(Ticks, NothingFollowsAStoppedPlayer) {
+    showTime(10, 60);
+    appState.persisted.endTime = 60;
+    EXPECT_EQ(tick(100), "");
+    EXPECT_EQ(appState.screens.displayedPosition, 10);
 }
 
 TEST_F(Ticks, ALengthThatGrowsIsPaintedApartFromTheTrack) {

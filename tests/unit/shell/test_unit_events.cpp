@@ -38,14 +38,21 @@ TEST_F(UnitEvents, TheProcessManagerIsToldWhenThereIsOne) {
 }
 
 TEST_F(UnitEvents, UsbSlotsStandBehindTheCards) {
-    makeFolder("USB2");
+    put("USB/01.avi", test::smallRecording());
+    catalogue::ListPlayFolder(appState, u"\\USB");
+    send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
+    ASSERT_EQ(appState.persisted.playState, settings::kPlaying);
+    send(kUsb, 0, 0);
+    EXPECT_EQ(appState.persisted.playState, settings::kStopped);
     put("USB2/01.avi", test::smallRecording());
     catalogue::ListPlayFolder(appState, u"\\USB2");
     send(u"ZEL_BSP_WMUSER_IR_KEY", 7);
     ASSERT_EQ(appState.persisted.playState, settings::kPlaying);
     send(kUsb, 0, 0);
     send(kUsb, 0, 2);
-    send(kUsb, 0, std::numeric_limits<platform::LParam>::max());
+    for (platform::LParam behind = 0; behind < 4; ++behind) {
+        send(kUsb, 0, std::numeric_limits<platform::LParam>::max() - behind);
+    }
     EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
     send(kUsb, 0, 1);
     EXPECT_EQ(appState.persisted.playState, settings::kStopped);
@@ -100,6 +107,10 @@ TEST_F(UnitEvents, MuteIsTheBoards) {
                      "\nredraw 360,437,549,467\nredraw 200,425,280,480\n");
         EXPECT_EQ(appState.muted, c.muted) << c.wParam;
     }
+    appState.drivingBlock = 1;
+    EXPECT_LINES(lines(u"BSP_WMUSER_MUTE_NOTIFICATION", 1),
+                 "\nredraw 200,230,600,260\nredraw 360,437,549,467\nredraw 200,425,280,480\n");
+    appState.drivingBlock = 0;
     appState.screenMode = kHalfWidth;
     EXPECT_LINES(lines(u"BSP_WMUSER_MUTE_NOTIFICATION", 1),
                  "\nredraw 170,372,308,403\nredraw 2,360,81,420\n");
