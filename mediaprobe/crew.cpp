@@ -28,7 +28,16 @@ void probeFile(const std::string& path, const Manner& manner, Output& output, Ta
     WatchedInfo info(manner.explain ? Account::Written : Account::None);
     const probe::Result open = info.Open(openedName(path).c_str());
     current = nullptr;
-    const Finding finding{path, open, info, info.seen(), info.claimedBy()};
+    // A folder cannot be opened as a file, and the system says that reading it is not allowed.
+    const bool isFolder = open != probe::kOk && kindOf(path) == EntryKind::Folder;
+    const Finding finding{path,
+                          open,
+                          info,
+                          info.seen(),
+                          info.claimedBy(),
+                          open == probe::kOk ? ""
+                          : isFolder         ? "it is a folder"
+                                             : openErrorText(open)};
     if (manner.json) {
         appendJsonLine(output.text, finding);
     } else if (open == probe::kOk) {
@@ -44,10 +53,10 @@ void probeFile(const std::string& path, const Manner& manner, Output& output, Ta
     tally.faulty += open == probe::kOk && good && info.seen().damage.empty() ? 0 : 1;
     if (open == probe::kOk) {
         output.meet(good ? kAllGood : kCleanNo);
-    } else if (kindOf(path) == EntryKind::Folder) {
+    } else if (isFolder) {
         output.complain(shown + " is a folder; -r looks into folders");
     } else {
-        output.complain(shown + " cannot be opened: " + openErrorText(open));
+        output.complain(shown + " cannot be opened: " + finding.error);
     }
 }
 

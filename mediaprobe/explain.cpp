@@ -50,8 +50,7 @@ std::string refusal(probe::Result open, const probe::MediaRecord& record) {
                "not run";
     }
     if (record.containerType == probe::kContainerNone || record.status != probe::kOk) {
-        return "decides by its graph alone, since the probe found nothing; most likely it "
-               "refuses the file as one that cannot be rendered";
+        return "decides by its graph alone, since the probe found nothing";
     }
     if (record.audioFormatTag == probe::kAudioNone && mayHoldSound(record)) {
         return "refuses it unless its graph finds audio that the probe has no tag for";

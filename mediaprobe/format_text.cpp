@@ -83,6 +83,14 @@ std::string roundSize(std::uint64_t bytes) {
     return formatted("%" PRIu64 " byte%s", bytes, bytes == 1 ? "" : "s");
 }
 
+std::string partOf(std::uint64_t bytes, std::uint64_t wholeBytes, const char* least) {
+    const std::string part = roundSize(bytes), whole = roundSize(wholeBytes);
+    const bool bothSmall = wholeBytes < 1000;
+    return part == whole || bothSmall
+               ? grouped(bytes) + " of " + least + grouped(wholeBytes) + " bytes"
+               : part + " of " + least + whole;
+}
+
 std::string escaped(std::string_view text) {
     std::string out;
     for (std::size_t at = 0; at < text.size();) {

@@ -109,7 +109,7 @@ void appendJsonLine(std::string& out, const Finding& finding) {
                          : videoCodec(record, finding.seen).name);
     appendTextOrNull(out, "audioCodec", audioCodec(record, finding.seen).name);
     appendTextOrNull(out, "damaged", finding.seen.damage);
-    appendTextOrNull(out, "error", finding.open == probe::kOk ? "" : openErrorText(finding.open));
+    appendTextOrNull(out, "error", finding.error);
     out += "}\n";
 }
 

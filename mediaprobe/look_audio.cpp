@@ -1,15 +1,12 @@
-// MPEG audio, FLAC and Monkey's Audio: how many bytes their headers promise.
+// MPEG audio and Monkey's Audio: how many bytes their headers promise.
 #include <cstring>
 
 #include "mediaprobe/looks.h"
 #include "probe/read/byte_reader.h"
 
 namespace mediaprobe {
-namespace {
 
-// Where the first frame stands: behind an ID3 version 2 tag, whose size is four times seven bits
-// and does not count the tag's own ten bytes, nor the ten of a footer.
-std::uint64_t firstFrame(Look& look) {
+std::uint64_t behindId3Tag(Look& look) {
     std::uint8_t tag[10];
     if (!look.read(0, tag) || std::memcmp(tag, "ID3", 3) != 0) {
         return 0;
@@ -21,15 +18,21 @@ std::uint64_t firstFrame(Look& look) {
     return sizeof tag + size + ((tag[5] & 0x10) != 0 ? sizeof tag : 0);
 }
 
-}  // namespace
-
 // A Xing or Info header lies behind the side information of the first frame: +0 the letters, +4
 // flags (1 frames, 2 bytes), then the numbers that the flags announce.
 void lookAtMpegAudio(Look& look) {
-    const std::uint64_t start = firstFrame(look);
+    const std::uint64_t start = behindId3Tag(look);
     std::uint8_t frame[52];
-    if (!look.read(start, frame) || frame[0] != 0xFF || (frame[1] & 0xE6) != 0xE2) {
-        return;  // no layer III frame stands there
+    if (!look.read(start, frame)) {
+        return;
+    }
+    if (frame[0] != 0xFF || (frame[1] & 0xE0) != 0xE0) {
+        look.seen.note =
+            "no MPEG audio stands at its start; the player's probe found six frames further on";
+        return;
+    }
+    if ((frame[1] & 0x06) != 0x02) {
+        return;  // only layer III has such a header
     }
     const bool isMpeg1 = (frame[1] & 0x18) == 0x18;
     const bool isMono = (frame[3] & 0xC0) == 0xC0;
@@ -43,26 +46,6 @@ void lookAtMpegAudio(Look& look) {
     const std::uint64_t place = start + 4 + sideBytes + 8 + ((flags & 1) != 0 ? 4 : 0);
     if ((flags & 2) != 0 && look.read(place, count)) {
         look.noteCut(start + probe::be32(count));
-    }
-}
-
-// STREAMINFO (RFC 9639, section 8.2) behind "fLaC" and a block header of 4 bytes: +0 least and +2
-// most samples of a block, +4 least bytes of a frame (0 unknown), +10 packed, its last 36 bits the
-// number of samples (0 unknown).
-void lookAtFlac(Look& look) {
-    std::uint8_t info[18];
-    if (!look.read(8, info)) {
-        return;
-    }
-    const std::uint64_t blockSamples = probe::be16(info + 2);
-    const std::uint64_t frameBytes = probe::be24(info + 4);
-    const std::uint64_t samples = probe::be64(info + 10) & 0xFFFFFFFFFu;
-    if (blockSamples == 0 || samples < blockSamples) {
-        return;
-    }
-    const std::uint64_t least = samples / blockSamples * frameBytes;
-    if (least > look.seen.fileBytes && look.noteCut(least)) {
-        look.seen.damage.insert(look.seen.damage.find(" of ") + 4, "at least ");
     }
 }
 

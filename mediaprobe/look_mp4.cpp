@@ -18,6 +18,7 @@ struct Box {
     std::uint32_t type = 0;
     std::uint64_t body = 0;  // where it begins
     std::uint64_t end = 0;   // first byte behind it
+    bool longSize = false;   // its size has 64 bits
 };
 
 // The boxes of one level in turn, between two offsets.
@@ -43,7 +44,7 @@ public:
         if (size < headBytes || size > UINT64_MAX - at_) {
             return false;
         }
-        box = {probe::be32(head + 4), at_ + headBytes, at_ + size};
+        box = {probe::be32(head + 4), at_ + headBytes, at_ + size, headBytes == 16};
         at_ = box.end;
         return true;
     }
@@ -146,7 +147,8 @@ void lookAtTracks(Look& look, const Box& moov) {
             look.seen.audioEntry = track.entry;
         }
         if (track.onlyLongOffsets && look.record.status != probe::kOk) {
-            look.seen.damage = "its chunk offsets have 64 bits, which the player does not read";
+            look.seen.note =
+                "its chunk offsets have 64 bits, which the player's probe does not read";
         }
     }
 }
@@ -160,22 +162,25 @@ void lookAtMp4(Look& look) {
     std::uint64_t end = 0;
     for (Box box; boxes.next(box);) {
         end = box.end;
+        if (box.longSize && !indexed && look.record.status != probe::kOk) {
+            look.seen.note =
+                "a box in front of its index has a 64-bit size, which the player's probe does not "
+                "read";
+        }
         if (box.type == fourCc("moov") && box.end <= fileBytes) {
             indexed = true;
             lookAtTracks(look, box);
         }
     }
     std::string& damage = look.seen.damage;
-    if (!damage.empty()) {
-        return;
-    }
     const bool cut = look.noteCut(end);
     if (!indexed) {
         // What is missing behind the last box that begins is not known.
-        damage = cut ? "cut off: the index is missing, " + roundSize(fileBytes) + " of at least " +
-                           roundSize(end) + " are there"
+        damage = cut ? "cut off: the index is missing, " + partOf(fileBytes, end, "at least ") +
+                           " are there"
                      : "the index is missing";
-    } else if (!cut && end < fileBytes && look.record.status != probe::kOk) {
+    } else if (!cut && end < fileBytes && look.seen.note.empty() &&
+               look.record.status != probe::kOk) {
         damage = "what stands at byte " + grouped(boxes.position()) + " is no box";
     }
 }

@@ -58,17 +58,45 @@ void lookAtFlv(Look& look) {
     }
 }
 
+// The codec of the first page, whose packet begins at +28, by the mappings of RFC 7845 (Opus) and
+// of xiph.org; null for one that is not known here. Of all codecs the player's probe reads Vorbis.
+const char* oggCodec(Look& look) {
+    static constexpr struct {
+        std::size_t length;
+        const char* magic;
+        const char* name;
+    } kCodecs[] = {{8, "OpusHead", "Opus"},
+                   {7, "\x80theora", "Theora"},
+                   {5,
+                    "\x7F"
+                    "FLAC",
+                    "FLAC"},
+                   {8, "Speex   ", "Speex"},
+                   {8, "fishead", "a skeleton"}};
+    std::uint8_t packet[8];
+    if (!look.read(28, packet)) {
+        return nullptr;
+    }
+    for (const auto& one : kCodecs) {
+        if (std::memcmp(packet, one.magic, one.length) == 0) {
+            return one.name;
+        }
+    }
+    return nullptr;
+}
+
 // The last page (RFC 3533): "OggS", +5 header type (4: last page of its stream), +26 number of
 // segments, +27 their lengths.
 void lookAtOgg(Look& look) {
     constexpr std::size_t kTail = 8192;
     constexpr std::size_t kPageHead = 27;
-    std::array<std::uint8_t, kTail> tail;
-    const std::uint64_t bytes = look.seen.fileBytes;
-    const std::size_t wanted = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, kTail));
-    if (!look.read(bytes - wanted, std::span(tail).first(wanted))) {
-        return;
+    if (const char* const codec = oggCodec(look)) {
+        look.seen.note = std::string("Ogg that begins with ") + codec +
+                         "; the player's probe reads Vorbis alone";
     }
+    std::array<std::uint8_t, kTail> room;
+    const std::span<const std::uint8_t> tail = look.tail(room);
+    const std::size_t wanted = tail.size();
     for (std::size_t at = wanted - std::min(wanted, kPageHead) + 1; at-- > 0;) {
         const std::uint8_t* const page = tail.data() + at;
         if (wanted - at < kPageHead || std::memcmp(page, "OggS", 4) != 0) {

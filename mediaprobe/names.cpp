@@ -155,7 +155,7 @@ std::string openErrorText(probe::Result open) {
     static constexpr Named kErrors[] = {
         {2, "there is no such file"},
         {3, "a folder of its path does not exist"},
-        {5, "it is a folder, or reading it is not allowed"},
+        {5, "reading it is not allowed"},
         {31, "it is no file but a pipe or a device, or the system fails to read it"},
         {32, "another program keeps it to itself"},
     };

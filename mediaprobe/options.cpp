@@ -11,7 +11,8 @@ namespace {
 constexpr char kSummary[] = "Tells what the player's probe finds out about media files.";
 constexpr char kExit[] =
     "Exit status: 0 when every file was opened and recognised with status 0, 1 when one was not\n"
-    "recognised or is damaged, 2 on wrong use or when one could not be opened; the worst wins.";
+    "recognised or its headers could not be read, 2 on wrong use or when one could not be opened;\n"
+    "the worst wins.";
 constexpr int kMostJobs = 256;
 
 // CLI11 takes "[a,b]" apart as a list. Folders may be called that, so a name that begins with a
@@ -47,6 +48,11 @@ void collectSources(const CLI::App& app, Options& options) {
         }
         options.sources.push_back(std::move(source));
     }
+}
+
+std::string strangeOption(const CLI::App& app) {
+    const std::vector<std::string> left = app.remaining();
+    return left.empty() ? "" : unguarded(left.front());
 }
 
 std::string wrongUse(const Options& options) {
@@ -110,6 +116,10 @@ std::string parseOptions(std::vector<std::string> arguments, Options& options) {
     } catch (const CLI::CallForVersion& version) {
         options.told = std::string(version.what()) + '\n';
         return {};
+    } catch (const CLI::ExtrasError&) {
+        // Everything else is a name.
+        return "there is no option " + strangeOption(app) +
+               "; put -- in front of names that begin with a dash; see mediaprobe --help";
     } catch (const CLI::ParseError& wrong) {
         std::string what = wrong.what();
         std::replace(what.begin(), what.end(), '\n', ' ');

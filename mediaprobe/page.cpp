@@ -61,7 +61,9 @@ private:
         const char* const container = containerName(record_.containerType);
         std::string text = container ? container : "not recognised";
         if (!container && finding_.claimedBy) {
-            text = formatted("damaged (claimed by %s)", finding_.claimedBy);
+            text = formatted("%s (claimed by %s)",
+                             finding_.seen.damage.empty() ? "not read" : "damaged",
+                             finding_.claimedBy);
         }
         const std::uint64_t bytes = finding_.seen.fileBytes;
         text += ", " + grouped(bytes) + (bytes == 1 ? " byte" : " bytes");

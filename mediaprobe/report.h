@@ -22,6 +22,7 @@ struct Finding {
     const probe::MediaRecord& record;
     const SecondLook& seen;
     const char* claimedBy = nullptr;  // name of the recogniser; null when none claimed it
+    std::string error = {};           // why it could not be opened; empty when it was
 };
 
 // Appends one line: "path", "open", "status", every field of the record from containerType to

@@ -16,9 +16,10 @@ constexpr struct {
     const char* magic;
     void (*look)(Look&);
 } kLooks[] = {
-    {0, 4, "RIFF", lookAtRiff}, {4, 4, "ftyp", lookAtMp4},  {0, 4, "\x30\x26\xB2\x75", lookAtAsf},
-    {0, 4, "OggS", lookAtOgg},  {0, 4, "fLaC", lookAtFlac}, {0, 4, "MAC ", lookAtApe},
-    {0, 3, "FLV", lookAtFlv},   {0, 2, "BM", lookAtBmp},    {0, 4, "\x89PNG", lookAtPng},
+    {0, 4, "RIFF", lookAtRiff}, {4, 4, "ftyp", lookAtMp4},    {0, 4, "\x30\x26\xB2\x75", lookAtAsf},
+    {0, 4, "OggS", lookAtOgg},  {0, 4, "MAC ", lookAtApe},    {0, 3, "FLV", lookAtFlv},
+    {0, 2, "BM", lookAtBmp},    {0, 4, "\x89PNG", lookAtPng}, {0, 2, "\xFF\xD8", lookAtJpeg},
+    {0, 3, "GIF", lookAtGif},
 };
 constexpr std::size_t kHead = 8;
 
@@ -27,8 +28,13 @@ void lookByHead(Look& look) {
     if (!look.read(0, head)) {
         return;
     }
+    // These two may stand behind a tag.
     if (look.record.containerType == probe::kContainerMpegAudio) {
         lookAtMpegAudio(look);
+        return;
+    }
+    if (look.record.containerType == probe::kContainerFlac) {
+        lookAtFlac(look);
         return;
     }
     for (const auto& one : kLooks) {
@@ -70,12 +76,11 @@ bool isZeros(probe::ReadWindow& file, std::uint64_t bytes) {
 
 }  // namespace
 
-bool Look::noteCut(std::uint64_t declared) {
+bool Look::noteCut(std::uint64_t declared, const char* least) {
     if (declared <= seen.fileBytes) {
         return false;
     }
-    seen.damage =
-        "cut off: " + roundSize(seen.fileBytes) + " of " + roundSize(declared) + " are there";
+    seen.damage = "cut off: " + partOf(seen.fileBytes, declared, least) + " are there";
     return true;
 }
 
@@ -89,10 +94,12 @@ SecondLook lookAgain(probe::ReadWindow& file, const probe::MediaRecord& record, 
         seen.damage = seen.fileBytes == 0             ? "it is empty"
                       : isZeros(file, seen.fileBytes) ? "it begins with nothing but zeros"
                                                       : "";
+        seen.note = seen.damage.empty() ? kindOfUnclaimed(look) : "";
         return seen;
     }
     lookByHead(look);
-    if (seen.damage.empty() && record.status != probe::kOk) {
+    // What the player's rules leave out is not damaged.
+    if (seen.damage.empty() && seen.note.empty() && record.status != probe::kOk) {
         seen.damage = record.status == probe::kOutOfMemory
                           ? "a size in its headers is larger than the file"
                           : "the player's parser gives up on its headers";

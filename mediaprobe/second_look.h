@@ -15,7 +15,9 @@ namespace mediaprobe {
 struct SecondLook {
     std::uint64_t fileBytes = 0;  // the whole size, beyond 32 bits, too
     std::string damage;           // what is wrong with the file; empty when nothing was seen
-    std::string note;             // what its header says and its bytes do not bear out
+    // What its header says and its bytes do not bear out; of a file that nobody claims what it
+    // begins like, and why it is not claimed.
+    std::string note;
     // The four letters of the sample entries that an MP4 file has for its first video and sound;
     // 0 none.
     std::uint32_t videoEntry = 0;

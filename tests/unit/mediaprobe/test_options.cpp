@@ -75,6 +75,9 @@ TEST(Options, WrongUseIsOneLineThatNamesTheRemedy) {
         EXPECT_TRUE(what.ends_with("; see mediaprobe --help")) << what;
         EXPECT_EQ(what.find('\n'), std::string::npos) << what;
     }
+    EXPECT_EQ(wrong({"a", "-odd.wav"}),
+              "there is no option -odd.wav; put -- in front of names that begin with a dash; see "
+              "mediaprobe --help");
     EXPECT_EQ(wrong({"--json", "--explain", "a"}),
               "--json and --explain exclude each other; leave one of them out");
 }

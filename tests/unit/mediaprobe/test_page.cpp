@@ -216,8 +216,14 @@ TEST(Page, FaultsAreSaidBesideWhatTheRecordHolds) {
             std::string("a\x1b.avi\n  File     not recognised, 12,345,678 bytes\n") + one.line);
         EXPECT_EQ(
             pageOf(record, kPlainLook, "RIFF"),
-            std::string("a\x1b.avi\n  File     damaged (claimed by RIFF), 12,345,678 bytes\n") +
+            std::string("a\x1b.avi\n  File     not read (claimed by RIFF), 12,345,678 bytes\n") +
                 one.line);
+        SecondLook damaged = kPlainLook;
+        damaged.damage = "cut";
+        EXPECT_EQ(pageOf(record, damaged, "RIFF"),
+                  std::string("a\x1b.avi\n  File     damaged (claimed by RIFF), 12,345,678 bytes\n"
+                              "  Damage   cut\n") +
+                      one.line);
     }
 }
 
@@ -256,12 +262,8 @@ TEST(Verdict, OneForEachReason) {
         {probe::kOk, image,
          "refuses it: a still image has no audio, and a graph without an audio renderer is not "
          "run"},
-        {probe::kOk, nothing,
-         "decides by its graph alone, since the probe found nothing; most likely it refuses the "
-         "file as one that cannot be rendered"},
-        {probe::kOk, damaged,
-         "decides by its graph alone, since the probe found nothing; most likely it refuses the "
-         "file as one that cannot be rendered"},
+        {probe::kOk, nothing, "decides by its graph alone, since the probe found nothing"},
+        {probe::kOk, damaged, "decides by its graph alone, since the probe found nothing"},
         {probe::kOk, silent,
          "refuses it: without audio there is no audio renderer in the graph, and such a graph is "
          "not run"},

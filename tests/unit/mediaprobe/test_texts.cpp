@@ -49,6 +49,16 @@ TEST(Texts, RoundSizesAreCutToOneDecimal) {
     }
 }
 
+TEST(Texts, APartNeverReadsLikeItsWhole) {
+    EXPECT_EQ(partOf(1249999, 9000000), "1.2 MB of 9.0 MB");
+    EXPECT_EQ(partOf(1249999, 9000000, "at least "), "1.2 MB of at least 9.0 MB");
+    EXPECT_EQ(partOf(1249, 1299), "1,249 of 1,299 bytes");
+    EXPECT_EQ(partOf(1249, 1300), "1.2 kB of 1.3 kB");
+    EXPECT_EQ(partOf(1249, 1250, "at least "), "1,249 of at least 1,250 bytes");
+    EXPECT_EQ(partOf(200, 999), "200 of 999 bytes");
+    EXPECT_EQ(partOf(200, 1000), "200 bytes of 1.0 kB");
+}
+
 TEST(Texts, ControlCharactersAndForeignBytesAreEscaped) {
     const struct {
         const char* text;
@@ -199,7 +209,7 @@ TEST(Names, WhyAFileCannotBeOpened) {
     } cases[] = {
         {0x80070002, "there is no such file"},
         {0x80070003, "a folder of its path does not exist"},
-        {0x80070005, "it is a folder, or reading it is not allowed"},
+        {0x80070005, "reading it is not allowed"},
         {0x8007001F, "it is no file but a pipe or a device, or the system fails to read it"},
         {0x80070020, "another program keeps it to itself"},
         {0x80070015, "error 0x80070015"}};
