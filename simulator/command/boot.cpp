@@ -187,7 +187,7 @@ bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::
             if (hasEnded(line->value, process)) {
                 why = "the player ended at once with exit value " +
                       std::to_string(numberOf(line->value, "exit", 0)) +
-                      "; see: headunit log --device " + unit.device.string();
+                      "; see: " + commandFor(unit, "log");
                 return false;
             }
             if (textOf(line->value, "kind") == "box" && line->value.contains("text")) {
@@ -241,7 +241,8 @@ bool boot(const Unit& unit, const BootOptions& options, std::string& why) {
     }
     const BootLock lock(unit);
     if (isRunning(unit)) {
-        why = "a unit runs in " + unit.device.string() + " already; end it with: headunit kill";
+        why = "a unit runs in " + unit.device.string() +
+              " already; end it with: " + commandFor(unit, "kill");
         return false;
     }
     const EndsOnInterrupt guard(unit);

@@ -66,7 +66,8 @@ bool useDesktop(const Unit& unit, const std::string& display, int& width, std::s
         writeRunFile(unit, "display", display);
     }
     xcb_disconnect(server);
-    why = "there is no display " + display + " (DISPLAY); without one: headunit boot --headless";
+    why = "there is no display " + display +
+          " (DISPLAY); without one: " + commandFor(unit, "boot --headless");
     return good;
 }
 

@@ -73,10 +73,25 @@ bool writeToken(const Unit& unit, std::string& why) {
     return good;
 }
 
+std::string commandFor(const Unit& unit, const std::string& words) {
+    std::string text = "./headunit " + words;
+    if (unit.device == projectRoot() / "out" / "device") {
+        return text;
+    }
+    const std::string device = unit.device.string();
+    if (device.find_first_of(" \t\n'\"\\$`*?[]{}()<>|&;#~!") == std::string::npos) {
+        return text + " --device " + device;
+    }
+    text += " --device '";
+    for (const char c : device) {
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return text + '\'';
+}
+
 std::string noUnit(const Unit& unit) {
-    const bool isDefault = unit.device == projectRoot() / "out" / "device";
-    return "no unit runs in " + unit.device.string() + "; start one with: headunit boot" +
-           (isDefault ? "" : " --device " + unit.device.string());
+    return "no unit runs in " + unit.device.string() +
+           "; start one with: " + commandFor(unit, "boot");
 }
 
 bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer) {

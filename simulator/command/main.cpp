@@ -48,7 +48,13 @@ int runVerb(Words words, const std::string& device, bool panel) {
 int runCommand(Words words) {
     std::string device = (projectRoot() / "out" / "device").string();
     const bool panel = takeFlag(words, "--tell-panel");
+    constexpr std::string_view kDevice = "--device=";
     for (auto word = words.begin(); word != words.end(); ++word) {
+        if (word->starts_with(kDevice)) {
+            device = word->substr(kDevice.size());
+            words.erase(word);
+            break;
+        }
         if (*word == "--device") {
             if (word + 1 == words.end()) {
                 return wrongUse("--device needs a folder");
@@ -58,8 +64,11 @@ int runCommand(Words words) {
             break;
         }
     }
+    if (device.empty()) {
+        return wrongUse("--device needs a folder");
+    }
     if (words.empty()) {
-        return wrongUse("usage: headunit VERB [--device DIR] ...; the verbs: headunit --help");
+        return wrongUse("usage: headunit VERB [--device DIR] ...; the verbs: ./headunit --help");
     }
     if (words[0] == "--version") {
         std::puts(kVersion);

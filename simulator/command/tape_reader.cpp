@@ -9,7 +9,7 @@ TapeReader::TapeReader(const Unit& unit, std::uint64_t offset)
 }
 
 std::optional<TapeLine> TapeReader::next() {
-    // Opened anew every time: a boot begins a new file under the same name.
+    // Opened again every time: a boot begins a new file under the same name.
     std::ifstream stream(file_, std::ios::binary);
     stream.seekg(static_cast<std::streamoff>(offset_));
     TapeLine line;

@@ -163,8 +163,7 @@ fs::path hostPath(const Unit& unit, std::string_view path) {
 
 bool isHandable(const Unit& unit, const std::string& folder, std::string& why) {
     std::error_code error;
-    why = "there is no folder " + folder +
-          " on the unit; if that is meant: headunit connect --missing";
+    why = "there is no folder " + folder + " on the unit; if that is meant, say --missing";
     return fs::is_directory(hostPath(unit, folder), error);
 }
 

@@ -41,6 +41,9 @@ std::string wineLoader();
 bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer);
 // What is said when none answers.
 std::string noUnit(const Unit& unit);
+// A command for this unit that can be pasted: "./headunit kill --device DIR", without DIR where it
+// is the usual one.
+std::string commandFor(const Unit& unit, const std::string& words);
 // A secret that only this user can read, for the hub that is started next. False with the reason.
 bool writeToken(const Unit& unit, std::string& why);
 

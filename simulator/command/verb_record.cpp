@@ -63,7 +63,7 @@ Outcome startRecording(const Unit& unit, const std::string& path, const std::str
         return failed(noUnit(unit));
     }
     if (helperProcess(unit, kPidFile) != 0) {
-        return failed("the camera records already; end it with: headunit record off");
+        return failed("the camera records already; end it with: " + commandFor(unit, "record off"));
     }
     if (!fs::exists(scene, error)) {
         return failed("there is no " + scene.string() + "; make it with: ./run");

@@ -104,7 +104,7 @@ const Verb* findVerb(const std::string& name) {
 Deed parseDeed(const Words& line, std::string& why) {
     Deed deed{findVerb(line[0]), {line.begin() + 1, line.end()}, nullptr};
     if (deed.verb == nullptr) {
-        why = "there is no verb \"" + line[0] + "\"; see: headunit --help";
+        why = "there is no verb \"" + line[0] + "\"; see: ./headunit --help";
         return deed;
     }
     Parser parser(deed.verb->name, deed.verb->help);

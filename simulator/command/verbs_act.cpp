@@ -97,8 +97,10 @@ Run driveVerb(Parser& parser) {
         if (*chart) {
             return {true, drivingChart()};
         }
-        return speed->empty() ? failed("name a speed: headunit drive KMH|off")
-                              : request(call.unit, {"speed", *speed});
+        if (speed->empty()) {
+            return {false, "name a speed; usage: headunit drive [--chart] KMH|off", Exit::WrongUse};
+        }
+        return request(call.unit, {"speed", *speed});
     };
 }
 

@@ -46,10 +46,11 @@ Outcome insertCard(const Unit& unit, const Slot& slot, const std::string& wanted
         return put(unit, slot, wanted);
     }
     // What is in is announced once more.
-    return wanted.empty() ? announce(unit, slot, 1)
-                          : failed("a card is in " + std::string(slot.name) +
-                                   "; first: headunit card remove " + slot.name +
-                                   ", or: headunit card change " + slot.name + " FOLDER");
+    return wanted.empty()
+               ? announce(unit, slot, 1)
+               : failed("a card is in " + std::string(slot.name) + "; first: " +
+                        commandFor(unit, std::string("card remove ") + slot.name) + ", or: " +
+                        commandFor(unit, std::string("card change ") + slot.name + " FOLDER"));
 }
 
 Outcome removeCard(const Unit& unit, const Slot& slot) {

@@ -164,8 +164,9 @@ Run shutdownVerb(Parser& parser) {
             return failed(answer);
         }
         if (!awaitEnd(call.unit)) {
-            return failed("the player did not exit within " + std::to_string(kExitPatience / 1000) +
-                          " s (a message box may be open); end it with: headunit kill");
+            return failed(
+                "the player did not exit within " + std::to_string(kExitPatience / 1000) +
+                " s (a message box may be open); end it with: " + commandFor(call.unit, "kill"));
         }
         if (!*stay) {
             endUnit(call.unit);

@@ -42,7 +42,7 @@ Point point(Parser& parser, const std::string& suffix, const std::string& what, 
 
 Outcome move(Screen& screen, const Unit& unit, int x, int y, Button button) {
     if (x >= kScreenWidth && readRunFile(unit, "panel").empty()) {
-        return failed("the panel is not open; open it with: headunit boot --panel");
+        return failed("the panel is not open; open it with: " + commandFor(unit, "boot --panel"));
     }
     std::string why;
     return outcome(screen.point(x, y, why) && screen.press(button, why), why);

@@ -72,9 +72,21 @@ something_runs() { ! nothing_runs; }
 
 # --- Wrong words ----------------------------------------------------------------------------------
 step "no word at all" refused 2 'usage: headunit VERB .*headunit --help'
-step "a verb that there is not" refused 2 'there is no verb "bot"; see: headunit --help' bot
+step "a verb that there is not" refused 2 'there is no verb "bot"; see: ./headunit --help' bot
 step "a number out of range" refused 2 \
     'SECONDS must be a number from 1 to 3600; usage: headunit film FILE.mp4 SECONDS' film a.mp4 0
+step "no speed" refused 2 'name a speed; usage: headunit drive \[--chart\] KMH|off' drive
+no_device() {
+    "$headunit" --device= state 2>"$work/error"
+    [ $? = 2 ] && [ "$(cat "$work/error")" = "headunit: --device needs a folder" ]
+}
+step "no folder behind --device=" no_device
+device_equals() {
+    "$headunit" "--device=$work/it's here" key play 2>"$work/error"
+    [ $? = 1 ] && [ "$(cat "$work/error")" = "headunit: no unit runs in $work/it's here; \
+start one with: ./headunit boot --device '$work/it'\\''s here'" ]
+}
+step "--device=DIR, and a folder that wants quoting" device_equals
 step "a tape that there is not" refused 1 'there is no tape nowhere.jsonl' replay nowhere.jsonl
 printf '{"ms": 1, "kind": "sound", "sound": 1}\n' >"$work/idle.jsonl"
 step "a tape on which nothing was done" refused 1 'nothing was done on the tape' \
@@ -92,13 +104,13 @@ done
 # --- No unit --------------------------------------------------------------------------------------
 for words in 'key play' 'film a.mp4 1' 'shot a.png' 'connect off' 'cut --player'; do
     # shellcheck disable=SC2086  # the words of the command
-    step "no unit runs: $words" refused 1 'no unit runs in .*; start one with: headunit boot' $words
+    step "no unit runs: $words" refused 1 'no unit runs in .*; start one with: ./headunit boot --device .*' $words
 done
 
 # --- Wrong words that need a unit to be known --------------------------------------------------------
 no_display() {
     ( export DISPLAY=:4711
-      refused 1 'there is no display :4711 (DISPLAY); without one: headunit boot --headless' boot )
+      refused 1 'there is no display :4711 (DISPLAY); without one: ./headunit boot --headless --device .*' boot )
 }
 step "a display that there is not" no_display
 step "a hand-over of nothing" refused 1 'there is no folder Nope on the unit' \
@@ -126,10 +138,10 @@ two_boots() {
     wait $! || first=$?
     [ "$first$second" = 01 ] || [ "$first$second" = 10 ] &&
         [ "$(cat "$work/first" "$work/second")" = "headunit: a unit runs in $device already; \
-end it with: headunit kill" ]
+end it with: ./headunit kill --device $device" ]
 }
 step "two boots of one folder at the same time" two_boots
-step "a boot while one runs" refused 1 'a unit runs in .* already; end it with: headunit kill' \
+step "a boot while one runs" refused 1 'a unit runs in .* already; end it with: ./headunit kill --device .*' \
     boot --headless
 
 step "its processes are found" something_runs
