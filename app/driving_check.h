@@ -13,10 +13,10 @@ struct BlockCounters {
 };
 
 // One second's step. `speed` is in km/h, -1 without a signal; `dmbSetting` nonzero switches the
-// block off. Returns 1 when `drivingBlock` changed and the screen must be drawn anew.
+// block off. Returns 1 when `drivingBlock` changed and the screen must be redrawn.
 //
 // No signal or 10 km/h and more for 3 seconds block; below 9 km/h for 5 seconds frees. Exactly
-// 9 km/h is the dead band between the two: it starts every count anew and changes nothing.
+// 9 km/h is the dead band between the two: it restarts every count and changes nothing.
 int driveOneSecond(std::int32_t speed, std::int32_t dmbSetting, BlockCounters& counters,
                    std::int32_t& drivingBlock);
 

@@ -57,7 +57,7 @@ void EnterBrowseFolder(CatalogueFields& fields, std::int32_t index,
 void BrowseParent(CatalogueFields& fields, platform::FolderWalk walk = platform::walkFolder);
 
 // Makes recording `index` of the browse listing the one to be played: the play folder is listed
-// anew when its path or its count differs, then playIndex is set when there is such a file.
+// again when its path or its count differs, then playIndex is set when there is such a file.
 void SelectBrowseFile(CatalogueFields& fields, std::int32_t index,
                       platform::FolderWalk walk = platform::walkFolder);
 

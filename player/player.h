@@ -75,7 +75,7 @@ std::int32_t cameraOfCurrentFile();
 
 // --- recordings.cpp ------------------------------------------------------------------------------
 
-// A volume arrived (1) or went away (0): stops what is played from it, lists anew what is shown.
+// A volume arrived (1) or went away (0): stops what is played from it, lists again what is shown.
 void storageChanged(std::int32_t arrived, std::int64_t slot);
 
 // Deletes recording `index` of the browse listing after asking; the rest of the list plays on.

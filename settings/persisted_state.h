@@ -48,7 +48,7 @@ int readPersistedState(PersistedState& state);
 // end with a zero. The index is checked against the list when the list is known.
 void repair(PersistedState& state);
 
-// Writes the record anew, creating its folder when missing; a failure is ignored. The caller
+// Writes the whole record, creating its folder when missing; a failure is ignored. The caller
 // does not call this while the dash camera's storage is viewed.
 void writePersistedState(const PersistedState& state);
 

@@ -1,4 +1,4 @@
-// The position display: what a tick of the position timer draws anew.
+// The position display: what a tick of the position timer redraws.
 #pragma once
 
 #include "ui/player_layout.h"
@@ -10,7 +10,7 @@ struct ShownTime {
     double position, duration;  // seconds
 };
 
-// Invalidates the parts of a playback screen that show `to` otherwise than `from`. `knob` is the
+// Invalidates the parts of a playback screen that look different at `to` and at `from`. `knob` is the
 // size of the knob's bitmap.
 void followTime(const PlayerLayout& layout, Size knob, bool playing, const ShownTime& from,
                 const ShownTime& to, TouchHost& host);

@@ -28,7 +28,7 @@ public:
     virtual void act(Action action, std::int32_t row) = 0;
     virtual void setVolumeLevel(std::int32_t level) = 0;
     virtual void setListPage(std::int32_t page) = 0;
-    // Slide screen: shows the banner anew for its full time.
+    // Slide screen: shows the banner again for its full time.
     virtual void showBanner() = 0;
 };
 

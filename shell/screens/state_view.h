@@ -12,7 +12,7 @@ namespace screens {
 // `fileName` points into the record.
 ui::PlayerView playerView();
 
-// Fills the rows anew.
+// Fills the rows again.
 ui::ListView listView();
 
 // The layout of a playback screen: mode 1 half width, else full width.

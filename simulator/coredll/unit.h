@@ -1,6 +1,6 @@
 // The simulated coredll.dll: the one library of the system that movie.exe calls besides ole32.dll.
 // Where the desktop's function does the same it is handed on (coredll.def); what Windows CE does
-// otherwise is code in this folder, and so are the failures that a unit has and a PC does not.
+// differently is code in this folder, and so are the failures that a unit has and a PC does not.
 // Windows only.
 #pragma once
 

@@ -79,7 +79,7 @@ HRESULT CaptionRenderer::setStyle(const wchar_t* face, const vendor::CaptionStyl
         look_.style = *style;
     }
     look_.visible = visible != 0;
-    shownStart_ = kOpenEnd;  // drawn anew at the next tick
+    shownStart_ = kOpenEnd;  // redrawn at the next tick
     return S_OK;
 }
 

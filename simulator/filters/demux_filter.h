@@ -114,10 +114,10 @@ private:
     // Hands the result on; when the splitter was lost over it the streams stay alone.
     HRESULT checked(HRESULT result);
     void retireStreams();
-    // The splitter opens the file anew, as far as it goes by now, and goes on where it had ended.
+    // The splitter opens the file again, as far as it goes by now, and goes on where it had ended.
     void playOn();
     HRESULT openAgain();
-    // The file could not be opened anew: its streams end, and the player is told to go on.
+    // The file could not be opened again: its streams end, and the player is told to go on.
     void endHere(FILTER_STATE state);
     void endStreams(FILTER_STATE state);
     void tellOver();

@@ -3,7 +3,7 @@
 // the file is opened once more and played on from there. The receivers are not told. The end stays
 // untold when the recording is over, too: the graph's position would go back to where the file had
 // ended when it was opened first, and the player, which waits for the announced length, would wait
-// for ever. Only when the file cannot be opened anew is the end told, and with it the event that
+// for ever. Only when the file cannot be opened again is the end told, and with it the event that
 // has the player go on to the next file.
 #include <algorithm>
 

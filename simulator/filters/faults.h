@@ -12,7 +12,7 @@
 //   ReadDelayMilliseconds     every read takes at least this long
 //   LiveLength                seconds; nonzero: the file counts as still being recorded, and this
 //                             is announced as its new length after two seconds
-//   ReopenFails               1: a recording that has grown cannot be opened anew
+//   ReopenFails               1: a recording that has grown cannot be opened again
 //                             2: and the splitter is lost over it
 #pragma once
 

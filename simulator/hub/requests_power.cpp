@@ -46,7 +46,7 @@ Answer cutPowerNow(const Words&) {
     return {};
 }
 
-// power: after a cut starts what ran before, but the player. The registry begins anew, as at every
+// power: after a cut starts what ran before, but the player. The registry starts fresh, as at every
 // boot. Does nothing when the power is on.
 Answer powerOn(const Words&) {
     const std::vector<Program> programs = takeWithoutPower();

@@ -6,7 +6,7 @@
 # clips for card.sh are made, too.
 # They are drawn: the road, what stands along it and the cars are drawings/*.svg, by day and by night;
 # ffmpeg moves them and prints date, time and speed into the corner, as dash cameras do. Each beeps
-# once a second. A change of the drawings or of this script makes them anew.
+# once a second. A change of the drawings or of this script makes them again.
 set -eu
 if [ $# -lt 1 ] || [ $# -gt 2 ]; then
     echo "usage: make.sh SAMPLES [DEVICE]" >&2

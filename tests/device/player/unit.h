@@ -1,6 +1,6 @@
 // The player on a unit of its own: storage on drive H, boxes answered by the test, no other
 // process. Its window lives from the first test to the last, as it does in the unit; each test
-// initialises playback anew.
+// initialises playback again.
 #pragma once
 
 #include <dshow.h>

@@ -1,4 +1,4 @@
-// What Windows CE does otherwise than a desktop: windows, processes, libraries, the registry,
+// What Windows CE does differently from a desktop: windows, processes, libraries, the registry,
 // memory.
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -45,7 +45,7 @@ struct UnitDouble {
     std::map<std::uintptr_t, Timer> timers;
 };
 
-// The unit of the test that runs; begun anew by freshUnit().
+// The unit of the test that runs; made by freshUnit().
 UnitDouble& unit();
 void freshUnit();
 

@@ -323,7 +323,7 @@ TEST_F(Playback, ThePlayKeyDuringARefusalNeverTouchesTheRefusedGraph) {
     const std::string lines = taken();
     EXPECT_EQ(lines.find("graph pause"), std::string::npos) << lines;
     EXPECT_EQ(lines.find("graph run"), std::string::npos) << lines;
-    std::size_t builds = 0;  // each key takes the file up anew
+    std::size_t builds = 0;  // each key opens the file again
     for (std::size_t at = lines.find("graph build"); at != std::string::npos;
          at = lines.find("graph build", at + 1)) {
         ++builds;

@@ -1,4 +1,4 @@
-// What a tick of the position timer draws anew.
+// What a tick of the position timer redraws.
 #include <gtest/gtest.h>
 
 #include "recorders.h"
