@@ -107,6 +107,9 @@ TEST(Camera, IsToldByTheNamesEnd) {
         EXPECT_EQ(catalogue::siblingRecording(c.path, sibling), *c.sibling != 0 ? 1 : 0);
         EXPECT_EQ(std::u16string_view(sibling), c.sibling);
     }
+    // What stands in front of a path is no part of it.
+    constexpr char16_t kBehind[] = u"Fplain.avi";
+    EXPECT_EQ(catalogue::cameraOf(kBehind + 1), catalogue::kUnknownCamera);
 }
 
 }  // namespace

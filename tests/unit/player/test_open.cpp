@@ -60,6 +60,18 @@ TEST_F(Opening, AFailureIsReportedAndNothingMoreIsDone) {
                               "error(0x4d8)\\n\n");
 }
 
+TEST_F(Opening, AnOlderFailureIsNotReportedAgain) {
+    theGraph().renderResult = static_cast<std::int32_t>(0x80004005);
+    EXPECT_EQ(Player::openAndRun(kFile, {16, 9}), 1);
+    EXPECT_EQ(taken().find("debug"), std::string::npos);
+}
+
+TEST_F(Opening, ARequestThatIsOvertakenWhileTheClockIsSetHasNotStarted) {
+    theGraph().whileSettingClock = [] { ++appState.playRequests; };
+    EXPECT_EQ(Player::openAndRun(kFile, {16, 9}), 0);
+    EXPECT_TRUE(taken().ends_with("graph run\ngraph audio clock\n"));
+}
+
 TEST_F(Opening, OtherResultsAreRefusedWithoutAWord) {
     for (const int built : {0, 2, -4}) {
         appState.outputRectangle = {10, 20, 310, 420};

@@ -178,6 +178,26 @@ host refresh screen
     EXPECT_EQ(appState.persisted.playState, settings::kStopped);
 }
 
+TEST_F(Playback, AFileThatIsBackDuringTheNoticeAndStartedKeepsPlaying) {
+    recordings(1);
+    std::filesystem::remove(root_ / "SDMMCDisk/Record/01.avi");
+    unit().whileBoxIsOpen = [this] {
+        put("SDMMCDisk/Record/01.avi", test::smallRecording());
+        Player::OnPlay();
+        taken();
+    };
+    Player::OnPlay();
+    EXPECT_EQ(taken(), "");
+    EXPECT_EQ(appState.persisted.playState, settings::kPlaying);
+}
+
+TEST_F(Playback, ARequestThatFindsNothingIsFinished) {
+    recordings(0);
+    appState.playLoaded = 0;
+    Player::OnPlay();
+    EXPECT_EQ(appState.playLoaded, 1);
+}
+
 TEST_F(Playback, AnIndexWithoutAnEntryBecomesZero) {
     recordings(2, 2);
     appState.persisted.file[0] = u'x';

@@ -109,7 +109,9 @@ INSTANTIATE_TEST_SUITE_P(
                       Deletion{"LastOfTwoOnTheSecondPagePlays", 10, 9, 1, 9, 0, 0},
                       Deletion{"OnTheFirstPageAnotherPlays", 10, 9, 0, 0, 8, 0},
                       Deletion{"SecondPageStays", 10, 0, 1, 9, 0, 1},
-                      Deletion{"SecondPageIsGone", 9, 0, 1, 8, 0, 0}),
+                      Deletion{"SecondPageIsGone", 9, 0, 1, 8, 0, 0},
+                      Deletion{"ThirdPageIsGone", 17, 0, 2, 16, 0, 1},
+                      Deletion{"OneBehindWhatPlays", 10, 3, 0, 5, 3, 0}),
     [](const auto& tested) { return tested.param.name; });
 
 class DeletingOne : public Deleting {};
@@ -136,6 +138,17 @@ TEST_F(DeletingOne, NotAnotherThatTookItsPlaceWhileTheQuestionWasOpen) {
     Player::DeleteBrowseFile(0);
     EXPECT_LINES(taken(), std::string("\n") + kQuestion);
     EXPECT_TRUE(exists("SDMMCDisk/Record/02.avi"));
+}
+
+TEST_F(DeletingOne, NotWhatWasInAnotherFolderBefore) {
+    recordings(1);
+    put("SDMMCDisk/Other/01.avi");
+    browse(0);
+    unit().whileBoxIsOpen = [] { catalogue::ListBrowseFolder(appState, u"\\SDMMCDisk\\Other"); };
+    Player::DeleteBrowseFile(0);
+    EXPECT_LINES(taken(), std::string("\n") + kQuestion);
+    EXPECT_TRUE(exists("SDMMCDisk/Record/01.avi"));
+    EXPECT_TRUE(exists("SDMMCDisk/Other/01.avi"));
 }
 
 TEST_F(DeletingOne, AFailureChangesNothing) {
@@ -166,6 +179,28 @@ TEST_F(DeletingOne, WhatWasToBeResumedIsForgotten) {
     EXPECT_EQ(appState.playLoaded, 1);
     EXPECT_EQ(appState.persisted.position, 0);
     EXPECT_EQ(appState.persisted.playState, settings::kStopped);
+}
+
+TEST_F(DeletingOne, AnotherLeavesWhatIsToBeResumed) {
+    recordings(2);
+    browse(0);
+    appState.resumePending = 1;
+    appState.playLoaded = 0;
+    appState.persisted.position = 12;
+    Player::DeleteBrowseFile(1);
+    EXPECT_EQ(appState.resumePending, 1);
+    EXPECT_EQ(appState.playLoaded, 0);
+    EXPECT_EQ(appState.persisted.position, 12);
+}
+
+TEST_F(DeletingOne, TheSelectedButStoppedOneLeavesThePosition) {
+    recordings(2);
+    browse(0);
+    appState.playLoaded = 0;
+    appState.persisted.position = 12;
+    Player::DeleteBrowseFile(0);
+    EXPECT_EQ(appState.playLoaded, 0);
+    EXPECT_EQ(appState.persisted.position, 12);
 }
 
 TEST_F(DeletingOne, InAnotherFolderThePlayListStays) {

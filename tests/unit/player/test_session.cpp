@@ -1,7 +1,9 @@
 // Taking up where the last run ended, and leaving.
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
+#include "platform/com.h"
 #include "player/player.h"
 #include "tests/unit/doubles/player_unit.h"
 
@@ -139,6 +141,15 @@ TEST_F(Session, ANoticeForgetsTheTimes) {
     EXPECT_EQ(appState.persisted.endTime, 0);
 }
 
+TEST_F(Session, AnExitDuringTheNoticeEndsTheInitialisation) {
+    std::filesystem::remove_all(root_ / "SDMMCDisk/Record");
+    makeFolder("SDMMCDisk/Record");
+    std::filesystem::create_symlink("nowhere", root_ / "SDMMCDisk/Record/01.avi");
+    unit().whileBoxIsOpen = [] { appState.exiting = true; };
+    start(remembered());
+    EXPECT_LINES(taken(), std::string(kPrepared) + "box 0,1 \\n\\n재생 파일이 없습니다.\n");
+}
+
 TEST_F(Session, DefaultsWithoutARecordOrWithAShortOne) {
     Player::initialisePlayback();
     EXPECT_LINES(taken(), std::string(kPrepared) + kReady);
@@ -208,6 +219,19 @@ TEST_F(Session, TheDashCamerasFolderTakesThePlaceOfTheRecord) {
     EXPECT_EQ(appState.fileCount, 3);
 }
 
+TEST_F(Session, AFolderOfTheDashCameraIsCutToWhatAPathHolds) {
+    for (const std::size_t length : {257u, 258u, 259u}) {
+        const std::size_t rest = std::min<std::size_t>(length, 258) - 201;
+        makeFolder(std::string(200, 'f') + "/" + std::string(rest, 'g'));
+        const std::u16string name = std::u16string(200, u'f') + u"\\" + std::u16string(58, u'g');
+        appState.connectMode = 1;
+        catalogue::copyPath(appState.connectPath, name.substr(0, length).c_str());
+        Player::initialisePlayback();
+        EXPECT_EQ(std::u16string(appState.persisted.folder), u"\\" + name.substr(0, 201 + rest))
+            << length;
+    }
+}
+
 TEST_F(Session, MuteIsReadFromTheSettings) {
     for (const auto& [value, muted] : {std::pair{"1", 1}, std::pair{"0", 0}, std::pair{"2", 0}}) {
         put("ResidentFlash2/Data/Config.ini", std::string("[Sound]\nMUTE=") + value + "\n");
@@ -230,6 +254,7 @@ TEST_F(Session, LeavingWritesStopsFreesAndTells) {
     start(state);
     Player::OnPlay();
     appState.persisted.position = 12;
+    catalogue::ListBrowseFolder(appState, test::kRecord);
     taken();
     Player::saveAndClose();
     EXPECT_LINES(taken(), R"(
@@ -257,6 +282,16 @@ print [1737] Player::OrviExecMutimedia \n
     EXPECT_EQ(written.position, 12);
     EXPECT_EQ(appState.playListing.GetFileCount(), 0);
     EXPECT_EQ(appState.browseListing.GetFileCount(), 0);
+}
+
+TEST_F(Session, LeavingGivesBackAGraphThatStandsAndTheImagingFactory) {
+    ASSERT_EQ(Player::openAndRun(u"x", {0, 0}), 1);
+    appState.imagingFactory = platform::createImagingFactory();
+    taken();
+    Player::saveAndClose();
+    EXPECT_TRUE(taken().starts_with(
+        "graph stop\ngraph delete filters\ngraph destroy\nrelease object\nleave COM\n"));
+    EXPECT_EQ(appState.imagingFactory, nullptr);
 }
 
 TEST_F(Session, TheDashCamerasSessionIsNotRemembered) {
