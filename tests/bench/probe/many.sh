@@ -15,19 +15,23 @@ tests/unit/probe/make_media.sh $media
 mkdir -p out/many
 g++ -std=c++20 -O2 tests/bench/probe/bare_reads.cpp -o out/many/bare
 
-# links SOURCE...: `count` links below out/many/tree, the sources in turn
+# links SOURCE...: `count` links below out/many/tree, the sources in turn; of a copy for each hundred folders, since
+# ext4 allows a file 65,000 names
 links() {
     rm -rf out/many/tree
     python3 - "$count" "$@" <<'PYTHON'
 import os
+import shutil
 import sys
 count, sources = int(sys.argv[1]), sys.argv[2:]
 for i in range(count):
     folder = f"out/many/tree/{i // 1000:04d}"
     if i % 1000 == 0:
         os.makedirs(folder)
-    source = sources[i % len(sources)]
-    os.link(source, f"{folder}/20260314_{i % 1000:06d}_F{os.path.splitext(source)[1]}")
+    if i % 50000 == 0:
+        copies = [shutil.copy(source, folder) for source in sources]
+    copy = copies[i % len(copies)]
+    os.link(copy, f"{folder}/20260314_{i % 1000:06d}_F{os.path.splitext(copy)[1]}")
 PYTHON
 }
 
