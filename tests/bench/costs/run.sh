@@ -5,9 +5,9 @@
 # Usage: tests/bench/costs/run.sh FILE..., after ./run has built everything. Needs valgrind.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
-cmake --preset bench -S "$root" >/dev/null
-cmake --build "$root/out/build/bench" --target player_costs >/dev/null
-program=$root/out/build/bench/tests/bench/costs/player_costs
+cmake --preset native -S "$root" >/dev/null
+cmake --build "$root/out/build/native" --target player_costs >/dev/null
+program=$root/out/build/native/tests/bench/costs/player_costs
 
 # row NAME WORD...
 row() {

@@ -4,10 +4,8 @@
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 cd "$root"
-cmake --preset bench >/dev/null
-cmake --build out/build/bench --target bench_probe bench_probe_start >/dev/null
 cmake --preset native >/dev/null
-cmake --build out/build/native --target mediaprobe >/dev/null
+cmake --build out/build/native --target bench_probe bench_probe_start mediaprobe >/dev/null
 media=out/media
 tests/unit/probe/make_media.sh $media
 hours=out/hours
@@ -18,7 +16,7 @@ hour="-nostdin -v error -y -f lavfi -i testsrc=s=64x48:r=25:d=3600 -f lavfi -i s
 # Coded music is as even as coded noise; the tones above are not.
 noise="-nostdin -v error -y -f lavfi -i anoisesrc=c=pink:r=44100:d=30:seed=1"
 [ -e $hours/noise.flac ] || ffmpeg $noise -ac 2 -c:a flac $hours/noise.flac
-out/build/bench/tests/bench/probe/bench_probe --benchmark_repetitions=15 \
+out/build/native/tests/bench/probe/bench_probe --benchmark_repetitions=15 \
     --benchmark_min_time=0.01 --benchmark_enable_random_interleaving=true "$@" \
     $media/*.* $hours/*
 
@@ -35,7 +33,7 @@ milliseconds() {
     end=$(date +%s%N)
     awk "BEGIN { printf \"%.2f\", ($end - $start) / 1e6 / $count }"
 }
-start=out/build/bench/tests/bench/probe/bench_probe_start
+start=out/build/native/tests/bench/probe/bench_probe_start
 echo "mediaprobe on one file against an empty program's start:"
 $start 1000 $probe $media/h264_aac.mp4 out/empty
 echo "the same, the empty program linked statically as mediaprobe is:"

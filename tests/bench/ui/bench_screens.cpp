@@ -158,7 +158,8 @@ void pageAndPaint(catalogue::CatalogueFields& fields, const ui_test::Stage& stag
     Scene scene{.name = "", .screen = Screen::List, .view = {}};
     fields.browsePage = ui::pageFromTouch(y, fields.browsePageCount);
     screens::fillRows(fields, scene.rows);
-    scene.list = {nullptr, u"\\SDMMCDisk", fields.browsePage, fields.browsePageCount, 4, false};
+    scene.list = {nullptr, u"\\SDMMCDisk", fields.browsePage, fields.browsePageCount, 4,
+                  false,   false};
     stage.paint(scene, target, {0, 0, 800, 480});
 }
 

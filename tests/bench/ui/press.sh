@@ -10,7 +10,7 @@ rounds=${1:-101}
 build=$root/out/build/device
 unit=$root/out/bench-press
 mkdir -p "$unit"
-cmake --preset device -DMOVIE_BUILD_BENCHMARKS=ON -S "$root" >"$unit.log"
+cmake --preset device -S "$root" >"$unit.log"
 cmake --build "$build" --target empty_window >>"$unit.log"
 g++ -std=c++20 -O2 "$root/tests/bench/ui/press_watch.cpp" -o "$unit.watch" -lX11 -ldl
 

@@ -4,6 +4,6 @@ set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 "$root/skin/build.sh" "$root/out/skin" >/dev/null
 cd "$root"
-cmake --preset device -DMOVIE_BUILD_BENCHMARKS=ON >/dev/null
+cmake --preset device >/dev/null
 cmake --build out/build/device --target bench_screens -j "$(nproc)" >/dev/null
 exec .ci/wine-run out/build/device/tests/bench/ui/bench_screens.exe
