@@ -15,6 +15,10 @@ constexpr char kFilters[] = "out/build/device/simulator/filters/headunit_filters
 constexpr char kFiltersCopy[] = "drive_c/headunit/headunit_filters.dll";
 constexpr char kFiltersName[] = "C:\\headunit\\headunit_filters.dll";
 
+fs::path registryFile() {
+    return projectRoot() / "simulator" / "command" / "prefix.reg";
+}
+
 fs::path prepared() {
     return projectRoot() / "out" / "prefix";
 }
@@ -62,10 +66,6 @@ int wine(const process::Arguments& arguments) {
                               .logFile = (projectRoot() / "out" / "prefix.log").string()});
 }
 
-void setRegistry(const char* key, const char* name, const char* type, const char* value) {
-    wine({"reg", "add", key, "/v", name, "/t", type, "/d", value, "/f"});
-}
-
 bool createPrefix(std::string& why) {
     std::error_code error;
     fs::remove_all(prepared(), error);
@@ -74,19 +74,16 @@ bool createPrefix(std::string& why) {
         why = "Wine could not make its prefix; see out/prefix.log";
         return false;
     }
-    // A crash is reported by the end of the process, not by a window of Wine's debugger.
-    setRegistry("HKCU\\Software\\Wine\\WineDbg", "ShowCrashDialog", "REG_DWORD", "0");
-    // Windows outside a desktop of their own must not wait for a window manager.
-    setRegistry("HKCU\\Software\\Wine\\X11 Driver", "Managed", "REG_SZ", "N");
     return true;
 }
 
-// Behind the player stands the unit's home picture (skin/drawings/home.svg), on its own colour.
-void hangHomePicture() {
-    constexpr char kDesktop[] = "HKCU\\Control Panel\\Desktop";
-    setRegistry(kDesktop, "Wallpaper", "REG_SZ", "H:\\.unit\\home.bmp");
-    setRegistry(kDesktop, "TileWallpaper", "REG_SZ", "1");  // from the top left corner
-    setRegistry("HKCU\\Control Panel\\Colors", "Background", "REG_SZ", "11 15 19");
+// What the unit has in its registry, and not of a desktop's: before the filters are registered.
+bool importRegistry(std::string& why) {
+    if (wine({"regedit", "/S", "Z:" + registryFile().string()}) != 0) {
+        why = "the unit's registry could not be written; see out/prefix.log";
+        return false;
+    }
+    return true;
 }
 
 bool installFilters(std::string& why) {
@@ -127,7 +124,7 @@ bool copyRegistryFiles(const fs::path& to) {
 bool preparePrefix(std::string& why) {
     const PrefixLock lock(LOCK_EX);
     const fs::path stampFile = prepared() / ".headunit";
-    const std::string stamp = stampOf(projectRoot() / kFilters) + " with a home picture";
+    const std::string stamp = stampOf(projectRoot() / kFilters) + ", " + stampOf(registryFile());
     if (readLine(stampFile) == stamp) {
         return true;
     }
@@ -135,10 +132,9 @@ bool preparePrefix(std::string& why) {
     if (!fs::exists(stampFile, error) && !createPrefix(why)) {
         return false;
     }
-    if (!installFilters(why)) {
+    if (!importRegistry(why) || !installFilters(why)) {
         return false;
     }
-    hangHomePicture();
     process::run({"wineserver", "-w"}, {.environment = wineEnvironment(prepared(), "")});
     std::ofstream(stampFile, std::ios::trunc) << stamp << '\n';
     return true;

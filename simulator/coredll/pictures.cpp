@@ -11,8 +11,10 @@ namespace {
 
 constexpr std::size_t kFileHeaderBytes = 14;
 
-// The whole file, null when it is not a bitmap that holds all it claims.
-std::unique_ptr<std::uint8_t[]> readSoundBitmap(HANDLE file, std::size_t& bytes) {
+// What lies before the rows, its colours included; null when it is not a bitmap that holds all it
+// claims.
+std::unique_ptr<std::uint8_t[]> readHeadOfSoundBitmap(HANDLE file, DWORD& headBytes,
+                                                      DWORD& rowBytes) {
     std::array<std::uint8_t, coredll::kBitmapHeadBytes> head{};
     LARGE_INTEGER size{};
     DWORD read = 0;
@@ -21,26 +23,36 @@ std::unique_ptr<std::uint8_t[]> readSoundBitmap(HANDLE file, std::size_t& bytes)
         coredll::isSoundBitmap(head, static_cast<std::uint64_t>(size.QuadPart)) == 0) {
         return nullptr;
     }
-    bytes = coredll::soundBitmapBytes(head);
-    std::unique_ptr<std::uint8_t[]> contents(new (std::nothrow) std::uint8_t[bytes]);
-    if (contents) {
-        std::memcpy(contents.get(), head.data(), head.size());
-        const auto rest = static_cast<DWORD>(bytes - head.size());
-        if (!ReadFile(file, contents.get() + head.size(), rest, &read, nullptr) || read != rest) {
-            contents.reset();
+    std::uint32_t rows = 0;  // where they begin
+    std::memcpy(&rows, head.data() + 10, sizeof rows);
+    headBytes = rows;
+    rowBytes = static_cast<DWORD>(coredll::soundBitmapBytes(head) - rows);
+    std::unique_ptr<std::uint8_t[]> whole(new (std::nothrow) std::uint8_t[rows]);
+    if (whole) {
+        std::memcpy(whole.get(), head.data(), head.size());
+        const auto rest = static_cast<DWORD>(rows - head.size());
+        if (rest != 0 &&
+            (!ReadFile(file, whole.get() + head.size(), rest, &read, nullptr) || read != rest)) {
+            whole.reset();
         }
     }
-    return contents;
+    return whole;
 }
 
-HBITMAP bitmapOf(const std::uint8_t* file, std::size_t bytes) {
-    std::uint32_t rows = 0;  // where they begin
-    std::memcpy(&rows, file + 10, sizeof rows);
-    const auto* const info = reinterpret_cast<const BITMAPINFO*>(file + kFileHeaderBytes);
+// The rows go straight into the section.
+HBITMAP readSoundBitmap(HANDLE file) {
+    DWORD headBytes = 0, rowBytes = 0, read = 0;
+    const std::unique_ptr<std::uint8_t[]> head = readHeadOfSoundBitmap(file, headBytes, rowBytes);
+    if (!head) {
+        return nullptr;
+    }
+    const auto* const info = reinterpret_cast<const BITMAPINFO*>(head.get() + kFileHeaderBytes);
     void* pixels = nullptr;
     const HBITMAP bitmap = CreateDIBSection(nullptr, info, DIB_RGB_COLORS, &pixels, nullptr, 0);
-    if (bitmap != nullptr) {
-        std::memcpy(pixels, file + rows, bytes - rows);
+    if (bitmap != nullptr &&
+        (!ReadFile(file, pixels, rowBytes, &read, nullptr) || read != rowBytes)) {
+        DeleteObject(bitmap);
+        return nullptr;
     }
     return bitmap;
 }
@@ -50,7 +62,7 @@ HBITMAP bitmapOf(const std::uint8_t* file, std::size_t bytes) {
 extern "C" {
 
 // The desktop's own loader reads as many rows as the header claims, without looking at what the
-// file holds, so the rows are put into a section here.
+// file holds, so the rows are read into a section here.
 HBITMAP WINAPI unitSHLoadDIBitmap(const wchar_t* path) {
     const HANDLE file = CreateFileW(coredll::hostPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -58,10 +70,8 @@ HBITMAP WINAPI unitSHLoadDIBitmap(const wchar_t* path) {
         CloseHandle(file);
         return nullptr;
     }
-    std::size_t bytes = 0;
-    const std::unique_ptr<std::uint8_t[]> contents = readSoundBitmap(file, bytes);
+    const HBITMAP bitmap = readSoundBitmap(file);
     CloseHandle(file);
-    const HBITMAP bitmap = contents ? bitmapOf(contents.get(), bytes) : nullptr;
     coredll::countBitmap(bitmap);
     return bitmap;
 }

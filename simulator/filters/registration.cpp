@@ -43,14 +43,6 @@ const Row kRows[] = {
      kAudioInstance},
 };
 
-// Wine's own splitters, which the unit does not have: what the vendor's demultiplexer refuses, none
-// of them may take, not even try. Their classes stay; one of them works inside the demultiplexer.
-constexpr CLSID kWaveParser = {
-    0xD51BD5A1, 0x7548, 0x11CF, {0xA5, 0x20, 0x00, 0x80, 0xC7, 0x7E, 0xF5, 0x8A}};
-const CLSID* const kForeignSplitters[] = {&kSplitterClass, &CLSID_AviSplitter, &CLSID_MPEG1Splitter,
-                                          &kWaveParser};
-constexpr wchar_t kSplitterLibrary[] = L"winegstreamer.dll";
-
 std::wstring textOf(const CLSID& classId) {
     wchar_t text[40];
     return StringFromGUID2(classId, text, 40) ? text : L"";
@@ -142,27 +134,6 @@ HRESULT makeMapper(ComPtr<IFilterMapper2>* mapper) {
                             reinterpret_cast<void**>(mapper->GetAddressOf()));
 }
 
-void hideForeignSplitters(IFilterMapper2* mapper) {
-    for (const CLSID* classId : kForeignSplitters) {
-        mapper->UnregisterFilter(&CLSID_LegacyAmFilterCategory, nullptr, *classId);
-    }
-}
-
-// Their own library registers them, as it did when the prefix was made.
-void giveSplittersBack() {
-    const HMODULE library = LoadLibraryW(kSplitterLibrary);
-    const auto registerServer =
-        library ? reinterpret_cast<HRESULT(WINAPI*)()>(
-                      reinterpret_cast<void*>(GetProcAddress(library, "DllRegisterServer")))
-                : nullptr;
-    if (registerServer) {
-        registerServer();
-    }
-    if (library) {
-        FreeLibrary(library);
-    }
-}
-
 }  // namespace
 
 bool isOwnClass(const CLSID& classId) {
@@ -190,7 +161,6 @@ HRESULT registerAll() {
         }
     }
     if (SUCCEEDED(result)) {
-        hideForeignSplitters(mapper.Get());
         result = takeReader();
     }
     mapper.Reset();
@@ -211,7 +181,6 @@ HRESULT unregisterAll() {
         }
     }
     giveReaderBack();
-    giveSplittersBack();
     mapper.Reset();
     CoUninitialize();
     return result;

@@ -45,10 +45,10 @@ picture() { DISPLAY=$1 "$work/first_colour" "${point[@]}" 15; }
 median() { sort -n "$1" | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
 
 rm -rf "$work/bare"
-"$headunit" prepare "$work/bare" --device "$work/bare-device"
+# A prefix as Wine makes it: the unit's has the unit's filters alone.
+WINEPREFIX=$work/bare "$wine" wineboot -i
 start_display
 bare=$display
-DISPLAY=$bare WINEPREFIX=$work/bare "$wine" regsvr32 /s /u 'C:\headunit\headunit_filters.dll'
 DISPLAY=$bare WINEPREFIX=$work/bare "$wine" explorer /desktop=bench,800x480 &
 "$headunit" boot --headless --device "$unit" "$clip" >/dev/null
 player=$(tr -d '\r\n' <"$unit/.unit/display")
