@@ -25,14 +25,13 @@ class Test:
 
 
 class Switchboard:
-    def __init__(self, folder, asan, faults, jobs, seconds):
+    def __init__(self, folder, asan, faults, seconds):
         """faults: all of the folder; the number of each is its place, counted from 1. seconds: the
         most that the tests of one fault may take, as far as they took it without a fault."""
         self.tree = Tree("switched", folder, asan, f" -Wno-narrowing -I{ROOT}/tests/mutants")
-        self.tree.build = self.tree.build.with_name(f"{folder}-{self.tree.build.name}")
         self.faults = dict(enumerate(faults, 1))
         self.names = {fault["name"]: number for number, fault in self.faults.items()}
-        self.jobs, self.seconds = jobs, seconds
+        self.seconds = seconds
         self.store = OUT / f"{folder}.left_out.json"
         self.switched = {}
         self.tests = []
@@ -48,25 +47,26 @@ class Switchboard:
     def build(self):
         stored = json.loads(self.store.read_text()) if self.store.exists() else {}
         left_out = {self.names[n] for n in stored.get("faults", []) if n in self.names}
-        kept = set(stored.get("names", []))
+        kept = {tuple(x) for x in stored.get("names", [])}
         of_path = defaultdict(dict)
         for number, fault in self.faults.items():
             of_path[fault["path"]][number] = fault["fault"]
         for _ in range(ROUNDS):
-            self.switched = {path: Switched((ROOT / path).read_text(), faults, left_out, kept)
+            self.switched = {path: Switched((ROOT / path).read_text(), faults, left_out,
+                                            {name for where, name in kept if where == path})
                              for path, faults in of_path.items()}
             self.tree.update({path: one.text for path, one in self.switched.items()})
-            status, printed = self.tree.make(jobs=self.jobs, keep=0)
+            status, printed = self.tree.make(keep=0)
             if status == 0:
                 break
-            by_file = {os.path.realpath(self.tree.path / path): one
-                       for path, one in self.switched.items()}
-            numbers, names = faults_with_errors(printed, by_file, self.tree.build)
+            paths = {os.path.realpath(self.tree.path / path): path for path in self.switched}
+            numbers, names = faults_with_errors(
+                printed, {real: self.switched[path] for real, path in paths.items()}, self.tree.build)
             if not numbers | names:
                 (OUT / "switched.log").write_text(printed)
                 sys.exit("mutants: an error that belongs to no fault; see out/mutants/switched.log")
             left_out |= numbers
-            kept |= names
+            kept |= {(paths[real], name) for real, name in names}
         else:
             sys.exit("mutants: the faults do not build together")
         self.store.write_text(json.dumps(
@@ -88,14 +88,16 @@ class Switchboard:
                     self.tests.append(Test(command, where, suite + word))
                 elif word.endswith("."):
                     suite = word
-        waiting, file = list(self.tests), self.scratch() / "trace"
-        for test in waiting:
+        file = self.scratch() / "trace"
+        for test in self.tests:
             file.unlink(missing_ok=True)
             began = time.monotonic()
-            if self.run([test], 0, 600, {"MUTANT_TRACE": str(file)}) != 0:
+            test.seconds = 600.0
+            if self.run([test], 0, {"MUTANT_TRACE": str(file)}) != 0:
                 sys.exit(f"mutants: {test.command[0]} {test.name or ''} fails without a fault")
             test.seconds = time.monotonic() - began
-            test.reached = {i for i, byte in enumerate(file.read_bytes()) if byte}
+            reached = file.read_bytes() if file.exists() else b""
+            test.reached = {i for i, byte in enumerate(reached) if byte}
         self.tests.sort(key=lambda test: test.seconds)
 
     def scratch(self):
@@ -106,14 +108,16 @@ class Switchboard:
         self.local.folder.mkdir(parents=True)
         return self.local.folder
 
-    def run(self, tests, number, limit, more=None):
-        """The exit status of tests of one program."""
+    def run(self, tests, number, more=None):
+        """The exit status of tests of one program. A fault may make it run for ever."""
+        seconds = sum(test.seconds for test in tests)
         command = list(tests[0].command)
         if tests[0].name:
             command += ["--gtest_brief=1", "--gtest_filter=" + ":".join(t.name for t in tests)]
         folder = self.local.folder if more else self.scratch()
-        status, _ = self.tree.call(*command, limit=limit, cwd=tests[0].where, more={
-            "MUTANT": str(number), "TMPDIR": str(folder), **(more or {})})
+        status, _ = self.tree.call(*command, limit=120, cpu=3 + int(5 * seconds),
+                                   cwd=tests[0].where,
+                                   more={"MUTANT": str(number), "TMPDIR": str(folder), **(more or {})})
         return status
 
     def portions(self, number):
@@ -138,7 +142,6 @@ class Switchboard:
         number, result = self.names[fault["name"]], "unreached"
         for tests in self.portions(number):
             result = "passed"
-            limit = 10 + 10 * sum(test.seconds for test in tests)
-            if self.run(tests, number, limit) != 0:
+            if self.run(tests, number) != 0:
                 return "noticed"
         return result

@@ -35,9 +35,10 @@ class Node:
 
 @dataclass
 class Relaxed:
-    """A `constexpr` that becomes `put`, of a name."""
+    """A `constexpr` that becomes `put`, of a name whose declaration ends at `reach`."""
     start: int
     end: int
+    reach: int
     put: str
     name: str
     others: dict = field(default_factory=dict)
@@ -151,7 +152,11 @@ class Extents:
 
     def relaxed(self):
         for i, token in enumerate(self.tokens):
-            if token.text != "constexpr" or self.tokens[i - 1].text == "if":
+            behind = self.tokens[min(i + 1, len(self.tokens) - 1)].text
+            if token.text == "constinit":
+                if behind != "const":
+                    continue
+            elif token.text != "constexpr" or self.tokens[i - 1].text == "if" or behind == "const":
                 continue
             j = i + 1
             while self.tokens[j].text not in ("=", "{", "(", ";"):
@@ -159,26 +164,39 @@ class Extents:
             name = j - 1
             while self.tokens[name].text in ("]", ")"):
                 name = self.opening(name) - 1
-            put = "inline" if self.tokens[j].text == "(" else "const"
-            if put == "inline" and "inline" in (self.tokens[i - 1].text, self.tokens[i + 1].text):
+            is_function = self.tokens[j].text == "("
+            put = "" if token.text == "constinit" else "inline" if is_function else "const"
+            if is_function and "inline" in (self.tokens[i - 1].text, behind):
                 put = ""
-            if put == "const" and self.tokens[i + 1].text == "const":
-                continue
-            yield Relaxed(token.start, token.end, put, self.tokens[name].text)
+            while self.tokens[j].text != ";":
+                closes = is_function and self.tokens[j].text == "{"
+                j = closing(self.tokens, j) if self.tokens[j].text in "([{" else j
+                if closes:
+                    break
+                j += 1
+            yield Relaxed(token.start, token.end, self.tokens[j].end, put, self.tokens[name].text)
 
 
 class Switched:
     """A source with its faults switched: `text`, and whose lines are whose."""
 
     def __init__(self, source, faults, left_out, kept):
-        """faults: number -> Fault; left_out: numbers; kept: names whose constexpr stays."""
+        """faults: number -> Fault; left_out: numbers; kept: names whose constexpr stays, and with it
+        all that it declares."""
         self.source = source
         self.extents = Extents(source)
         self.pieces, self.owners, self.line = [], {}, 1
         self.numbers, self.names = set(), set()
-        nodes = {}
+        nodes, constant = {}, []
+        for one in self.extents.relaxed():
+            if one.name in kept:
+                constant.append((one.start, one.reach))
+            else:
+                nodes[one.start, one.end, None] = one
         for number, fault in faults.items():
-            place = self.extents.of(fault) if number not in left_out else None
+            if number in left_out or any(a <= fault.start < b for a, b in constant):
+                continue
+            place = self.extents.of(fault)
             if place is None:
                 continue
             start, end, statement = place
@@ -194,9 +212,6 @@ class Switched:
                 other += ")"
             node = nodes.setdefault((start, end, statement), Node(start, end, statement))
             node.others[number] = other
-        for one in self.extents.relaxed():
-            if one.name not in kept:
-                nodes[one.start, one.end, None] = one
         top = Node(0, len(source))
         self.emit(HEADER, ())
         self.nest(top, sorted(nodes.values(), key=lambda n: (n.start, -n.end)))
@@ -228,10 +243,12 @@ class Switched:
                 self.names.add(inner.name)
                 self.emit(inner.put, owners)
             else:
+                first = self.line
                 self.emit_node(inner)
                 self.emit("\n", ())
-                # Of what is told behind an expression it may be the cause.
+                # It may be the cause of what is told of the lines around it.
                 self.owners[self.line] = owners or tuple(inner.others)
+                self.owners[first] = self.owners.get(first, ()) or tuple(inner.others)
             at = inner.end
         self.emit(self.source[at:node.end], owners)
 
@@ -260,25 +277,30 @@ QUOTED = re.compile("[‘'](.*?)[’']")
 
 
 def faults_with_errors(printed, switched, where):
-    """What a failed build speaks of: numbers of faults, and names that must stay constexpr.
+    """What a failed build speaks of: numbers of faults, and (path, name) of what must stay constexpr.
     `switched`: absolute path -> Switched; `where`: the folder of the build."""
-    numbers, names = set(), set()
-    relaxed = {name for one in switched.values() for name in one.names}
-    names |= relaxed & set(UNDEFINED.findall(printed))
+    numbers, kept = set(), set()
+
+    def holding(words, paths):
+        """Where one of these names is relaxed: in one of these files, or else in any."""
+        found = {(path, name) for path, one in switched.items() for name in one.names & words}
+        return {x for x in found if x[0] in paths} or found
+
     for block in re.split(r"\n(?=\S+?:\d+:\d+: (?:fatal )?error)", "\n" + printed):
         lines = [(os.path.realpath(os.path.join(where, m.group(1))), int(m.group(2)), line)
                  for line in block.splitlines() if (m := ERROR.match(line))]
-        if not any(": error" in line or ": fatal error" in line for _, _, line in lines):
+        paths = {path for path, _, _ in lines}
+        kept |= holding(set(UNDEFINED.findall(block)), paths)
+        if not any("error: " in line for _, _, line in lines):
             continue
-        first = [x for x in lines if "error: " in x[2]] + [x for x in lines if "error: " not in x[2]]
-        for path, number, line in first:
-            owners = switched[path].owners.get(number, ()) if path in switched else ()
-            if owners:
-                numbers.update(owners)
-                break
-            quoted = {word for text in QUOTED.findall(line)
-                      for word in re.findall(r"\w+(?=\()|\w+$", text)}
-            if relaxed & quoted:
-                names |= relaxed & quoted
-                break
-    return numbers, names
+        words = {word for text in QUOTED.findall(block)
+                 for word in re.findall(r"\w+(?=\()|\w+$", text)}
+        first = [x for x in lines if "error: " in x[2]]
+        of_lines = set()
+        for path, number, _ in first + [x for x in lines if x not in first]:
+            of_lines = of_lines or set(switched[path].owners.get(number, ())
+                                       if path in switched else ())
+        named = holding(words, paths)
+        numbers |= of_lines
+        kept |= named if not of_lines else set()
+    return numbers, kept

@@ -54,8 +54,9 @@ TEST(Clock, CountsTwelveHoursWithMidnightAtZero) {
         std::array<std::int32_t, 4> digits;
     };
     constexpr Case kCases[] = {{0, 30, false, {0, 0, 3, 0}},  {9, 5, false, {0, 9, 0, 5}},
-                               {11, 59, false, {1, 1, 5, 9}}, {12, 5, true, {1, 2, 0, 5}},
-                               {13, 5, true, {0, 1, 0, 5}},   {23, 48, true, {1, 1, 4, 8}}};
+                               {10, 59, false, {1, 0, 5, 9}}, {11, 59, false, {1, 1, 5, 9}},
+                               {12, 5, true, {1, 2, 0, 5}},   {13, 5, true, {0, 1, 0, 5}},
+                               {23, 48, true, {1, 1, 4, 8}}};
     for (const Case& c : kCases) {
         const ui::ClockFace face = ui::clockFace(c.hour, c.minute);
         EXPECT_EQ(face.afternoon, c.afternoon) << c.hour;
@@ -78,7 +79,7 @@ TEST(Progress, KnobStandsWhereThePositionIs) {
         {&ui::kFullLayout, 30, 60, false, 202},    {&ui::kFullLayout, notANumber, 60, true, 202},
         {&ui::kFullLayout, 0.289, 120, true, 202}, {&ui::kFullLayout, 0.290, 120, true, 203},
         {&ui::kHalfLayout, 0, 60, true, 8},        {&ui::kHalfLayout, 30, 60, true, 122},
-        {&ui::kHalfLayout, 60, 60, true, 237},
+        {&ui::kHalfLayout, 60, 60, true, 237},     {&ui::kFullLayout, 1, 415, true, 203},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(ui::knobX(c.layout->progress, c.position, c.duration, c.playing), c.x)
@@ -93,10 +94,10 @@ TEST(Progress, TouchGivesWholePerMilles) {
         std::int32_t x;
         double duration, position;
     };
-    constexpr Case kCases[] = {{202, 1000, 0},    {203, 1000, 2},    {204, 1000, 4},
-                               {409, 1000, 498},  {616, 1000, 997},  {617, 1000, 1000},
-                               {627, 1000, 1000}, {799, 1000, 1000}, {100, 1000, 0},
-                               {-5000, 1000, 0},  {409, 0, 0},       {627, 0.5, 0.5}};
+    constexpr Case kCases[] = {
+        {202, 1000, 0},    {203, 1000, 2},    {204, 1000, 4},    {409, 1000, 498}, {616, 1000, 997},
+        {617, 1000, 1000}, {627, 1000, 1000}, {799, 1000, 1000}, {100, 1000, 0},   {-5000, 1000, 0},
+        {409, 0, 0},       {627, 0.5, 0.5},   {409, 0.5, 0.249}};
     for (const Case& c : kCases) {
         EXPECT_DOUBLE_EQ(ui::positionFromTouch(ui::kFullLayout.progress, c.x, c.duration),
                          c.position)
@@ -104,6 +105,8 @@ TEST(Progress, TouchGivesWholePerMilles) {
     }
     EXPECT_DOUBLE_EQ(ui::positionFromTouch(ui::kHalfLayout.progress, 122, 1000), 497);
     EXPECT_DOUBLE_EQ(ui::positionFromTouch(ui::kHalfLayout.progress, 247, 1000), 1000);
+    // 1000 * 0.7 * 0.001 is a little more than 0.7.
+    EXPECT_EQ(ui::positionFromTouch(ui::kFullLayout.progress, 627, 0.7), 0.7);
     const auto far = std::numeric_limits<std::int32_t>::min();
     EXPECT_EQ(ui::positionFromTouch(ui::kFullLayout.progress, far, 60), 0);
 }
@@ -189,6 +192,7 @@ TEST(Rectangles, MeetOnlyInside) {
     EXPECT_FALSE(ui::meets({0, 0, 10, 10}, {10, 0, 20, 10}));
     EXPECT_FALSE(ui::meets({0, 329, 0, 0}, {0, 0, 800, 480}));
     EXPECT_EQ(ui::intersection({0, 0, 10, 10}, {4, 5, 20, 8}), (ui::Rect{4, 5, 10, 8}));
+    EXPECT_EQ(ui::intersection({0, 0, 10, 10}, {20, 30, 40, 50}), (ui::Rect{0, 0, 0, 0}));
 }
 
 }  // namespace

@@ -220,6 +220,18 @@ TEST(PaintFullWidth, ClockAndBarsAreDrawnWhereTheyAreDamaged) {
     }
 }
 
+TEST(PaintFullWidth, TheMorningHasAMarkOfItsOwn) {
+    ui::PlayerView view = playing();
+    view.hour = 9;
+    EXPECT_TRUE(holds(fullWidth(view), "into A28 607,16,628,29"));
+}
+
+TEST(PaintHalfWidth, TheNameIsDrawnWhereItIsDamaged) {
+    const std::string name = "text 24 E6F0F4 12,8,300,38 32772 출발.avi";
+    EXPECT_TRUE(holds(halfWidth(playing(), {299, 37, 300, 38}), name));
+    EXPECT_FALSE(holds(halfWidth(playing(), {300, 37, 400, 39}), name));
+}
+
 TEST(PaintFullWidth, AMissingBackgroundIsBlack) {
     RecordingCanvas canvas;
     canvas.missing = {"A50"};
@@ -336,6 +348,17 @@ TEST(PaintFileList, TitleRowsThumb) {
                "keyed C7 650,253"}));
 }
 
+TEST(PaintFileList, AMissingBackgroundIsGreyAndTheTitleFitsItsArea) {
+    RecordingCanvas canvas;
+    canvas.missing = {"C0"};
+    const ui::ListRows table;
+    // 300 pixels wide, where 290 are free.
+    ui::paintFileList(canvas, {&table, u"\\SDMMCDisk\\0123456789012345678", 1, 3, -1, false, true},
+                      kWhole);
+    EXPECT_EQ(canvas.lines[0], "fill 808080 0,0,800,480");
+    EXPECT_TRUE(holds(canvas.lines, "text 25 FFFFFF 200,34,490,64 8 \\...\\0123456789012345678"));
+}
+
 TEST(PaintFileList, AHeldRowIsDrawnAgainOnItsOwnBackground) {
     const Lines lines = fileList(threeRows(), 15, {30, 166, 650, 216});
     EXPECT_EQ(lines, (Lines{"region C0 30,166,650,216", "keyed C23 30,166", "keyed C2 590,166",
@@ -422,6 +445,8 @@ TEST(Title, IsShortenedFromTheFront) {
     const std::u16string longest(259, u'x');
     EXPECT_EQ(title(longest.c_str(), 100), "\\...\\");
     EXPECT_EQ(title(longest.c_str(), 2590).size(), 259u);
+    const std::u16string longer(264, u'x');
+    EXPECT_EQ(title(longer.c_str(), 5000).size(), 259u);
 }
 
 }  // namespace

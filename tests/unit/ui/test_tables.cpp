@@ -6,8 +6,11 @@
 
 #include "platform/text.h"
 #include "recorders.h"
+#include "ui/bitmap_sets.h"
 #include "ui/list_screen.h"
+#include "ui/paint.h"
 #include "ui/player_layout.h"
+#include "ui/screen_state.h"
 #include "ui/skin_slots.h"
 
 namespace {
@@ -307,6 +310,39 @@ TEST(Layout, ClockAndVideoPlaces) {
     EXPECT_EQ(ui::kClockDigits[3], (ui::Rect{697, 16, 716, 41}));
     EXPECT_EQ(ui::kFullLayout.video, (ui::Rect{0, 0, 800, 480}));
     EXPECT_EQ(ui::kHalfLayout.video, (ui::Rect{0, 60, 400, 320}));
+    EXPECT_EQ(ui::kBannerArea, (ui::Rect{180, 0, 620, 64}));
+    EXPECT_EQ(ui::kScreenWidth, 800);
+    EXPECT_EQ(ui::kScreenHeight, 480);
+}
+
+TEST(Skin, ItsFolderAndItsTransparentColour) {
+    EXPECT_EQ(std::u16string_view(ui::kSkinFolder), u"\\ResidentFlash\\Image\\Movie\\");
+    EXPECT_EQ(ui::kTransparent, 0xFF00FFu);
+    EXPECT_EQ(ui::kVideoKey, 0xF800F8u);
+}
+
+TEST(State, OfTheScreensBeforeTheFirstTouch) {
+    const ui::ScreenState state;
+    EXPECT_EQ(state.touch.start, (ui::Point{0, 0}));
+    EXPECT_EQ(state.touch.slideAnchorY, 0);
+    EXPECT_EQ(state.touch.pressedKey, -1);
+    EXPECT_TRUE(state.barShown);
+    EXPECT_FALSE(state.bannerShown);
+    EXPECT_FALSE(state.listShown);
+    EXPECT_EQ(state.displayedPosition, 0);
+    EXPECT_EQ(state.displayedDuration, 0);
+    EXPECT_EQ(state.displayedMinute, -1) << "of no day";
+    const ui::PlayerView view;
+    EXPECT_FALSE(view.playing);
+    EXPECT_FALSE(view.videoArea);
+    EXPECT_EQ(view.volume, 0);
+    EXPECT_EQ(view.camera, -1);
+    EXPECT_EQ(view.pressedKey, -1);
+    EXPECT_EQ(view.knob, (ui::Size{0, 0}));
+    EXPECT_EQ(view.displayedPosition, 0);
+    EXPECT_EQ(view.duration, 0);
+    EXPECT_EQ(view.hour, 0);
+    EXPECT_EQ(view.minute, 0);
 }
 
 }  // namespace

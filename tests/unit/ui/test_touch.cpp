@@ -208,6 +208,12 @@ TEST(TouchFullWidth, TheTouchIsForgottenBeforeTheActionRuns) {
     EXPECT_EQ(host.heldDuringAction, 0);
 }
 
+TEST(TouchFullWidth, AFingerBesideTheScreenTouchesNoKey) {
+    PlayerScreen screen(ui::kFullLayout);
+    EXPECT_EQ(screen.press({-5, -5}), (Lines{"stop bar", "capture", "update"}));
+    EXPECT_EQ(screen.release({-5, -5}), (Lines{"release", "stop bar", "start bar", "update"}));
+}
+
 TEST(TouchHalfWidth, EachKeysAction) {
     struct Case {
         ui::Point point;
@@ -296,6 +302,19 @@ TEST(TouchList, PressesTheRowAndLetsItGo) {
     EXPECT_EQ(screen.host.lines, (Lines{"release", "invalidate 30,66,650,116", "update"}));
 }
 
+TEST(TouchList, AnEmptyRowAndNoKeyAtAllAreNotDrawn) {
+    for (const ui::Point point : {ui::Point{300, 190}, ui::Point{-5, -5}}) {
+        ListScreen screen;
+        ui::pressList(screen.screens, screen.host, point);
+        EXPECT_EQ(screen.host.lines, (Lines{"capture", "update"})) << point.x;
+    }
+    ListScreen screen;
+    ui::pressList(screen.screens, screen.host, {-5, -5});
+    screen.host.lines.clear();
+    ui::releaseList(screen.screens, screen.host, {-5, -5});
+    EXPECT_EQ(screen.host.lines, (Lines{"release", "update"}));
+}
+
 TEST(TouchList, ASecondPressTakesThePlaceOfTheFirst) {
     ListScreen screen;
     ui::pressList(screen.screens, screen.host, {300, 90});
@@ -355,7 +374,8 @@ TEST(TouchList, TheWayUpNeedsAParentAStraightFingerAndARow) {
     constexpr Case kCases[] = {{{100, 440}, {700, 440}, true, 1}, {{100, 90}, {700, 151}, true, 0},
                                {{100, 90}, {700, 90}, false, 0},  {{615, 90}, {790, 90}, true, 0},
                                {{300, 90}, {100, 90}, true, 0},   {{580, 90}, {700, 90}, true, 0},
-                               {{540, 90}, {700, 90}, true, 1},   {{100, 90}, {500, 90}, true, 0}};
+                               {{540, 90}, {700, 90}, true, 1},   {{541, 90}, {700, 90}, true, 0},
+                               {{100, 90}, {700, 150}, true, 1},  {{100, 90}, {500, 90}, true, 0}};
     for (const Case& c : kCases) {
         ListScreen screen;
         ui::pressList(screen.screens, screen.host, c.from);
@@ -398,6 +418,36 @@ TEST(TouchSlide, UpAndDownIsTheVolume) {
     EXPECT_EQ(screen.release({402, 141}),
               (Lines{"capture", "act VolumeUp", "banner", "act VolumeUp", "act VolumeUp", "banner",
                      "act VolumeDown", "banner", "release"}));
+}
+
+TEST(TouchSlide, ATapMayWander30Pixels) {
+    struct Case {
+        ui::Point to;
+        bool taps;
+    };
+    for (const Case& c : {Case{{430, 200}, true}, Case{{431, 200}, false}, Case{{370, 200}, true},
+                          Case{{369, 200}, false}, Case{{400, 230}, true}, Case{{400, 231}, false},
+                          Case{{430, 170}, true}, Case{{400, 169}, false}, Case{{460, 200}, false},
+                          Case{{400, 260}, false}}) {
+        SlideScreen screen;
+        screen.press({400, 200});
+        const Lines lines = screen.release(c.to);
+        EXPECT_EQ(lines.back() == "act ShowFullWidth", c.taps) << c.to.x << ',' << c.to.y;
+    }
+}
+
+TEST(TouchSlide, AsFarAcrossAsAlongIsNoSlide) {
+    SlideScreen screen;
+    screen.press({400, 200});
+    screen.move({430, 170});
+    EXPECT_EQ(screen.host.lines, Lines{"capture"});
+    screen.move({430, 169});
+    EXPECT_EQ(screen.host.lines, (Lines{"capture", "act VolumeUp", "banner"}));
+    // Once it slides, it goes on whichever way the finger leads, and is no tap where it began.
+    screen.move({600, 139});
+    EXPECT_EQ(screen.host.lines.size(), 5u);
+    screen.move({400, 200});
+    EXPECT_EQ(screen.release({400, 200}).back(), "release");
 }
 
 TEST(TouchSlide, AcrossDoesNothing) {
