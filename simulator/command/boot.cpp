@@ -1,8 +1,6 @@
 #include "simulator/command/boot.h"
 
-#include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -13,8 +11,8 @@
 #include "simulator/command/display.h"
 #include "simulator/command/hearing.h"
 #include "simulator/command/prefix.h"
-#include "simulator/command/tape_reader.h"
 #include "simulator/shared/json.h"
+#include "simulator/shared/tape_reader.h"
 
 namespace headunit {
 namespace {
@@ -30,21 +28,6 @@ struct PeerProgram {
 };
 constexpr PeerProgram kPeers[] = {
     {"processmanager", "Processmanager"}, {"orvi", "Orvi"}, {"ani_waiting", "ani_waiting"}};
-
-// Two commands that boot one unit at the same time take turns; the second finds it running.
-class BootLock {
-public:
-    explicit BootLock(const Unit& unit) {
-        handle_ = open((unit.run() / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-        flock(handle_, LOCK_EX);
-    }
-    ~BootLock() { close(handle_); }
-    BootLock(const BootLock&) = delete;
-    BootLock& operator=(const BootLock&) = delete;
-
-private:
-    int handle_ = -1;
-};
 
 // `panel` is how many pixels the panel has beside the screen.
 bool startDisplay(const Unit& unit, const BootOptions& options, int& panel, std::string& why) {
@@ -177,7 +160,7 @@ bool hasEnded(const Json& line, long long process) {
 // `why` brings the player's process number, as the unit has answered, and takes the reason.
 bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::string& why) {
     const long long process = std::atoll(why.c_str());
-    TapeReader reader(unit, from);
+    TapeReader reader(unit.tape(), from);
     const long long end = process::nowMilliseconds() + kFramePatience;
     while (process::nowMilliseconds() < end) {
         while (const auto line = reader.next()) {
@@ -224,7 +207,7 @@ bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why)
     if (!options.connectFolder.empty() && !ask(unit, {"connect", options.connectFolder}, why)) {
         return false;
     }
-    const std::uint64_t from = tapeEnd(unit);
+    const std::uint64_t from = tapeEnd(unit.tape());
     const bool managed = std::find(options.without.begin(), options.without.end(),
                                    "processmanager") == options.without.end();
     return ask(unit, {"start", "movie.exe", "H:\\", playerCommandLine(options.pip), "output"},
@@ -239,7 +222,8 @@ bool boot(const Unit& unit, const BootOptions& options, std::string& why) {
         why = "cannot make " + unit.run().string() + ": " + error.message();
         return false;
     }
-    const BootLock lock(unit);
+    // Of two commands that boot one unit at the same time the second finds it running.
+    const process::FileLock lock((unit.run() / "lock").string(), LOCK_EX);
     if (isRunning(unit)) {
         why = "a unit runs in " + unit.device.string() +
               " already; end it with: " + commandFor(unit, "kill");

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/text.h"
 #include "simulator/command/cards.h"
 #include "simulator/command/movie_dat.h"
 #include "simulator/shared/json.h"
@@ -12,12 +11,6 @@ namespace headunit {
 namespace {
 
 constexpr char kCard[] = "SDMMCDisk";
-
-void setPath(char16_t (&to)[platform::kPathCapacity], const std::string& path) {
-    const std::u16string text = platform::toUtf16(path);
-    const std::size_t length = std::min(text.size(), platform::kPathCapacity - 1);
-    std::copy_n(text.begin(), length, to);
-}
 
 // Where the file or folder stands on the unit; what lies outside is put onto the card first.
 bool putOnUnit(const Unit& unit, const fs::path& path, std::string& onUnit, std::string& why) {
@@ -78,8 +71,8 @@ bool choose(const Unit& unit, const fs::path& play, Choice& choice, std::string&
     choice.given = true;
     choice.state.playState = settings::kPlaying;
     choice.state.fileIndex = static_cast<std::int32_t>(found - paths.begin());
-    setPath(choice.state.folder, folder);
-    setPath(choice.state.file, *found);
+    setMovieDatField(choice.state, "folder", folder);
+    setMovieDatField(choice.state, "file", *found);
     return true;
 }
 

@@ -1,9 +1,4 @@
 // The unit's file system: what is on its resident flash before anybody uses it.
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
 #include <fstream>
 
 #include "simulator/command/boot.h"
@@ -32,29 +27,6 @@ constexpr const char* kFolders[] = {"ResidentFlash2/Data", "ResidentFlash/Image/
                                     "ResidentFlash/apps", ".unit/bin"};
 constexpr char kConfig[] = "[MISC]\nDMB=0\n[Sound]\nMUTE=0\n";
 
-// 0 or the error's number; the library's own copying says of a full disk only that it failed.
-int copyFile(const fs::path& from, const fs::path& to) {
-    const int source = open(from.c_str(), O_RDONLY | O_CLOEXEC);
-    const int target = source < 0 ? -1 : open(to.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0755);
-    int failure = target < 0 ? errno : 0;
-    std::array<char, 65536> bytes;
-    ssize_t count = 0;
-    while (failure == 0 && (count = read(source, bytes.data(), bytes.size())) != 0) {
-        for (ssize_t done = 0; count > 0 && done < count;) {
-            const ssize_t written =
-                write(target, bytes.data() + done, static_cast<std::size_t>(count - done));
-            count = written < 0 ? -1 : count;
-            done += written;
-        }
-        failure = count < 0 ? errno : 0;
-    }
-    close(source);
-    if (target >= 0 && close(target) != 0 && failure == 0) {
-        failure = errno;
-    }
-    return failure;
-}
-
 // A hard link where possible, so that nothing is copied; the old file is replaced, not written
 // over. What could not be copied whole is not left there.
 bool place(const fs::path& from, const fs::path& to, std::string& why) {
@@ -67,13 +39,15 @@ bool place(const fs::path& from, const fs::path& to, std::string& why) {
     if (!error) {
         return true;
     }
-    const int failure = copyFile(from, to);
-    if (failure != 0) {
+    std::string said;
+    const bool good =
+        process::runReading({"cp", from.string(), to.string()}, {.errorsToo = true}, said) == 0;
+    if (!good) {
         why = from.string() + " cannot be copied to " + to.string() + ": " +
-              std::generic_category().message(failure);
+              said.substr(0, said.find('\n'));
         fs::remove(to, error);
     }
-    return failure == 0;
+    return good;
 }
 
 bool install(const Unit& unit, const Installed& file, std::string& why) {

@@ -1,11 +1,11 @@
 // Expectations about the unit's files and stored values.
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
 #include "simulator/command/expect.h"
+#include "simulator/command/movie_dat.h"
 #include "simulator/command/state.h"
 #include "simulator/shared/messages.h"
 
@@ -48,11 +48,7 @@ bool valueMatches(const std::string& wanted, const std::string& seen) {
 }
 
 bool isStateName(const std::string& name) {
-    constexpr std::string_view kNames[] = {"connectPath", "playState", "volume",
-                                           "fileIndex",   "position",  "endTime",
-                                           "folder",      "file",      "reserved"};
-    return name.find('.') != std::string::npos ||
-           std::ranges::find(kNames, std::string_view(name)) != std::end(kNames);
+    return name.find('.') != std::string::npos || name == "connectPath" || isMovieDatField(name);
 }
 
 bool stateCheck(const Words& words) {

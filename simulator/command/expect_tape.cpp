@@ -1,5 +1,8 @@
-// Expectations about the tape: messages, boxes, sounds, what was printed, processes.
+// Expectations about the tape: messages, boxes, sounds, what was printed, processes. Each is held
+// against lines of one kind, word by word against their members.
+#include <algorithm>
 #include <cstdlib>
+#include <optional>
 
 #include "simulator/command/expect.h"
 #include "simulator/shared/describe.h"
@@ -8,16 +11,179 @@
 namespace headunit {
 namespace {
 
-using Wanted = std::function<bool(const Json& line)>;
+bool isAny(const std::string&) {
+    return true;
+}
+bool isMessage(const std::string& word) {
+    return word == "*" || tape::findMessage(word) != nullptr;
+}
+bool isAnswer(const std::string& word) {
+    return word == "ok" || word == "yes" || word == "no";
+}
+bool isStartOrEnd(const std::string& word) {
+    return word == "started" || word == "ended";
+}
+
+struct Member {
+    const char* name;  // on the tape
+    bool (*check)(const std::string& word);
+    const char* option = nullptr;  // the word in front of it; null: it has its place
+};
+
+enum class Rest {
+    None,
+    Members,  // pairs of a member's name and its value
+    Values,   // the numbers of the member "values"
+};
+
+struct Pattern {
+    const char* subject;
+    const char* kind;  // of the line; null: of any
+    std::vector<Member> members;
+    std::size_t fewest;  // words, the subject included
+    int patience;        // milliseconds when the scenario says nothing
+    Rest rest = Rest::None;
+};
+
+const std::vector<Pattern>& patterns() {
+    static const std::vector<Pattern> kPatterns = {
+        {"message",
+         nullptr,
+         {{"message", &isMessage},
+          {"wParam", &isNumber},
+          {"lParam", &isNumber},
+          {"from", &isAny, "from"},
+          {"to", &isAny, "to"},
+          {"kind", &isAny, "by"}},
+         4,
+         2000},
+        {"copydata", "copydata", {{"identifier", &isNumber}}, 2, 2000, Rest::Values},
+        {"box",
+         "box",
+         {{"text", &isAny},
+          {"style", &isNumber, "style"},
+          {"milliseconds", &isNumber, "timed"},
+          {"title", &isAny, "title"}},
+         1,
+         3000},
+        {"answer", "box", {{"answer", &isAnswer}}, 2, 2000},
+        {"print", "print", {{"text", &isAny}}, 2, 2000},
+        {"debug", "debug", {{"text", &isAny}}, 2, 2000},
+        {"sound", "sound", {{"sound", &isNumber}}, 1, 1000},
+        {"event",
+         "event",
+         {{"code", &isNumber}, {"param1", &isNumber}, {"param2", &isNumber}},
+         2,
+         3000},
+        {"filter", "filter", {{"filter", &isAny}, {"what", &isAny}}, 3, 2000, Rest::Members},
+        {"process",
+         "process",
+         {{"from", &isAny}, {"text", &isStartOrEnd}, {"exit", &isNumber, "exit"}},
+         3,
+         5000},
+    };
+    return kPatterns;
+}
+
+const Pattern& patternOf(const Words& words) {
+    return *std::ranges::find(patterns(), words[0],
+                              [](const Pattern& pattern) { return std::string(pattern.subject); });
+}
+
+struct Wanted {
+    std::string member;
+    std::string value;
+};
+
+// The words behind the subject with the members that they are held against. Nothing when one of
+// them is wrong.
+std::optional<std::vector<Wanted>> readWords(const Pattern& pattern, const Words& words) {
+    std::vector<Wanted> wanted;
+    std::size_t at = 1;
+    for (const Member& member : pattern.members) {
+        if (member.option == nullptr && at < words.size()) {
+            if (!member.check(words[at])) {
+                return std::nullopt;
+            }
+            wanted.push_back({member.name, words[at++]});
+        }
+    }
+    for (; pattern.rest == Rest::Values && at < words.size(); ++at) {
+        if (!isNumber(words[at])) {
+            return std::nullopt;
+        }
+        if (wanted.back().member != "values") {
+            wanted.push_back({"values", words[at]});
+        } else {
+            wanted.back().value += "," + words[at];
+        }
+    }
+    for (; at + 1 < words.size(); at += 2) {
+        const auto option = std::ranges::find_if(pattern.members, [&](const Member& member) {
+            return member.option != nullptr && words[at] == member.option &&
+                   member.check(words[at + 1]);
+        });
+        if (option == pattern.members.end() && pattern.rest != Rest::Members) {
+            return std::nullopt;
+        }
+        wanted.push_back(
+            {option == pattern.members.end() ? words[at] : option->name, words[at + 1]});
+    }
+    return at == words.size() ? std::optional(wanted) : std::nullopt;
+}
+
+bool check(const Words& words) {
+    return readWords(patternOf(words), words).has_value();
+}
+
+// A number or "*"; a text, of which "~part" need only be contained; or the values of an array in
+// their order: "801,481,811,491".
+bool matches(const std::string& wanted, const Json& value) {
+    if (wanted == "*") {
+        return true;
+    }
+    if (value.is_number()) {
+        return std::strtoll(wanted.c_str(), nullptr, 0) == value.get<long long>();
+    }
+    if (!value.is_array()) {
+        const std::string text = plain(value);
+        return wanted.starts_with("~") ? text.find(wanted.substr(1)) != std::string::npos
+                                       : text == wanted;
+    }
+    std::size_t begin = 0;
+    for (const Json& item : value) {
+        const std::size_t end = wanted.find(',', begin);
+        const bool isLast = &item == &value.back();
+        if (isLast != (end == std::string::npos) ||
+            !matches(wanted.substr(begin, end - begin), item)) {
+            return false;
+        }
+        begin = end + 1;
+    }
+    return !value.empty();
+}
+
+bool meets(const Json& line, const Pattern& pattern, const std::vector<Wanted>& wanted) {
+    return (pattern.kind == nullptr || textOf(line, "kind") == pattern.kind) &&
+           line.contains(pattern.members[0].name) &&
+           std::ranges::all_of(wanted, [&](const Wanted& each) {
+               const auto value = line.find(each.member);
+               return value != line.end() && matches(each.value, *value);
+           });
+}
 
 // Looks for a line after the mark that no earlier expectation has taken.
-bool findLine(Stage& stage, const Expectation& expectation, const Wanted& wanted,
-              std::string& why) {
-    TapeReader reader(stage.unit, stage.mark);
+bool findLine(Stage& stage, const Expectation& expectation, std::string& why) {
+    const Pattern& pattern = patternOf(expectation.words);
+    std::vector<Wanted> wanted = *readWords(pattern, expectation.words);
+    if (pattern.kind == nullptr &&
+        std::ranges::find(wanted, "from", &Wanted::member) == wanted.end()) {
+        wanted.push_back({"from", "Video"});
+    }
+    TapeReader reader(stage.unit.tape(), stage.mark);
     std::uint64_t at = reader.at();
-    std::string nearest;
     while (const auto line = reader.next()) {
-        if (!stage.used.contains(at) && wanted(line->value)) {
+        if (!stage.used.contains(at) && meets(line->value, pattern, wanted)) {
             if (!expectation.negated) {
                 stage.used.insert(at);
             }
@@ -30,234 +196,19 @@ bool findLine(Stage& stage, const Expectation& expectation, const Wanted& wanted
     return false;
 }
 
-bool matches(const std::string& wanted, long long value) {
-    return wanted == "*" || std::strtoll(wanted.c_str(), nullptr, 0) == value;
-}
-
-// A text given as ~part need only be contained.
-bool matchesText(const std::string& wanted, const std::string& text) {
-    return wanted.starts_with("~") ? text.find(wanted.substr(1)) != std::string::npos
-                                   : text == wanted;
-}
-
-std::string optionOf(const Words& words, std::size_t from, const char* name) {
-    for (std::size_t i = from; i + 1 < words.size(); i += 2) {
-        if (words[i] == name) {
-            return words[i + 1];
-        }
+std::vector<Subject> makeSubjects() {
+    std::vector<Subject> subjects;
+    for (const Pattern& pattern : patterns()) {
+        subjects.push_back({pattern.subject, pattern.fewest, 34, &findLine, pattern.patience,
+                            &check, Kind::Happens});
     }
-    return {};
+    return subjects;
 }
-
-bool messageCheck(const Words& words) {
-    return (words[1] == "*" || tape::findMessage(words[1]) != nullptr) && isNumber(words[2]) &&
-           isNumber(words[3]) && words.size() % 2 == 0;
-}
-
-// message NAME|* WPARAM LPARAM [from WHO] [to WHO] [by post|send|broadcast]
-bool message(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto& words = expectation.words;
-    const std::string from = optionOf(words, 4, "from");
-    const std::string to = optionOf(words, 4, "to");
-    const std::string by = optionOf(words, 4, "by");
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return line.contains("message") &&
-                   (words[1] == "*" || textOf(line, "message") == words[1]) &&
-                   textOf(line, "from") == (from.empty() ? "Video" : from) &&
-                   (to.empty() || textOf(line, "to") == to) &&
-                   (by.empty() || textOf(line, "kind") == by) &&
-                   matches(words[2], numberOf(line, "wParam", 0)) &&
-                   matches(words[3], numberOf(line, "lParam", 0));
-        },
-        why);
-}
-
-bool copyDataCheck(const Words& words) {
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        if (!isNumber(words[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// copydata IDENTIFIER VALUE...
-bool copyData(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto& words = expectation.words;
-    return findLine(
-        stage, expectation,
-        [&words](const Json& line) {
-            const Json values = line.value("values", Json());
-            if (textOf(line, "kind") != "copydata" || !values.is_array() ||
-                !matches(words[1], numberOf(line, "identifier", -1)) ||
-                values.size() != words.size() - 2) {
-                return false;
-            }
-            for (std::size_t i = 2; i < words.size(); ++i) {
-                if (!matches(words[i], values[i - 2].get<long long>())) {
-                    return false;
-                }
-            }
-            return true;
-        },
-        why);
-}
-
-bool boxCheck(const Words& words) {
-    return words.size() % 2 == 0 || words.size() == 1;
-}
-
-// box [TEXT [style N] [timed MS] [title TEXT]]
-bool box(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto& words = expectation.words;
-    const std::string style = optionOf(words, 2, "style");
-    const std::string timed = optionOf(words, 2, "timed");
-    const std::string title = optionOf(words, 2, "title");
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return textOf(line, "kind") == "box" && line.contains("text") &&
-                   (words.size() < 2 || matchesText(words[1], textOf(line, "text"))) &&
-                   (style.empty() || matches(style, numberOf(line, "style", -1))) &&
-                   (timed.empty() || matches(timed, numberOf(line, "milliseconds", 0))) &&
-                   (title.empty() || textOf(line, "title") == title);
-        },
-        why);
-}
-
-bool answerCheck(const Words& words) {
-    return words[1] == "ok" || words[1] == "yes" || words[1] == "no";
-}
-
-// answer ok|yes|no
-bool answer(Stage& stage, const Expectation& expectation, std::string& why) {
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return textOf(line, "kind") == "box" && textOf(line, "answer") == expectation.words[1];
-        },
-        why);
-}
-
-// print TEXT, debug TEXT
-bool printed(Stage& stage, const Expectation& expectation, std::string& why) {
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return textOf(line, "kind") == expectation.words[0] &&
-                   matchesText(expectation.words[1], textOf(line, "text"));
-        },
-        why);
-}
-
-bool numberCheck(const Words& words) {
-    return words.size() < 2 || isNumber(words[1]);
-}
-
-// sound [NUMBER]
-bool sound(Stage& stage, const Expectation& expectation, std::string& why) {
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return textOf(line, "kind") == "sound" &&
-                   (expectation.words.size() < 2 ||
-                    matches(expectation.words[1], numberOf(line, "sound", -1)));
-        },
-        why);
-}
-
-// event CODE [PARAM1 [PARAM2]]
-bool event(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto& words = expectation.words;
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return textOf(line, "kind") == "event" &&
-                   matches(words[1], numberOf(line, "code", -1)) &&
-                   (words.size() < 3 || matches(words[2], numberOf(line, "param1", 0))) &&
-                   (words.size() < 4 || matches(words[3], numberOf(line, "param2", 0)));
-        },
-        why);
-}
-
-// A text as it is, a number or "*", or the values of an array in their order: "801,481,811,491".
-bool matchesValue(const std::string& wanted, const Json& value) {
-    if (value.is_number()) {
-        return matches(wanted, value.get<long long>());
-    }
-    if (!value.is_array()) {
-        return matchesText(wanted, plain(value));
-    }
-    std::size_t begin = 0;
-    for (const Json& item : value) {
-        const std::size_t end = wanted.find(',', begin);
-        const bool isLast = &item == &value.back();
-        if (isLast != (end == std::string::npos) ||
-            !matchesValue(wanted.substr(begin, end - begin), item)) {
-            return false;
-        }
-        begin = end + 1;
-    }
-    return !value.empty();
-}
-
-bool filterCheck(const Words& words) {
-    return words.size() % 2 == 1;
-}
-
-// filter NAME WHAT [KEY VALUE]...
-bool filter(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto& words = expectation.words;
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            bool met = textOf(line, "kind") == "filter" && textOf(line, "filter") == words[1] &&
-                       textOf(line, "what") == words[2];
-            for (std::size_t i = 3; i < words.size() && met; i += 2) {
-                const auto value = line.find(words[i]);
-                met = value != line.end() && matchesValue(words[i + 1], *value);
-            }
-            return met;
-        },
-        why);
-}
-
-bool processCheck(const Words& words) {
-    return (words[2] == "started" || words[2] == "ended") &&
-           (words.size() == 3 || (words.size() == 5 && words[3] == "exit" && isNumber(words[4])));
-}
-
-// process NAME started|ended [exit VALUE]
-bool processLine(Stage& stage, const Expectation& expectation, std::string& why) {
-    const auto& words = expectation.words;
-    return findLine(
-        stage, expectation,
-        [&](const Json& line) {
-            return textOf(line, "kind") == "process" && textOf(line, "from") == words[1] &&
-                   textOf(line, "text") == words[2] &&
-                   (words.size() < 5 || matches(words[4], numberOf(line, "exit", -1)));
-        },
-        why);
-}
-
-constexpr Subject kSubjects[] = {
-    {"message", 4, 10, &message, 2000, &messageCheck, Kind::Happens},
-    {"copydata", 2, 34, &copyData, 2000, &copyDataCheck, Kind::Happens},
-    {"box", 1, 8, &box, 3000, &boxCheck, Kind::Happens},
-    {"answer", 2, 2, &answer, 2000, &answerCheck, Kind::Happens},
-    {"print", 2, 2, &printed, 2000, nullptr, Kind::Happens},
-    {"debug", 2, 2, &printed, 2000, nullptr, Kind::Happens},
-    {"sound", 1, 2, &sound, 1000, &numberCheck, Kind::Happens},
-    {"event", 2, 4, &event, 3000, &numberCheck, Kind::Happens},
-    {"filter", 3, 17, &filter, 2000, &filterCheck, Kind::Happens},
-    {"process", 3, 5, &processLine, 5000, &processCheck, Kind::Happens},
-};
 
 }  // namespace
 
 std::span<const Subject> tapeSubjects() {
+    static const std::vector<Subject> kSubjects = makeSubjects();
     return kSubjects;
 }
 

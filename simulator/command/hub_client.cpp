@@ -18,20 +18,6 @@ namespace {
 
 constexpr char kTokenFile[] = "token";
 
-int connectTo(int port) {
-    const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (connection >= 0 &&
-        connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
-        close(connection);
-        return -1;
-    }
-    return connection;
-}
-
 std::string converse(int connection, const std::string& request) {
     for (std::size_t sent = 0; sent < request.size();) {
         const ssize_t count =
@@ -51,6 +37,20 @@ std::string converse(int connection, const std::string& request) {
 }
 
 }  // namespace
+
+int connectTo(int port) {
+    const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (connection >= 0 &&
+        connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
+        close(connection);
+        return -1;
+    }
+    return connection;
+}
 
 bool writeToken(const Unit& unit, std::string& why) {
     std::array<unsigned char, 16> secret = {};

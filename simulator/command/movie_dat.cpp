@@ -1,9 +1,13 @@
 #include "simulator/command/movie_dat.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <variant>
 
 #include "platform/text.h"
+#include "simulator/shared/words.h"
 
 namespace headunit {
 namespace {
@@ -12,12 +16,50 @@ fs::path movieDat(const Unit& unit) {
     return unit.device / "ResidentFlash2/Data/Movie.dat";
 }
 
-std::string pathText(const char16_t (&path)[platform::kPathCapacity]) {
-    std::size_t length = 0;
-    while (length < platform::kPathCapacity && path[length] != 0) {
-        ++length;
-    }
-    return platform::toUtf8({path, length});
+using State = settings::PersistedState;
+using Path = char16_t[platform::kPathCapacity];
+
+struct Field {
+    const char* name;
+    std::variant<std::int32_t State::*, double State::*, Path State::*> member;
+};
+constexpr Field kFields[] = {{"playState", &State::playState}, {"volume", &State::volume},
+                             {"fileIndex", &State::fileIndex}, {"reserved", &State::reserved},
+                             {"position", &State::position},   {"endTime", &State::endTime},
+                             {"folder", &State::folder},       {"file", &State::file}};
+
+const Field* findField(const std::string& name) {
+    const auto found =
+        std::ranges::find_if(kFields, [&name](const Field& field) { return name == field.name; });
+    return found == std::end(kFields) ? nullptr : found;
+}
+
+Json jsonOf(std::int32_t number) {
+    return number;
+}
+Json jsonOf(double number) {
+    return number;
+}
+Json jsonOf(const Path& path) {
+    const std::u16string_view whole(path, platform::kPathCapacity);
+    return platform::toUtf8(whole.substr(0, whole.find(u'\0')));
+}
+
+bool set(std::int32_t& field, const std::string& value) {
+    long long number = 0;
+    const bool good = parseNumber(value, number);
+    field = static_cast<std::int32_t>(number);
+    return good;
+}
+bool set(double& field, const std::string& value) {
+    field = std::strtod(value.c_str(), nullptr);
+    return true;
+}
+bool set(Path& field, const std::string& value) {
+    const std::u16string text = platform::toUtf16(value).substr(0, platform::kPathCapacity - 1);
+    std::ranges::fill(field, u'\0');
+    std::ranges::copy(text, field);
+    return true;
 }
 
 }  // namespace
@@ -40,11 +82,23 @@ bool writeMovieDat(const Unit& unit, const settings::PersistedState& state) {
     return !file.fail();
 }
 
-Json movieDatJson(const settings::PersistedState& state) {
-    return {{"playState", state.playState},     {"volume", state.volume},
-            {"fileIndex", state.fileIndex},     {"reserved", state.reserved},
-            {"position", state.position},       {"endTime", state.endTime},
-            {"folder", pathText(state.folder)}, {"file", pathText(state.file)}};
+Json movieDatJson(const State& state) {
+    Json out = Json::object();
+    for (const Field& field : kFields) {
+        out[field.name] =
+            std::visit([&](auto member) { return jsonOf(state.*member); }, field.member);
+    }
+    return out;
+}
+
+bool isMovieDatField(const std::string& name) {
+    return findField(name) != nullptr;
+}
+
+bool setMovieDatField(State& state, const std::string& name, const std::string& value) {
+    const Field* field = findField(name);
+    return field != nullptr &&
+           std::visit([&](auto member) { return set(state.*member, value); }, field->member);
 }
 
 }  // namespace headunit

@@ -15,5 +15,9 @@ bool writeMovieDat(const Unit& unit, const settings::PersistedState& state);
 
 // The record as a JSON object, its fields by name.
 Json movieDatJson(const settings::PersistedState& state);
+bool isMovieDatField(const std::string& name);
+// False when there is no such field or it does not take this value; a path is cut to its field.
+bool setMovieDatField(settings::PersistedState& state, const std::string& name,
+                      const std::string& value);
 
 }  // namespace headunit

@@ -1,9 +1,6 @@
 #include "simulator/command/prefix.h"
 
-#include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 
@@ -19,36 +16,24 @@ fs::path registryFile() {
     return projectRoot() / "simulator" / "command" / "prefix.reg";
 }
 
+// Only one command at a time prepares the prefix, and none copies it meanwhile.
+std::string lockFile() {
+    std::error_code error;
+    fs::create_directories(projectRoot() / "out", error);
+    return (projectRoot() / "out" / "prefix.lock").string();
+}
+
 fs::path prepared() {
     return projectRoot() / "out" / "prefix";
 }
 
-// Only one command at a time prepares or copies the prepared prefix.
-class PrefixLock {
-public:
-    explicit PrefixLock(int how) {
-        std::error_code error;
-        fs::create_directories(projectRoot() / "out", error);
-        const std::string file = (projectRoot() / "out" / "prefix.lock").string();
-        handle_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-        flock(handle_, how);
-    }
-    ~PrefixLock() { close(handle_); }
-    PrefixLock(const PrefixLock&) = delete;
-    PrefixLock& operator=(const PrefixLock&) = delete;
-
-private:
-    int handle_ = -1;
-};
-
 // What identifies one build of the filters: size and time of change.
 std::string stampOf(const fs::path& file) {
-    struct stat status = {};
-    if (stat(file.c_str(), &status) != 0) {
-        return "none";
-    }
-    return std::to_string(status.st_size) + " " + std::to_string(status.st_mtim.tv_sec) + "." +
-           std::to_string(status.st_mtim.tv_nsec);
+    std::error_code error;
+    const auto bytes = fs::file_size(file, error);
+    const auto time = fs::last_write_time(file, error);
+    return error ? "none"
+                 : std::to_string(bytes) + " " + std::to_string(time.time_since_epoch().count());
 }
 
 std::string readLine(const fs::path& file) {
@@ -122,7 +107,7 @@ bool copyRegistryFiles(const fs::path& to) {
 }  // namespace
 
 bool preparePrefix(std::string& why) {
-    const PrefixLock lock(LOCK_EX);
+    const process::FileLock lock(lockFile(), LOCK_EX);
     const fs::path stampFile = prepared() / ".headunit";
     const std::string stamp = stampOf(projectRoot() / kFilters) + ", " + stampOf(registryFile());
     if (readLine(stampFile) == stamp) {
@@ -141,7 +126,7 @@ bool preparePrefix(std::string& why) {
 }
 
 bool copyPrefix(const fs::path& device, const fs::path& prefix, std::string& why) {
-    const PrefixLock lock(LOCK_SH);
+    const process::FileLock lock(lockFile(), LOCK_SH);
     std::error_code error;
     fs::remove_all(prefix, error);
     const std::string from = prepared().string();

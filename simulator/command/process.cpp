@@ -2,60 +2,77 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <spawn.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
 #include <fstream>
+#include <string_view>
 
 namespace process {
 namespace {
 
-void setEnvironment(const std::vector<std::string>& entries) {
-    for (const std::string& entry : entries) {
-        const auto sign = entry.find('=');
-        setenv(entry.substr(0, sign).c_str(), entry.substr(sign + 1).c_str(), 1);
+// The command's own environment with these entries in place of those of the same name.
+std::vector<std::string> environmentWith(const std::vector<std::string>& entries) {
+    std::vector<std::string> all = entries;
+    for (char** own = environ; *own != nullptr; ++own) {
+        const std::string_view entry = *own;
+        const auto name = entry.substr(0, entry.find('=') + 1);
+        const auto isSame = [name](const std::string& other) { return other.starts_with(name); };
+        if (std::ranges::none_of(entries, isSame)) {
+            all.emplace_back(entry);
+        }
     }
+    return all;
 }
 
-void redirect(const Options& options, int outputPipe) {
-    const int nothing = open("/dev/null", O_RDWR);
-    dup2(nothing, 0);
-    int output = nothing;
-    if (!options.logFile.empty()) {
-        output = open(options.logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const std::string& text : texts) {
+        pointers.push_back(const_cast<char*>(text.c_str()));
     }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+// -1 when it cannot be started; `output` is the writing end of a pipe, or -1.
+pid_t spawn(const Arguments& arguments, const Options& options, int output, short flags) {
+    constexpr char kNothing[] = "/dev/null";
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, 0, kNothing, O_RDONLY, 0);
     if (!options.keepOutput) {
-        dup2(output, 1);
-        dup2(output, 2);
+        const char* log = options.logFile.empty() ? kNothing : options.logFile.c_str();
+        posix_spawn_file_actions_addopen(&files, 1, log, O_WRONLY | O_CREAT | O_APPEND, 0644);
+        posix_spawn_file_actions_adddup2(&files, 1, 2);
     }
-    if (outputPipe >= 0) {
-        dup2(outputPipe, 1);
+    if (output >= 0) {
+        posix_spawn_file_actions_adddup2(&files, output, 1);
     }
-    if (outputPipe >= 0 && options.errorsToo) {
-        dup2(outputPipe, 2);
+    if (output >= 0 && options.errorsToo) {
+        posix_spawn_file_actions_adddup2(&files, output, 2);
     }
-}
-
-// In the child, which was forked from a program with one thread.
-// Returns only when the program cannot be started.
-void become(const Arguments& arguments, const Options& options, int outputPipe) {
+    if (!options.folder.empty()) {
+        posix_spawn_file_actions_addchdir_np(&files, options.folder.c_str());
+    }
     // This command may have put interrupts off; the program must not inherit that.
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-    redirect(options, outputPipe);
-    setEnvironment(options.environment);
-    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) {
-        return;
-    }
-    std::vector<char*> pointers;
-    for (const std::string& argument : arguments) {
-        pointers.push_back(const_cast<char*>(argument.c_str()));
-    }
-    pointers.push_back(nullptr);
-    execvp(pointers[0], pointers.data());
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setflags(&attributes, static_cast<short>(POSIX_SPAWN_SETSIGMASK | flags));
+    const std::vector<std::string> environment = environmentWith(options.environment);
+    pid_t child = -1;
+    const int failure = posix_spawnp(&child, arguments[0].c_str(), &files, &attributes,
+                                     pointersTo(arguments).data(), pointersTo(environment).data());
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    return failure == 0 ? child : -1;
 }
 
 int statusOf(int status) {
@@ -75,36 +92,11 @@ int waitFor(pid_t child) {
 }  // namespace
 
 pid_t startDetached(const Arguments& arguments, const Options& options) {
-    int report[2];
-    if (pipe2(report, O_CLOEXEC) != 0) {
-        return -1;
-    }
-    const pid_t child = fork();
-    if (child == 0) {
-        setsid();
-        close(report[0]);
-        // The pipe closes by itself when the program was found; otherwise one byte says so.
-        become(arguments, options, -1);
-        const char failure = 1;
-        static_cast<void>(!write(report[1], &failure, 1));
-        _exit(127);
-    }
-    close(report[1]);
-    char failure = 0;
-    const bool failed = child < 0 || read(report[0], &failure, 1) > 0;
-    close(report[0]);
-    if (failed && child > 0) {
-        waitFor(child);
-    }
-    return failed ? -1 : child;
+    return spawn(arguments, options, -1, POSIX_SPAWN_SETSID);
 }
 
 int run(const Arguments& arguments, const Options& options) {
-    const pid_t child = fork();
-    if (child == 0) {
-        become(arguments, options, -1);
-        _exit(127);
-    }
+    const pid_t child = spawn(arguments, options, -1, 0);
     return child < 0 ? 127 : waitFor(child);
 }
 
@@ -113,11 +105,7 @@ int runReading(const Arguments& arguments, const Options& options, std::string& 
     if (pipe2(ends, O_CLOEXEC) != 0) {
         return 127;
     }
-    const pid_t child = fork();
-    if (child == 0) {
-        become(arguments, options, ends[1]);
-        _exit(127);
-    }
+    const pid_t child = spawn(arguments, options, ends[1], 0);
     close(ends[1]);
     char bytes[4096];
     for (;;) {
@@ -160,6 +148,15 @@ void end(pid_t process, int patienceMilliseconds) {
             sleepMilliseconds(10);
         }
     }
+}
+
+FileLock::FileLock(const std::string& file, int how)
+    : handle_(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
+    flock(handle_, how);
+}
+
+FileLock::~FileLock() {
+    close(handle_);
 }
 
 void sleepMilliseconds(int milliseconds) {

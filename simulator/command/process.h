@@ -33,6 +33,19 @@ bool isAlive(pid_t process);
 // Ends a process: asked first, made to after `patienceMilliseconds`. Returns when it is gone.
 void end(pid_t process, int patienceMilliseconds);
 
+// Commands that hold the same file take turns: `how` is flock()'s LOCK_EX, or LOCK_SH for those
+// that may go on together.
+class FileLock {
+public:
+    FileLock(const std::string& file, int how);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+private:
+    int handle_;
+};
+
 void sleepMilliseconds(int milliseconds);
 long long nowMilliseconds();
 

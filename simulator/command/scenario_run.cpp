@@ -22,7 +22,7 @@ void settle(Stage& stage, Way next) {
 bool runStep(Stage& stage, const Step& step, std::string& why) {
     if (step.way != Way::None) {
         settle(stage, step.way);
-        stage.mark = step.boots ? 0 : tapeEnd(stage.unit);
+        stage.mark = step.boots ? 0 : tapeEnd(stage.unit.tape());
         stage.used.clear();
     }
     return step.run(stage, why);

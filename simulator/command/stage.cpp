@@ -25,11 +25,11 @@ StageRun onFile(const std::string& path, const std::string& reason, Act act) {
     };
 }
 
-// wait TIME
+// wait TIME WHAT...: where nothing can be expected; the words say what the time is for.
 StageRun parseWait(const Words& words, const fs::path&, std::string& why) {
     int milliseconds = 0;
-    if (words.size() != 2 || !parseTime(words[1], milliseconds)) {
-        why = "wait needs a time, as in: wait 2s";
+    if (words.size() < 3 || !parseTime(words[1], milliseconds)) {
+        why = "wait needs a time and what passes in it, as in: wait 2s of playing";
         return nullptr;
     }
     return [milliseconds](Stage&, std::string&) {
@@ -129,45 +129,13 @@ StageRun parseTruncate(const Words& words, const fs::path&, std::string& why) {
     });
 }
 
-bool setField(settings::PersistedState& state, const std::string& name, const std::string& value) {
-    struct Whole {
-        const char* name;
-        std::int32_t settings::PersistedState::*field;
-    };
-    constexpr Whole kWhole[] = {{"playState", &settings::PersistedState::playState},
-                                {"volume", &settings::PersistedState::volume},
-                                {"fileIndex", &settings::PersistedState::fileIndex},
-                                {"reserved", &settings::PersistedState::reserved}};
-    for (const Whole& row : kWhole) {
-        long long whole = 0;
-        if (name == row.name) {
-            const bool good = parseNumber(value, whole);
-            state.*row.field = static_cast<std::int32_t>(whole);
-            return good;
-        }
-    }
-    if (name == "position" || name == "endTime") {
-        (name == "position" ? state.position : state.endTime) = std::strtod(value.c_str(), nullptr);
-        return true;
-    }
-    if (name != "folder" && name != "file") {
-        return false;
-    }
-    const std::u16string text = platform::toUtf16(value);
-    auto& path = name == "folder" ? state.folder : state.file;
-    for (std::size_t i = 0; i < platform::kPathCapacity; ++i) {
-        path[i] = i < text.size() && i + 1 < platform::kPathCapacity ? text[i] : u'\0';
-    }
-    return true;
-}
-
 // movie.dat NAME=VALUE...: the player's remembered state, the other fields at their defaults
 StageRun parseMovieDat(const Words& words, const fs::path&, std::string& why) {
     settings::PersistedState state;
     for (std::size_t i = 1; i < words.size(); ++i) {
         const auto equals = words[i].find('=');
         if (equals == std::string::npos ||
-            !setField(state, words[i].substr(0, equals), words[i].substr(equals + 1))) {
+            !setMovieDatField(state, words[i].substr(0, equals), words[i].substr(equals + 1))) {
             why = "Movie.dat has no field that takes \"" + words[i] + "\"";
             return nullptr;
         }

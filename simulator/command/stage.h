@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "simulator/command/tape_reader.h"
 #include "simulator/command/unit.h"
 #include "simulator/command/verbs.h"
+#include "simulator/shared/tape_reader.h"
 
 namespace headunit {
 

@@ -36,6 +36,8 @@ void writeRunFile(const Unit& unit, const char* name, const std::string& value);
 std::vector<std::string> wineEnvironment(const fs::path& prefix, const std::string& display);
 std::string wineLoader();
 
+// A connection to a port of the loopback interface, to be closed; -1 when nobody listens there.
+int connectTo(int port);
 // Asks the hub (simulator/hub/server.cpp). True when it did what was asked; `answer` is what it
 // gives, texts as they are and everything else as JSON, or the reason.
 bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer);

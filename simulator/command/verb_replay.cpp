@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <fstream>
 
-#include "simulator/command/tape_reader.h"
 #include "simulator/command/verbs.h"
+#include "simulator/shared/tape_reader.h"
 
 namespace headunit {
 namespace {
@@ -35,7 +35,7 @@ bool readActions(const fs::path& file, std::vector<Action>& actions, std::string
         }
         // What stands there of another kind ("power cut") was done by the unit.
         const Deed deed = parseDeed(words, unused);
-        if (deed.run && deed.verb->replay == Replay::Yes) {
+        if (deed.run && deed.verb->tape != Tape::Silent) {
             actions.push_back({numberOf(value, "ms", 0), deed});
         }
     }
@@ -84,7 +84,7 @@ Outcome replay(const Unit& unit, const std::string& tape) {
             if (!act(actions.front(), unit)) {
                 return failed("the unit of the tape could not be booted");
             }
-            TapeReader reader(unit);
+            TapeReader reader(unit.tape());
             while (const auto line = reader.next()) {
                 taped = numberOf(line->value, "ms", taped);
             }

@@ -26,15 +26,9 @@ int freePort() {
 }
 
 bool answers(int port) {
-    const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const bool good =
-        connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+    const int connection = connectTo(port);
     close(connection);
-    return good;
+    return connection >= 0;
 }
 
 bool waitForPort(int port, pid_t server) {

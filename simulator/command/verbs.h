@@ -28,9 +28,10 @@ struct Call {
 };
 using Run = std::function<Outcome(const Call& call)>;
 
-enum class Tape { Noted, Silent };  // whether it is put on the unit's tape before it is done
+// Whether it is put on the unit's tape before it is done (a boot does so when there is one); what
+// stands there is done again by `replay`.
+enum class Tape { Noted, ByItself, Silent };
 enum class Scenario { Yes, No };
-enum class Replay { Yes, No };  // whether a tape's line with it is done again
 // How what it does reaches the player; of the same way the first comes first. A card goes at once
 // and is announced by a message.
 enum class Way { Message, Pointer, Card, Other, None };
@@ -41,7 +42,6 @@ struct Verb {
     Run (*declare)(Parser& parser);
     Tape tape;
     Scenario scenario;
-    Replay replay;
     Way way;
 };
 

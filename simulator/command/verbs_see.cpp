@@ -3,9 +3,9 @@
 
 #include "simulator/command/screen.h"
 #include "simulator/command/state.h"
-#include "simulator/command/tape_reader.h"
 #include "simulator/command/verbs.h"
 #include "simulator/shared/describe.h"
+#include "simulator/shared/tape_reader.h"
 
 namespace headunit {
 namespace {
@@ -37,7 +37,7 @@ Run logVerb(Parser& parser) {
         if (const std::string why = neverBooted(call.unit); !why.empty()) {
             return failed(why);
         }
-        TapeReader reader(call.unit);
+        TapeReader reader(call.unit.tape());
         for (;;) {
             while (const auto line = reader.next()) {
                 std::puts(*asJson ? line->raw.c_str() : describe(line->value).c_str());

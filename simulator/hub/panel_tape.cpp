@@ -7,37 +7,12 @@
 
 #include "simulator/hub/panel.h"
 #include "simulator/shared/describe.h"
+#include "simulator/shared/tape_reader.h"
 
 namespace hub {
 namespace {
 
 constexpr int kMostLines = 2000;  // older ones leave the list
-
-// What was added to the tape since the last call; whole lines only.
-std::string readNew() {
-    static LONGLONG offset = 0;
-    static std::string rest;
-    const HANDLE file = CreateFileW(L"H:\\.unit\\log.jsonl", GENERIC_READ,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return {};
-    }
-    LARGE_INTEGER place = {};
-    place.QuadPart = offset;
-    SetFilePointerEx(file, place, nullptr, FILE_BEGIN);
-    char bytes[8192];
-    DWORD count = 0;
-    while (ReadFile(file, bytes, sizeof(bytes), &count, nullptr) && count > 0) {
-        rest.append(bytes, count);
-        offset += count;
-    }
-    CloseHandle(file);
-    const auto end = rest.rfind('\n');
-    std::string whole = end == std::string::npos ? "" : rest.substr(0, end + 1);
-    rest.erase(0, whole.size());
-    return whole;
-}
 
 struct Column {
     const wchar_t* name;
@@ -56,11 +31,7 @@ void setCell(HWND list, int row, int column, std::wstring text) {
 }
 
 // describe() has the columns already: seconds, kind, the rest.
-void addLine(HWND list, const std::string& line) {
-    const std::string text = headunit::describeText(line);
-    if (text.empty()) {
-        return;
-    }
+void addLine(HWND list, const std::string& text) {
     const int row = ListView_GetItemCount(list);
     std::size_t at = 0;
     for (int column = 0; column < 3; ++column) {
@@ -93,16 +64,14 @@ void createTapeList(HWND panel, const RECT& area) {
 }
 
 void showTape(HWND list) {
-    const std::string added = readNew();
-    if (added.empty()) {
+    static headunit::TapeReader reader(L"H:\\.unit\\log.jsonl");
+    auto line = reader.next();
+    if (!line) {
         return;
     }
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
-    std::size_t start = 0;
-    for (std::size_t end = added.find('\n'); end != std::string::npos;
-         end = added.find('\n', start)) {
-        addLine(list, added.substr(start, end - start));
-        start = end + 1;
+    for (; line; line = reader.next()) {
+        addLine(list, headunit::describe(line->value));
     }
     while (ListView_GetItemCount(list) > kMostLines) {
         ListView_DeleteItem(list, 0);

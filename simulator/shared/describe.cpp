@@ -49,9 +49,4 @@ std::string describe(const Json& line) {
     return head + (line.contains("message") ? messageText(line) : memberText(line));
 }
 
-std::string describeText(std::string_view line) {
-    const Json value = parseJson(line);
-    return value.is_object() ? describe(value) : "";
-}
-
 }  // namespace headunit

@@ -10,7 +10,5 @@ namespace headunit {
 // One line: seconds since the boot, kind, who to whom, what it means. Texts can be pasted into a
 // scenario.
 std::string describe(const Json& line);
-// The same of a line as it stands on the tape; empty when it is none.
-std::string describeText(std::string_view line);
 
 }  // namespace headunit

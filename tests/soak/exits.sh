@@ -18,7 +18,7 @@ for ((file = 0; file < units; ++file)); do
     echo 'boot SDMMCDisk/Record/a.avi'
     for ((i = file * per_file; i < (file + 1) * per_file && i < times; ++i)); do
       # An exit at every moment of a start and of playing: 0 to 400 ms behind it.
-      printf 'section "exit %d"\nrestart\nwait %dms\nshutdown --stay\n' "$i" $((i * 37 % 400))
+      printf 'section "exit %d"\nrestart\nwait %dms of its start\nshutdown --stay\n' "$i" $((i * 37 % 400))
       echo 'expect process movie.exe ended exit 0 within 0ms'
     done
   } >"$work/exits$file.scn"

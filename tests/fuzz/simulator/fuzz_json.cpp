@@ -18,8 +18,6 @@ void require(bool holds) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const headunit::Json value = headunit::parseJson(text);
-    const std::string described = headunit::describeText(text);
-    require(described.empty() == !value.is_object());
     if (value.is_discarded()) {
         return 0;
     }
@@ -30,6 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(!again.is_discarded());
     require(headunit::oneLine(again) == line);
     if (value.is_object()) {
+        require(!headunit::describe(value).empty());
         (void)headunit::textOf(value, "text");
         (void)headunit::numberOf(value, "ms", 0);
     }

@@ -180,7 +180,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"Connect", "connect\n", "1: FOLDER is required; usage: headunit connect"},
         Wrong{"Mode", "expect mode 5\n", "1: \"expect mode\" does not take"},
         Wrong{"Filter", "expect filter a output rect\n", "1: \"expect filter\" does not take"},
-        Wrong{"Wait", "wait\n", "1: wait needs a time"},
+        Wrong{"Wait", "wait 2s\n", "1: wait needs a time and what passes in it"},
         Wrong{"File", "put no-such-file.avi /USB/a.avi\n", "1: there is no no-such-file.avi"},
         Wrong{"Field", "movie.dat loudness=3\n", "1: Movie.dat has no field"},
         Wrong{"Quote", "boot\nexpect box \"open\n", "2: a quote is not closed"},

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "simulator/command/movie_dat.h"
-#include "simulator/command/tape_reader.h"
+#include "simulator/shared/tape_reader.h"
 
 namespace headunit {
 namespace {
@@ -27,7 +27,7 @@ protected:
 };
 
 TEST_F(Tape, GivesWholeLinesOnly) {
-    TapeReader reader(unit_);
+    TapeReader reader(unit_.tape());
     EXPECT_FALSE(reader.next());
     append("{\"ms\": 1, \"kind\": \"sound\"}\n{\"ms\": 2, ");
     ASSERT_TRUE(reader.next());
@@ -36,7 +36,7 @@ TEST_F(Tape, GivesWholeLinesOnly) {
     const auto line = reader.next();
     ASSERT_TRUE(line);
     EXPECT_EQ(textOf(line->value, "kind"), "box");
-    EXPECT_EQ(reader.at(), tapeEnd(unit_));
+    EXPECT_EQ(reader.at(), tapeEnd(unit_.tape()));
 }
 
 TEST_F(Tape, ReadsMovieDatOfTheRightSizeOnly) {

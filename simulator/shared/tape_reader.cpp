@@ -1,16 +1,12 @@
-#include "simulator/command/tape_reader.h"
+#include "simulator/shared/tape_reader.h"
 
 #include <fstream>
 
 namespace headunit {
 
-TapeReader::TapeReader(const Unit& unit, std::uint64_t offset)
-    : file_(unit.tape()), offset_(offset) {
-}
-
 std::optional<TapeLine> TapeReader::next() {
     // Opened again every time: a boot begins a new file under the same name.
-    std::ifstream stream(file_, std::ios::binary);
+    std::ifstream stream(tape_, std::ios::binary);
     stream.seekg(static_cast<std::streamoff>(offset_));
     TapeLine line;
     if (!std::getline(stream, line.raw) || stream.eof()) {
@@ -24,9 +20,9 @@ std::optional<TapeLine> TapeReader::next() {
     return line;
 }
 
-std::uint64_t tapeEnd(const Unit& unit) {
+std::uint64_t tapeEnd(const std::filesystem::path& tape) {
     std::error_code error;
-    const std::uintmax_t size = fs::file_size(unit.tape(), error);
+    const std::uintmax_t size = std::filesystem::file_size(tape, error);
     return error ? 0 : size;
 }
 
