@@ -2,30 +2,18 @@
 // WinMain; the desktop calls it with none that it could use. So the first bytes of the entry of a
 // program that has been built for the unit are replaced, before the program runs, by a jump to
 // here, where they are put back and the entry is called as the unit does it.
-#include <array>
 #include <cstdio>
 #include <cstring>
 
 #include "simulator/coredll/settings.h"
+#include "simulator/shared/code_patch.h"
 
 namespace {
 
 using Entry = int (*)(HINSTANCE program, HINSTANCE previous, wchar_t* commandLine, int show);
 
-// jmp [rip + 0], followed by the address (Intel 64 manual, volume 2A, "JMP").
-constexpr std::array<BYTE, 6> kJump = {0xFF, 0x25, 0, 0, 0, 0};
-constexpr std::size_t kPatchBytes = kJump.size() + sizeof(void*);
-
 BYTE* entryOfProgram = nullptr;
-std::array<BYTE, kPatchBytes> entryBytes;
-
-void write(BYTE* at, const BYTE* bytes) {
-    DWORD before = 0;
-    VirtualProtect(at, kPatchBytes, PAGE_EXECUTE_READWRITE, &before);
-    std::memcpy(at, bytes, kPatchBytes);
-    VirtualProtect(at, kPatchBytes, before, &before);
-    FlushInstructionCache(GetCurrentProcess(), at, kPatchBytes);
-}
+headunit::CodePatch entryBytes;
 
 // What follows the program's own name, which may stand in quotation marks.
 wchar_t* argumentsOf(wchar_t* line) {
@@ -72,7 +60,7 @@ void reportMemory() {
 }
 
 void startAsUnit() {
-    write(entryOfProgram, entryBytes.data());
+    headunit::writeCode(entryOfProgram, entryBytes);
     STARTUPINFOW start{};
     GetStartupInfoW(&start);
     const int show =
@@ -114,12 +102,8 @@ void takeOverEntry() {
         return;
     }
     entryOfProgram = base + headersOf(base)->OptionalHeader.AddressOfEntryPoint;
-    std::memcpy(entryBytes.data(), entryOfProgram, kPatchBytes);
-    std::array<BYTE, kPatchBytes> jump{};
-    void (*const target)() = &startAsUnit;
-    std::memcpy(jump.data(), kJump.data(), kJump.size());
-    std::memcpy(jump.data() + kJump.size(), &target, sizeof target);
-    write(entryOfProgram, jump.data());
+    std::memcpy(entryBytes.data(), entryOfProgram, entryBytes.size());
+    headunit::writeCode(entryOfProgram, headunit::jumpTo(reinterpret_cast<void*>(&startAsUnit)));
 }
 
 }  // namespace

@@ -12,34 +12,54 @@ namespace filters {
 
 class BaseFilter : public IBaseFilter {
 public:
-    explicit BaseFilter(const CLSID& classId);
+    explicit BaseFilter(const CLSID& classId) : classId_(classId) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
 
-    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* classId) override;
-    HRESULT STDMETHODCALLTYPE Stop() override;
-    HRESULT STDMETHODCALLTYPE Pause() override;
-    HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override;
-    HRESULT STDMETHODCALLTYPE GetState(DWORD milliseconds, FILTER_STATE* state) override;
-    HRESULT STDMETHODCALLTYPE SetSyncSource(IReferenceClock* clock) override;
-    HRESULT STDMETHODCALLTYPE GetSyncSource(IReferenceClock** clock) override;
-    HRESULT STDMETHODCALLTYPE EnumPins(IEnumPins** out) override;
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* classId) override {
+        *classId = classId_;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Stop() override {
+        state_ = State_Stopped;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Pause() override {
+        state_ = State_Paused;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override {
+        start_ = start;
+        state_ = State_Running;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetState(DWORD, FILTER_STATE* state) override {
+        *state = state_;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SetSyncSource(IReferenceClock* clock) override {
+        clock_ = clock;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetSyncSource(IReferenceClock** clock) override {
+        return clock_.CopyTo(clock);
+    }
+    HRESULT STDMETHODCALLTYPE EnumPins(IEnumPins** out) override {
+        return enumeratePins(pins(), out);
+    }
     HRESULT STDMETHODCALLTYPE FindPin(LPCWSTR id, IPin** out) override;
     HRESULT STDMETHODCALLTYPE QueryFilterInfo(FILTER_INFO* info) override;
     HRESULT STDMETHODCALLTYPE JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) override;
-    HRESULT STDMETHODCALLTYPE QueryVendorInfo(LPWSTR* text) override;
+    HRESULT STDMETHODCALLTYPE QueryVendorInfo(LPWSTR*) override { return E_NOTIMPL; }
 
 protected:
-    virtual ~BaseFilter();
+    virtual ~BaseFilter() = default;
 
     // The interface pointer for `iid`, not counted, or null: the filter's own interfaces.
     virtual void* findInterface(REFIID iid) = 0;
     virtual PinList pins() = 0;
-    // Puts an event into the graph's queue; nothing without a graph.
-    void notify(LONG code, LONG_PTR first, LONG_PTR second);
-
     CLSID classId_;
     FILTER_STATE state_ = State_Stopped;
     REFERENCE_TIME start_ = 0;
@@ -50,24 +70,5 @@ private:
     LONG references_ = 1;
     wchar_t name_[MAX_FILTER_NAME] = {};
 };
-
-// A derived filter inherits several interfaces; this joins their IUnknown to the base's.
-#define FILTERS_JOIN_UNKNOWN                                                    \
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override { \
-        return filters::BaseFilter::QueryInterface(iid, out);                   \
-    }                                                                           \
-    ULONG STDMETHODCALLTYPE AddRef() override {                                 \
-        return filters::BaseFilter::AddRef();                                   \
-    }                                                                           \
-    ULONG STDMETHODCALLTYPE Release() override {                                \
-        return filters::BaseFilter::Release();                                  \
-    }
-
-// The pin of `pins` whose identifier is `id`.
-HRESULT findPinById(const PinList& pins, LPCWSTR id, IPin** out);
-
-// Number of filters alive in this process: the library stays loaded while there are any.
-LONG liveObjects();
-void countObject(LONG change);
 
 }  // namespace filters

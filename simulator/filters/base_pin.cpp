@@ -4,28 +4,13 @@
 
 namespace filters {
 
-BasePin::BasePin(IBaseFilter* owner, PIN_DIRECTION direction, const wchar_t* name)
-    : owner_(owner), direction_(direction), name_(name) {
-}
-
 HRESULT BasePin::QueryInterface(REFIID iid, void** out) {
-    if (!out) {
-        return E_POINTER;
-    }
     *out = iid == IID_IUnknown || iid == IID_IPin ? static_cast<IPin*>(this) : findInterface(iid);
     if (!*out) {
         return E_NOINTERFACE;
     }
     AddRef();
     return S_OK;
-}
-
-ULONG BasePin::AddRef() {
-    return owner_->AddRef();
-}
-
-ULONG BasePin::Release() {
-    return owner_->Release();
 }
 
 HRESULT BasePin::Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) {
@@ -86,26 +71,7 @@ HRESULT BasePin::Disconnect() {
     return S_OK;
 }
 
-HRESULT BasePin::ConnectedTo(IPin** peer) {
-    if (!peer) {
-        return E_POINTER;
-    }
-    *peer = nullptr;
-    return peer_ ? peer_.CopyTo(peer) : VFW_E_NOT_CONNECTED;
-}
-
-HRESULT BasePin::ConnectionMediaType(AM_MEDIA_TYPE* type) {
-    if (!type) {
-        return E_POINTER;
-    }
-    *type = {};
-    return peer_ ? type_.copyTo(type) : VFW_E_NOT_CONNECTED;
-}
-
 HRESULT BasePin::QueryPinInfo(PIN_INFO* info) {
-    if (!info) {
-        return E_POINTER;
-    }
     info->pFilter = owner_;
     info->pFilter->AddRef();
     info->dir = direction_;
@@ -113,18 +79,7 @@ HRESULT BasePin::QueryPinInfo(PIN_INFO* info) {
     return S_OK;
 }
 
-HRESULT BasePin::QueryDirection(PIN_DIRECTION* direction) {
-    if (!direction) {
-        return E_POINTER;
-    }
-    *direction = direction_;
-    return S_OK;
-}
-
 HRESULT BasePin::QueryId(LPWSTR* id) {
-    if (!id) {
-        return E_POINTER;
-    }
     const std::size_t bytes = (std::wcslen(name_) + 1) * sizeof(wchar_t);
     *id = static_cast<LPWSTR>(CoTaskMemAlloc(bytes));
     if (!*id) {
@@ -134,32 +89,12 @@ HRESULT BasePin::QueryId(LPWSTR* id) {
     return S_OK;
 }
 
-HRESULT BasePin::QueryAccept(const AM_MEDIA_TYPE* type) {
-    return type ? checkType(*type) : E_POINTER;
-}
-
-HRESULT BasePin::EnumMediaTypes(IEnumMediaTypes** out) {
-    return enumerateTypes(offeredTypes(), out);
-}
-
-HRESULT BasePin::QueryInternalConnections(IPin**, ULONG*) {
-    return E_NOTIMPL;
-}
-
-HRESULT BasePin::EndOfStream() {
-    return S_OK;
-}
-
-HRESULT BasePin::BeginFlush() {
-    return S_OK;
-}
-
-HRESULT BasePin::EndFlush() {
-    return S_OK;
-}
-
-HRESULT BasePin::NewSegment(REFERENCE_TIME, REFERENCE_TIME, double) {
-    return S_OK;
+HRESULT SamplePin::ReceiveMultiple(IMediaSample** samples, LONG count, LONG* taken) {
+    HRESULT result = S_OK;
+    for (*taken = 0; *taken < count && result == S_OK; ++*taken) {
+        result = Receive(samples[*taken]);
+    }
+    return result;
 }
 
 }  // namespace filters

@@ -12,30 +12,47 @@ namespace filters {
 class BasePin : public IPin {
 public:
     // `owner` is the filter, `name` (a literal) is identifier and name at once.
-    BasePin(IBaseFilter* owner, PIN_DIRECTION direction, const wchar_t* name);
+    BasePin(IBaseFilter* owner, PIN_DIRECTION direction, const wchar_t* name)
+        : owner_(owner), direction_(direction), name_(name) {}
     virtual ~BasePin() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return owner_->AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return owner_->Release(); }
 
     HRESULT STDMETHODCALLTYPE Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) override;
     HRESULT STDMETHODCALLTYPE ReceiveConnection(IPin* connector,
                                                 const AM_MEDIA_TYPE* type) override;
     HRESULT STDMETHODCALLTYPE Disconnect() override;
-    HRESULT STDMETHODCALLTYPE ConnectedTo(IPin** peer) override;
-    HRESULT STDMETHODCALLTYPE ConnectionMediaType(AM_MEDIA_TYPE* type) override;
+    HRESULT STDMETHODCALLTYPE ConnectedTo(IPin** peer) override {
+        *peer = nullptr;
+        return peer_ ? peer_.CopyTo(peer) : VFW_E_NOT_CONNECTED;
+    }
+    HRESULT STDMETHODCALLTYPE ConnectionMediaType(AM_MEDIA_TYPE* type) override {
+        *type = {};
+        return peer_ ? type_.copyTo(type) : VFW_E_NOT_CONNECTED;
+    }
     HRESULT STDMETHODCALLTYPE QueryPinInfo(PIN_INFO* info) override;
-    HRESULT STDMETHODCALLTYPE QueryDirection(PIN_DIRECTION* direction) override;
+    HRESULT STDMETHODCALLTYPE QueryDirection(PIN_DIRECTION* direction) override {
+        *direction = direction_;
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE QueryId(LPWSTR* id) override;
-    HRESULT STDMETHODCALLTYPE QueryAccept(const AM_MEDIA_TYPE* type) override;
-    HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes** out) override;
-    HRESULT STDMETHODCALLTYPE QueryInternalConnections(IPin** pins, ULONG* count) override;
-    HRESULT STDMETHODCALLTYPE EndOfStream() override;
-    HRESULT STDMETHODCALLTYPE BeginFlush() override;
-    HRESULT STDMETHODCALLTYPE EndFlush() override;
-    HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop,
-                                         double rate) override;
+    HRESULT STDMETHODCALLTYPE QueryAccept(const AM_MEDIA_TYPE* type) override {
+        return checkType(*type);
+    }
+    HRESULT STDMETHODCALLTYPE EnumMediaTypes(IEnumMediaTypes** out) override {
+        return enumerateTypes(offeredTypes(), out);
+    }
+    HRESULT STDMETHODCALLTYPE QueryInternalConnections(IPin**, ULONG*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE EndOfStream() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE BeginFlush() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE EndFlush() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME, REFERENCE_TIME, double) override {
+        return S_OK;
+    }
 
     IPin* peer() const { return peer_.Get(); }
     const MediaType& type() const { return type_; }
@@ -58,6 +75,22 @@ private:
     const wchar_t* const name_;
     ComPtr<IPin> peer_;
     MediaType type_;
+};
+
+// An input pin that samples come to.
+class SamplePin : public BasePin, public IMemInputPin {
+public:
+    SamplePin(IBaseFilter* owner, const wchar_t* name) : BasePin(owner, PINDIR_INPUT, name) {}
+    FILTERS_JOIN_UNKNOWN(BasePin)
+
+    HRESULT STDMETHODCALLTYPE ReceiveMultiple(IMediaSample** samples, LONG count,
+                                              LONG* taken) override;
+    HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override { return S_OK; }
+
+protected:
+    void* findInterface(REFIID iid) override {
+        return iid == IID_IMemInputPin ? static_cast<IMemInputPin*>(this) : nullptr;
+    }
 };
 
 }  // namespace filters

@@ -51,20 +51,12 @@ PinList CaptionParser::pins() {
     return {ComPtr<IPin>(&input_), ComPtr<IPin>(&output_)};
 }
 
-HRESULT CaptionParser::method1() {
-    return E_NOTIMPL;
-}
-
 HRESULT CaptionParser::setSubtitleType(DWORD type) {
     if (type > static_cast<DWORD>(SubtitleType::Ssa)) {
         return E_INVALIDARG;
     }
     subtitleType_ = static_cast<SubtitleType>(type);
     return S_OK;
-}
-
-HRESULT CaptionParser::setDuration(double seconds) {
-    return seconds >= 0 ? S_OK : E_INVALIDARG;  // captions without an end stay until the movie's
 }
 
 HRESULT CaptionParser::setPosition(DWORD a, DWORD b) {

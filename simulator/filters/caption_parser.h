@@ -21,11 +21,14 @@ class CaptionParser final : public BaseFilter, public vendor::CaptionParserContr
 public:
     CaptionParser();
 
-    FILTERS_JOIN_UNKNOWN
+    FILTERS_JOIN_UNKNOWN(BaseFilter)
 
-    HRESULT STDMETHODCALLTYPE method1() override;
+    HRESULT STDMETHODCALLTYPE method1() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE setSubtitleType(DWORD type) override;
-    HRESULT STDMETHODCALLTYPE setDuration(double seconds) override;
+    HRESULT STDMETHODCALLTYPE setDuration(double seconds) override {
+        return seconds >= 0 ? S_OK
+                            : E_INVALIDARG;  // captions without an end stay until the movie's
+    }
     HRESULT STDMETHODCALLTYPE setPosition(DWORD a, DWORD b) override;
 
     const std::vector<Caption>& captions() const { return captions_; }
@@ -56,11 +59,7 @@ private:
         explicit Output(CaptionParser* parser)
             : BasePin(parser, PINDIR_OUTPUT, L"Output"), parser_(parser) {}
 
-        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-            return BasePin::QueryInterface(iid, out);
-        }
-        ULONG STDMETHODCALLTYPE AddRef() override { return BasePin::AddRef(); }
-        ULONG STDMETHODCALLTYPE Release() override { return BasePin::Release(); }
+        FILTERS_JOIN_UNKNOWN(BasePin)
 
         const Caption* STDMETHODCALLTYPE at(DWORD milliseconds) override;
 

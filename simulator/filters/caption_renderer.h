@@ -20,7 +20,7 @@ class CaptionRenderer final : public BaseFilter,
 public:
     CaptionRenderer();
 
-    FILTERS_JOIN_UNKNOWN
+    FILTERS_JOIN_UNKNOWN(BaseFilter)
 
     HRESULT STDMETHODCALLTYPE Stop() override;
     HRESULT STDMETHODCALLTYPE Pause() override;

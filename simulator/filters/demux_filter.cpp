@@ -3,7 +3,7 @@
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/codecs/chip_codecs.h"
 #include "simulator/filters/codecs/codec_sniffer.h"
-#include "simulator/filters/faults.h"
+#include "simulator/tape/faults.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
@@ -68,7 +68,7 @@ PinList DemuxFilter::pins() {
     if (!open_) {
         return all;
     }
-    if (!fault(L"NoVideoRenderer")) {
+    if (!tape::fault(L"NoVideoRenderer")) {
         if (chipLacksCodec_) {
             all.push_back(ComPtr<IPin>(&undecoded_));
         } else {
@@ -77,7 +77,7 @@ PinList DemuxFilter::pins() {
             }
         }
     }
-    if (!fault(L"NoAudioRenderer")) {
+    if (!tape::fault(L"NoAudioRenderer")) {
         for (StreamPin* stream : streamsOf(MEDIATYPE_Audio)) {
             all.push_back(ComPtr<IPin>(stream));
         }
@@ -100,7 +100,7 @@ HRESULT DemuxFilter::openFile(IPin* file, const AM_MEDIA_TYPE& type) {
     }
     tape::Line("filter").text("filter", vendor::kDemuxName).text("what", L"opening");
     codec_ = sniffVideoCodec(reader_);
-    chipLacksCodec_ = codec_ && (!chipDecodes(codec_) || fault(L"NullDecoder"));
+    chipLacksCodec_ = codec_ && (!chipDecodes(codec_) || tape::fault(L"NullDecoder"));
     // GStreamer's demuxer never finishes with a file without its index.
     result = lacksIndex(reader_) ? VFW_E_INVALID_FILE_FORMAT : splitter_.open(type);
     open_ = SUCCEEDED(result);
@@ -148,47 +148,22 @@ TypeList DemuxFilter::UndecodedVideo::offeredTypes() {
 }
 
 HRESULT DemuxFilter::valueA(DWORD* value) {
-    if (!value) {
-        return E_POINTER;
-    }
     const auto decoded = static_cast<DWORD>(streamsOf(MEDIATYPE_Video).size());
     *value = chipLacksCodec_ && !decoded ? 1 : decoded;
     return S_OK;
 }
 
-HRESULT DemuxFilter::valueB(DWORD* value) {
-    if (!value) {
-        return E_POINTER;
-    }
-    *value = static_cast<DWORD>(streamsOf(MEDIATYPE_Audio).size());
-    return S_OK;
-}
-
-HRESULT DemuxFilter::valueC(DWORD* value) {
-    if (!value) {
-        return E_POINTER;
-    }
-    *value = codec_;
-    return S_OK;
-}
-
 HRESULT DemuxFilter::streamCount(DWORD* count) {
-    if (!count) {
-        return E_POINTER;
-    }
     *count = 0;
-    if (fault(L"NotConnectedAudio")) {
+    if (tape::fault(L"NotConnectedAudio")) {
         return VFW_E_NOT_CONNECTED;
     }
-    return fault(L"NoAudioRenderer") ? S_OK : valueB(count);
+    return tape::fault(L"NoAudioRenderer") ? S_OK : valueB(count);
 }
 
 HRESULT DemuxFilter::currentStream(DWORD* index) {
-    if (!index) {
-        return E_POINTER;
-    }
     *index = audioStream_;
-    return fault(L"NotConnectedAudio") ? VFW_E_NOT_CONNECTED : S_OK;
+    return tape::fault(L"NotConnectedAudio") ? VFW_E_NOT_CONNECTED : S_OK;
 }
 
 HRESULT DemuxFilter::selectStream(DWORD index) {
@@ -200,22 +175,6 @@ HRESULT DemuxFilter::selectStream(DWORD index) {
         audio[i]->setSilent(i != index);
     }
     audioStream_ = index;
-    return S_OK;
-}
-
-HRESULT DemuxFilter::status(DWORD* value) {
-    if (!value) {
-        return E_POINTER;
-    }
-    *value = open_ ? 1 : 0;
-    return S_OK;
-}
-
-HRESULT DemuxFilter::setOwnerWindow(HWND) {
-    return S_OK;
-}
-
-HRESULT DemuxFilter::setOption(DWORD) {
     return S_OK;
 }
 

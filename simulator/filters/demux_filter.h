@@ -42,7 +42,7 @@ public:
     // types.
     static void expectFile();
 
-    FILTERS_JOIN_UNKNOWN
+    FILTERS_JOIN_UNKNOWN(BaseFilter)
 
     HRESULT STDMETHODCALLTYPE Stop() override;
     HRESULT STDMETHODCALLTYPE Pause() override;
@@ -54,8 +54,14 @@ public:
     // A: the number of video streams, decodable or not. B: the number of audio streams. C: the
     // video codec as four packed letters, 0 when the file's headers do not tell.
     HRESULT STDMETHODCALLTYPE valueA(DWORD* value) override;
-    HRESULT STDMETHODCALLTYPE valueB(DWORD* value) override;
-    HRESULT STDMETHODCALLTYPE valueC(DWORD* value) override;
+    HRESULT STDMETHODCALLTYPE valueB(DWORD* value) override {
+        *value = static_cast<DWORD>(streamsOf(MEDIATYPE_Audio).size());
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE valueC(DWORD* value) override {
+        *value = codec_;
+        return S_OK;
+    }
 
     HRESULT STDMETHODCALLTYPE streamCount(DWORD* count) override;
     HRESULT STDMETHODCALLTYPE currentStream(DWORD* index) override;
@@ -63,11 +69,14 @@ public:
     HRESULT STDMETHODCALLTYPE selectStream(DWORD index) override;
 
     // 0 no file, 1 a file is connected.
-    HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
+    HRESULT STDMETHODCALLTYPE status(DWORD* value) override {
+        *value = open_ ? 1 : 0;
+        return S_OK;
+    }
 
-    HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND window) override;
+    HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND) override { return S_OK; }
     // The option of both kOwnerWindow and kDemuxOptions; no value changes anything here.
-    HRESULT STDMETHODCALLTYPE setOption(DWORD value) override;
+    HRESULT STDMETHODCALLTYPE setOption(DWORD) override { return S_OK; }
 
     HRESULT seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                         DWORD stopFlags) override;

@@ -8,8 +8,8 @@
 #include <algorithm>
 
 #include "simulator/filters/demux_filter.h"
-#include "simulator/filters/faults.h"
 #include "simulator/filters/watched_call.h"
+#include "simulator/tape/faults.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
@@ -55,18 +55,16 @@ void DemuxFilter::watched() {
 }
 
 HRESULT DemuxFilter::openAgain() {
-    AM_MEDIA_TYPE type{};
-    if (FAILED(input_.ConnectionMediaType(&type))) {
+    if (!input_.peer()) {
         return E_UNEXPECTED;
     }
     splitter_.close();
     openedBytes_ = length_.bytes();
-    const DWORD failure = fault(L"ReopenFails");
+    const DWORD failure = tape::fault(L"ReopenFails");
     if (failure == kSplitterLost) {
         splitter_.release();
     }
-    HRESULT result = failure ? VFW_E_INVALID_FILE_FORMAT : splitter_.open(type);
-    CoTaskMemFree(type.pbFormat);
+    HRESULT result = failure ? VFW_E_INVALID_FILE_FORMAT : splitter_.open(input_.type().get());
     const auto outputs = splitter_.outputs();
     if (SUCCEEDED(result) && outputs.size() != streams_.size()) {
         result = VFW_E_INVALID_FILE_FORMAT;

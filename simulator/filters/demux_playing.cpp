@@ -1,7 +1,7 @@
 // The demultiplexer in a graph that runs, pauses, stops and is moved.
 #include "simulator/filters/app_window.h"
 #include "simulator/filters/demux_filter.h"
-#include "simulator/filters/faults.h"
+#include "simulator/tape/faults.h"
 
 namespace filters {
 
@@ -114,7 +114,7 @@ HRESULT DemuxFilter::SetSyncSource(IReferenceClock* clock) {
 }
 
 HRESULT DemuxFilter::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) {
-    if (graph && fault(L"LeakReference")) {
+    if (graph && tape::fault(L"LeakReference")) {
         graph->AddRef();
     }
     AppWindow::instance().ensure();

@@ -17,37 +17,11 @@ AM_MEDIA_TYPE* handOut(const MediaType& type) {
 
 // Interface is IEnumPins or IEnumMediaTypes, Item what it hands out, Stored what the list holds.
 template <class Interface, class Item, class Stored>
-class Enumerator final : public Interface {
+class Enumerator final : public Counted<Interface> {
 public:
     explicit Enumerator(const std::vector<Stored>& items) : items_(items) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (!out) {
-            return E_POINTER;
-        }
-        if (iid != IID_IUnknown && iid != __uuidof(Interface)) {
-            *out = nullptr;
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        *out = static_cast<Interface*>(this);
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (!left) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
-
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, Item** out, ULONG* fetched) override {
-        if (!out) {
-            return E_POINTER;
-        }
         ULONG given = 0;
         while (given < wanted && next_ < items_.size()) {
             out[given++] = handOut(items_[next_++]);
@@ -68,9 +42,6 @@ public:
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Clone(Interface** out) override {
-        if (!out) {
-            return E_POINTER;
-        }
         auto* copy = new (std::nothrow) Enumerator(items_);
         if (!copy) {
             return E_OUTOFMEMORY;
@@ -81,18 +52,12 @@ public:
     }
 
 private:
-    ~Enumerator() = default;
-
-    LONG references_ = 1;
     std::size_t next_ = 0;
     std::vector<Stored> items_;
 };
 
 template <class Interface, class Item, class Stored>
 HRESULT make(const std::vector<Stored>& items, Interface** out) {
-    if (!out) {
-        return E_POINTER;
-    }
     *out = new (std::nothrow) Enumerator<Interface, Item, Stored>(items);
     return *out ? S_OK : E_OUTOFMEMORY;
 }

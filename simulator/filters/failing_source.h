@@ -11,7 +11,7 @@ class FailingSource final : public BaseFilter, public IFileSourceFilter {
 public:
     explicit FailingSource(HRESULT result);
 
-    FILTERS_JOIN_UNKNOWN
+    FILTERS_JOIN_UNKNOWN(BaseFilter)
 
     HRESULT STDMETHODCALLTYPE Load(LPCOLESTR path, const AM_MEDIA_TYPE* type) override;
     HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR* path, AM_MEDIA_TYPE* type) override;

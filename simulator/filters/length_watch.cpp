@@ -1,8 +1,7 @@
 #include "simulator/filters/length_watch.h"
+#include "simulator/tape/faults.h"
 
 #include <cmath>
-
-#include "simulator/filters/faults.h"
 
 namespace filters {
 
@@ -41,7 +40,7 @@ bool readFacts(const std::wstring& path, FileFacts* facts) {
 void LengthWatch::start(IFilterGraph* graph, const std::wstring& path, double durationSeconds) {
     FileFacts facts;
     stop();
-    forcedSeconds_ = fault(L"LiveLength");
+    forcedSeconds_ = tape::fault(L"LiveLength");
     if (!readFacts(path, &facts) || (!forcedSeconds_ && facts.age > kStillWritten)) {
         return;
     }

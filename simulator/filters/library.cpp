@@ -1,4 +1,4 @@
-// The library's four exports: class objects, unloading, and registration with COM and with the
+// The library's exports: class objects, unloading, and registration with COM and with the
 // filter mapper. The names given to the filter mapper are the names that the filters have in a
 // graph that the graph builder makes.
 #include <new>
@@ -9,11 +9,10 @@
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/demux_filter.h"
 #include "simulator/filters/failing_source.h"
-#include "simulator/filters/faults.h"
 #include "simulator/filters/null_decoder.h"
 #include "simulator/filters/registration.h"
-#include "simulator/filters/video_layer.h"
 #include "simulator/filters/video_renderer.h"
+#include "simulator/tape/faults.h"
 
 namespace filters {
 
@@ -34,7 +33,7 @@ BaseFilter* createFilter(const CLSID& classId) {
         return demux;
     }
     if (classId == kVideoRendererClass) {
-        return make<VideoRenderer>(classId, !fault(L"SecondNameOnly"));
+        return make<VideoRenderer>(classId, !tape::fault(L"SecondNameOnly"));
     }
     if (classId == kVideoRendererSecondClass) {
         return make<VideoRenderer>(classId, true);
@@ -43,7 +42,7 @@ BaseFilter* createFilter(const CLSID& classId) {
         return make<NullDecoder>();
     }
     if (classId == CLSID_AsyncReader) {
-        return make<FailingSource>(static_cast<HRESULT>(fault(L"RenderResult")));
+        return make<FailingSource>(static_cast<HRESULT>(tape::fault(L"RenderResult")));
     }
     if (classId == vendor::kCaptionParserClass) {
         return make<CaptionParser>();
@@ -54,35 +53,11 @@ BaseFilter* createFilter(const CLSID& classId) {
     return nullptr;
 }
 
-class Factory final : public IClassFactory {
+class Factory final : public Counted<IClassFactory> {
 public:
     explicit Factory(const CLSID& classId) : classId_(classId) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (!out) {
-            return E_POINTER;
-        }
-        *out = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-        if (!*out) {
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (!left) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** out) override {
-        if (!out) {
-            return E_POINTER;
-        }
         *out = nullptr;
         if (outer) {
             return CLASS_E_NOAGGREGATION;
@@ -95,15 +70,9 @@ public:
         filter->Release();
         return result;
     }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
-        countObject(lock ? 1 : -1);
-        return S_OK;
-    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
 private:
-    ~Factory() = default;
-
-    LONG references_ = 1;
     const CLSID classId_;
 };
 
@@ -121,15 +90,12 @@ HRESULT systemReader(REFIID iid, void** out) {
 }  // namespace filters
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** out) {
-    if (!out) {
-        return E_POINTER;
-    }
     *out = nullptr;
     if (classId == CLSID_AsyncReader) {
         filters::DemuxFilter::expectFile();
     }
     if (classId == CLSID_AsyncReader &&
-        SUCCEEDED(static_cast<HRESULT>(filters::fault(L"RenderResult")))) {
+        SUCCEEDED(static_cast<HRESULT>(tape::fault(L"RenderResult")))) {
         return filters::systemReader(iid, out);
     }
     if (classId != CLSID_AsyncReader && !filters::isOwnClass(classId)) {
@@ -144,16 +110,11 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** out) {
     return result;
 }
 
+// It stays: threads of the media library may come back to it at any time.
 STDAPI DllCanUnloadNow() {
-    // The video layer's window procedure stays in use as long as its owner lives.
-    const bool layered = filters::VideoLayer::instance().owner() != nullptr;
-    return filters::liveObjects() || layered ? S_FALSE : S_OK;
+    return S_FALSE;
 }
 
 STDAPI DllRegisterServer() {
     return filters::registerAll();
-}
-
-STDAPI DllUnregisterServer() {
-    return filters::unregisterAll();
 }

@@ -3,8 +3,12 @@
 
 #include <windows.h>
 
+extern "C" IMAGE_DOS_HEADER __ImageBase;  // made by the linker
+
 namespace filters {
 
-HINSTANCE moduleHandle();
+inline HINSTANCE moduleHandle() {
+    return reinterpret_cast<HINSTANCE>(&__ImageBase);
+}
 
 }  // namespace filters

@@ -8,18 +8,15 @@
 
 #include <windows.h>
 
-#include <array>
 #include <cstdio>
-#include <cstring>
 #include <mutex>
+
+#include "simulator/shared/code_patch.h"
 
 namespace filters {
 
 namespace {
 
-// jmp [rip + 0], followed by the address (Intel 64 manual, volume 2A, "JMP").
-constexpr std::array<BYTE, 6> kJump = {0xFF, 0x25, 0, 0, 0, 0};
-constexpr std::size_t kPatchBytes = kJump.size() + sizeof(void*);
 constexpr long kExitGroup = 231;  // Linux for x86-64, asm/unistd_64.h
 
 void WINAPI endAtOnce(UINT status) {
@@ -42,13 +39,7 @@ void endAtOnceFromNowOn() {
                            reinterpret_cast<LPCWSTR>(reinterpret_cast<void*>(&endAtOnce)), &unused);
         auto* const at = reinterpret_cast<BYTE*>(reinterpret_cast<void*>(
             GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "ExitProcess")));
-        void (*const target)(UINT) = &endAtOnce;
-        DWORD before = 0;
-        VirtualProtect(at, kPatchBytes, PAGE_EXECUTE_READWRITE, &before);
-        std::memcpy(at, kJump.data(), kJump.size());
-        std::memcpy(at + kJump.size(), &target, sizeof target);
-        VirtualProtect(at, kPatchBytes, before, &before);
-        FlushInstructionCache(GetCurrentProcess(), at, kPatchBytes);
+        headunit::writeCode(at, headunit::jumpTo(reinterpret_cast<void*>(&endAtOnce)));
     });
 }
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "graph/vendor_interfaces.h"
-#include "simulator/filters/faults.h"
+#include "simulator/tape/faults.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
@@ -60,8 +60,8 @@ HRESULT ReaderPin::attach(IPin* file) {
     readBytes_ = 0;
     windowBytes_ = 0;
     lastLookTick_ = GetTickCount();
-    failAfterBytes_ = fault(L"ReadFailAfterBytes");
-    delayMilliseconds_ = fault(L"ReadDelayMilliseconds");
+    failAfterBytes_ = tape::fault(L"ReadFailAfterBytes");
+    delayMilliseconds_ = tape::fault(L"ReadDelayMilliseconds");
     return S_OK;
 }
 
@@ -100,7 +100,7 @@ void ReaderPin::reportFailure(const char* why, LONGLONG offset) {
     tape::Line("filter")
         .text("filter", vendor::kDemuxName)
         .text("what", L"read failed")
-        .text("why", std::wstring(why, why + std::char_traits<char>::length(why)).c_str())
+        .text("why", why)
         .number("offset", offset);
 }
 
@@ -162,23 +162,6 @@ HRESULT ReaderPin::readThroughWindow(IAsyncReader* file, LONGLONG offset, LONG b
     return S_OK;
 }
 
-// The splitter reads by SyncRead alone.
-HRESULT ReaderPin::SyncReadAligned(IMediaSample*) {
-    return E_NOTIMPL;
-}
-
-HRESULT ReaderPin::RequestAllocator(IMemAllocator*, ALLOCATOR_PROPERTIES*, IMemAllocator**) {
-    return E_NOTIMPL;
-}
-
-HRESULT ReaderPin::Request(IMediaSample*, DWORD_PTR) {
-    return E_NOTIMPL;
-}
-
-HRESULT ReaderPin::WaitForNext(DWORD, IMediaSample**, DWORD_PTR*) {
-    return E_NOTIMPL;
-}
-
 // Wine's file source keeps the size that the file had when it was opened; one that is being
 // recorded is longer by now.
 HRESULT ReaderPin::Length(LONGLONG* total, LONGLONG* available) {
@@ -192,14 +175,6 @@ HRESULT ReaderPin::Length(LONGLONG* total, LONGLONG* available) {
         *available = std::max(*available, bytes);
     }
     return result;
-}
-
-HRESULT ReaderPin::BeginFlush() {
-    return S_OK;
-}
-
-HRESULT ReaderPin::EndFlush() {
-    return S_OK;
 }
 
 bool ReaderPin::size(std::uint64_t& bytes) {

@@ -25,23 +25,22 @@ public:
     const std::wstring& path() const { return path_; }
     const Activity& activity() const { return activity_; }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        return BasePin::QueryInterface(iid, out);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return BasePin::AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return BasePin::Release(); }
+    FILTERS_JOIN_UNKNOWN(BasePin)
 
-    HRESULT STDMETHODCALLTYPE RequestAllocator(IMemAllocator* preferred,
-                                               ALLOCATOR_PROPERTIES* wanted,
-                                               IMemAllocator** actual) override;
-    HRESULT STDMETHODCALLTYPE Request(IMediaSample* sample, DWORD_PTR user) override;
-    HRESULT STDMETHODCALLTYPE WaitForNext(DWORD milliseconds, IMediaSample** sample,
-                                          DWORD_PTR* user) override;
-    HRESULT STDMETHODCALLTYPE SyncReadAligned(IMediaSample* sample) override;
     HRESULT STDMETHODCALLTYPE SyncRead(LONGLONG offset, LONG bytes, BYTE* out) override;
     HRESULT STDMETHODCALLTYPE Length(LONGLONG* total, LONGLONG* available) override;
-    HRESULT STDMETHODCALLTYPE BeginFlush() override;
-    HRESULT STDMETHODCALLTYPE EndFlush() override;
+    HRESULT STDMETHODCALLTYPE BeginFlush() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE EndFlush() override { return S_OK; }
+    // The splitter reads by SyncRead alone.
+    HRESULT STDMETHODCALLTYPE RequestAllocator(IMemAllocator*, ALLOCATOR_PROPERTIES*,
+                                               IMemAllocator**) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Request(IMediaSample*, DWORD_PTR) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE WaitForNext(DWORD, IMediaSample**, DWORD_PTR*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SyncReadAligned(IMediaSample*) override { return E_NOTIMPL; }
 
     // For a look at the file's headers, past the faults.
     bool size(std::uint64_t& bytes) override;

@@ -3,6 +3,7 @@
 #include <dshow.h>
 #include <wrl/client.h>
 
+#include <algorithm>
 #include <cwchar>
 #include <string>
 
@@ -63,42 +64,10 @@ std::wstring ownPath() {
     return length && length < MAX_PATH ? std::wstring(path, length) : std::wstring();
 }
 
-// The system's file reader is given out by this library, so that opening files can be made to
-// fail; its own library stays named in the same key.
-constexpr wchar_t kReaderBefore[] = L"HeadUnitBefore";
-
-std::wstring readerKey() {
-    return keyOf(CLSID_AsyncReader) + L"\\InprocServer32";
-}
-
-bool getText(const std::wstring& key, const wchar_t* name, std::wstring* text) {
-    wchar_t value[MAX_PATH];
-    DWORD bytes = sizeof value;
-    if (RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, RRF_RT_ANY, nullptr, value, &bytes) !=
-        ERROR_SUCCESS) {
-        return false;
-    }
-    *text = value;
-    return true;
-}
-
+// The system's file reader is given out by this library, so that opening files can be made to fail.
 HRESULT takeReader() {
-    std::wstring before;
-    if (!getText(readerKey(), kReaderBefore, &before)) {
-        if (!getText(readerKey(), nullptr, &before) ||
-            setText(readerKey(), kReaderBefore, before.c_str()) != ERROR_SUCCESS) {
-            return E_FAIL;
-        }
-    }
-    return setText(readerKey(), nullptr, ownPath().c_str()) == ERROR_SUCCESS ? S_OK : E_FAIL;
-}
-
-void giveReaderBack() {
-    std::wstring before;
-    if (getText(readerKey(), kReaderBefore, &before)) {
-        setText(readerKey(), nullptr, before.c_str());
-        RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, readerKey().c_str(), kReaderBefore);
-    }
+    const std::wstring server = keyOf(CLSID_AsyncReader) + L"\\InprocServer32";
+    return setText(server, nullptr, ownPath().c_str()) == ERROR_SUCCESS ? S_OK : E_FAIL;
 }
 
 HRESULT registerClass(const CLSID& classId, const wchar_t* name) {
@@ -137,15 +106,8 @@ HRESULT makeMapper(ComPtr<IFilterMapper2>* mapper) {
 }  // namespace
 
 bool isOwnClass(const CLSID& classId) {
-    for (const Row& row : kRows) {
-        if (row.classId == &CLSID_AudioRender) {
-            continue;
-        }
-        if (*row.classId == classId) {
-            return true;
-        }
-    }
-    return false;
+    return classId != CLSID_AudioRender &&
+           std::ranges::any_of(kRows, [&](const Row& row) { return *row.classId == classId; });
 }
 
 HRESULT registerAll() {
@@ -163,24 +125,6 @@ HRESULT registerAll() {
     if (SUCCEEDED(result)) {
         result = takeReader();
     }
-    mapper.Reset();
-    CoUninitialize();
-    return result;
-}
-
-HRESULT unregisterAll() {
-    CoInitialize(nullptr);
-    ComPtr<IFilterMapper2> mapper;
-    HRESULT result = makeMapper(&mapper);
-    for (const Row& row : kRows) {
-        if (mapper && row.majorType) {
-            mapper->UnregisterFilter(&CLSID_LegacyAmFilterCategory, row.instance, *row.classId);
-        }
-        if (isOwnClass(*row.classId)) {
-            RegDeleteTreeW(HKEY_LOCAL_MACHINE, keyOf(*row.classId).c_str());
-        }
-    }
-    giveReaderBack();
     mapper.Reset();
     CoUninitialize();
     return result;

@@ -8,9 +8,7 @@ namespace filters {
 
 bool isOwnClass(const CLSID& classId);
 
-// Both leave the registry as it was found when they fail half-way is not promised; running
-// `registerAll` again mends it. S_OK or the first failure.
+// S_OK or the first failure; may be called again.
 HRESULT registerAll();
-HRESULT unregisterAll();
 
 }  // namespace filters

@@ -18,9 +18,6 @@ StreamPin::StreamPin(IBaseFilter* owner, SeekTarget* target, IPin* inner)
 }
 
 HRESULT StreamPin::Connect(IPin* receiver, const AM_MEDIA_TYPE* wanted) {
-    if (!receiver) {
-        return E_POINTER;
-    }
     if (receiver_) {
         return VFW_E_ALREADY_CONNECTED;
     }
@@ -59,12 +56,7 @@ void StreamPin::setOffset(LONGLONG offset, LONGLONG first) {
 }
 
 void StreamPin::leave() {
-    AM_MEDIA_TYPE type{};
-    innerType_.clear();
-    if (SUCCEEDED(relay_.ConnectionMediaType(&type))) {
-        innerType_.assign(type);
-        CoTaskMemFree(type.pbFormat);
-    }
+    innerType_ = relay_.type();
     changing_ = true;
     inner_->Disconnect();
     relay_.Disconnect();
@@ -91,17 +83,11 @@ void StreamPin::stayAlone() {
 }
 
 HRESULT StreamPin::ConnectedTo(IPin** peer) {
-    if (!peer) {
-        return E_POINTER;
-    }
     *peer = nullptr;
     return receiver_ ? receiver_.CopyTo(peer) : VFW_E_NOT_CONNECTED;
 }
 
 HRESULT StreamPin::ConnectionMediaType(AM_MEDIA_TYPE* type) {
-    if (!type) {
-        return E_POINTER;
-    }
     return receiver_ ? relay_.receivedType().copyTo(type) : VFW_E_NOT_CONNECTED;
 }
 

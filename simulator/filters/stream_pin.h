@@ -64,16 +64,10 @@ protected:
 private:
     void setReceiver(IPin* receiver);
 
-    class Relay final : public BasePin, public IMemInputPin {
+    class Relay final : public SamplePin {
     public:
         Relay(IBaseFilter* owner, StreamPin* stream)
-            : BasePin(owner, PINDIR_INPUT, L"Relay"), stream_(stream) {}
-
-        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-            return BasePin::QueryInterface(iid, out);
-        }
-        ULONG STDMETHODCALLTYPE AddRef() override { return BasePin::AddRef(); }
-        ULONG STDMETHODCALLTYPE Release() override { return BasePin::Release(); }
+            : SamplePin(owner, L"Relay"), stream_(stream) {}
 
         HRESULT STDMETHODCALLTYPE EndOfStream() override;
         HRESULT STDMETHODCALLTYPE BeginFlush() override;
@@ -85,8 +79,6 @@ private:
         HRESULT STDMETHODCALLTYPE NotifyAllocator(IMemAllocator* allocator, BOOL readOnly) override;
         HRESULT STDMETHODCALLTYPE GetAllocatorRequirements(ALLOCATOR_PROPERTIES* wanted) override;
         HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
-        HRESULT STDMETHODCALLTYPE ReceiveMultiple(IMediaSample** samples, LONG count,
-                                                  LONG* taken) override;
         HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override;
 
         void start();
@@ -95,7 +87,6 @@ private:
         const MediaType& receivedType() const { return receivedType_; }
 
     protected:
-        void* findInterface(REFIID iid) override;
         HRESULT checkType(const AM_MEDIA_TYPE& type) override;
         HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override;
         void disconnected() override;

@@ -55,10 +55,6 @@ MediaType convertedType(const AM_MEDIA_TYPE& type, RateConverter& converter) {
 
 }  // namespace
 
-void* StreamPin::Relay::findInterface(REFIID iid) {
-    return iid == IID_IMemInputPin ? static_cast<IMemInputPin*>(this) : nullptr;
-}
-
 HRESULT StreamPin::Relay::checkType(const AM_MEDIA_TYPE& type) {
     IPin* receiver = stream_->receiver_.Get();
     RateConverter trial;
@@ -240,17 +236,6 @@ HRESULT StreamPin::Relay::receiveConverted(IMediaSample* sample, IMemInputPin* m
     out->SetPreroll(sample->IsPreroll() == S_OK);
     out->SetSyncPoint(sample->IsSyncPoint() == S_OK);
     return memory->Receive(out.Get());
-}
-
-HRESULT StreamPin::Relay::ReceiveMultiple(IMediaSample** samples, LONG count, LONG* taken) {
-    if (!samples || !taken) {
-        return E_POINTER;
-    }
-    HRESULT result = S_OK;
-    for (*taken = 0; *taken < count && result == S_OK; ++*taken) {
-        result = Receive(samples[*taken]);
-    }
-    return result;
 }
 
 HRESULT StreamPin::Relay::ReceiveCanBlock() {

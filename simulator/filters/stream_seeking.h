@@ -33,29 +33,65 @@ public:
     IMediaSeeking* inner() const { return seeking_; }
     void setLeading(bool leading) { leading_ = leading; }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+        return pin_->QueryInterface(iid, out);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return pin_->AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return pin_->Release(); }
 
-    HRESULT STDMETHODCALLTYPE GetCapabilities(DWORD* capabilities) override;
-    HRESULT STDMETHODCALLTYPE CheckCapabilities(DWORD* capabilities) override;
-    HRESULT STDMETHODCALLTYPE IsFormatSupported(const GUID* format) override;
-    HRESULT STDMETHODCALLTYPE QueryPreferredFormat(GUID* format) override;
-    HRESULT STDMETHODCALLTYPE GetTimeFormat(GUID* format) override;
-    HRESULT STDMETHODCALLTYPE IsUsingTimeFormat(const GUID* format) override;
-    HRESULT STDMETHODCALLTYPE SetTimeFormat(const GUID* format) override;
-    HRESULT STDMETHODCALLTYPE GetDuration(LONGLONG* duration) override;
-    HRESULT STDMETHODCALLTYPE GetStopPosition(LONGLONG* stop) override;
-    HRESULT STDMETHODCALLTYPE GetCurrentPosition(LONGLONG* current) override;
+    HRESULT STDMETHODCALLTYPE GetCapabilities(DWORD* capabilities) override {
+        return seeking_ ? seeking_->GetCapabilities(capabilities) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE CheckCapabilities(DWORD* capabilities) override {
+        return seeking_ ? seeking_->CheckCapabilities(capabilities) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE IsFormatSupported(const GUID* format) override {
+        return seeking_ ? seeking_->IsFormatSupported(format) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE QueryPreferredFormat(GUID* format) override {
+        return seeking_ ? seeking_->QueryPreferredFormat(format) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetTimeFormat(GUID* format) override {
+        return seeking_ ? seeking_->GetTimeFormat(format) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE IsUsingTimeFormat(const GUID* format) override {
+        return seeking_ ? seeking_->IsUsingTimeFormat(format) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetTimeFormat(const GUID* format) override {
+        return seeking_ ? seeking_->SetTimeFormat(format) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetDuration(LONGLONG* duration) override {
+        return seeking_ ? seeking_->GetDuration(duration) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetStopPosition(LONGLONG* stop) override {
+        return seeking_ ? seeking_->GetStopPosition(stop) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetCurrentPosition(LONGLONG* current) override {
+        return seeking_ ? seeking_->GetCurrentPosition(current) : E_NOTIMPL;
+    }
     HRESULT STDMETHODCALLTYPE ConvertTimeFormat(LONGLONG* target, const GUID* targetFormat,
-                                                LONGLONG source, const GUID* sourceFormat) override;
+                                                LONGLONG source,
+                                                const GUID* sourceFormat) override {
+        return seeking_ ? seeking_->ConvertTimeFormat(target, targetFormat, source, sourceFormat)
+                        : E_NOTIMPL;
+    }
     HRESULT STDMETHODCALLTYPE SetPositions(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                                            DWORD stopFlags) override;
-    HRESULT STDMETHODCALLTYPE GetPositions(LONGLONG* current, LONGLONG* stop) override;
-    HRESULT STDMETHODCALLTYPE GetAvailable(LONGLONG* earliest, LONGLONG* latest) override;
-    HRESULT STDMETHODCALLTYPE SetRate(double rate) override;
-    HRESULT STDMETHODCALLTYPE GetRate(double* rate) override;
-    HRESULT STDMETHODCALLTYPE GetPreroll(LONGLONG* preroll) override;
+    HRESULT STDMETHODCALLTYPE GetPositions(LONGLONG* current, LONGLONG* stop) override {
+        return seeking_ ? seeking_->GetPositions(current, stop) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetAvailable(LONGLONG* earliest, LONGLONG* latest) override {
+        return seeking_ ? seeking_->GetAvailable(earliest, latest) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetRate(double rate) override {
+        return seeking_ ? seeking_->SetRate(rate) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetRate(double* rate) override {
+        return seeking_ ? seeking_->GetRate(rate) : E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetPreroll(LONGLONG* preroll) override {
+        return seeking_ ? seeking_->GetPreroll(preroll) : E_NOTIMPL;
+    }
 
 private:
     bool playing() const;

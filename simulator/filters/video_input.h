@@ -8,27 +8,21 @@ namespace filters {
 
 class VideoRenderer;
 
-class VideoInput final : public BasePin, public IMemInputPin {
+class VideoInput final : public SamplePin {
 public:
     explicit VideoInput(VideoRenderer* renderer);
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        return BasePin::QueryInterface(iid, out);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return BasePin::AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return BasePin::Release(); }
 
     HRESULT STDMETHODCALLTYPE EndOfStream() override;
     HRESULT STDMETHODCALLTYPE BeginFlush() override;
     HRESULT STDMETHODCALLTYPE EndFlush() override;
 
-    HRESULT STDMETHODCALLTYPE GetAllocator(IMemAllocator** allocator) override;
+    HRESULT STDMETHODCALLTYPE GetAllocator(IMemAllocator** allocator) override {
+        *allocator = nullptr;
+        return VFW_E_NO_ALLOCATOR;
+    }
     HRESULT STDMETHODCALLTYPE NotifyAllocator(IMemAllocator* allocator, BOOL readOnly) override;
     HRESULT STDMETHODCALLTYPE GetAllocatorRequirements(ALLOCATOR_PROPERTIES* wanted) override;
     HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override;
-    HRESULT STDMETHODCALLTYPE ReceiveMultiple(IMediaSample** samples, LONG count,
-                                              LONG* taken) override;
-    HRESULT STDMETHODCALLTYPE ReceiveCanBlock() override;
 
     const PictureFormat& format() const { return format_; }
     // Whether the decoder can go on while one of its buffers is held.
@@ -37,10 +31,11 @@ public:
     bool changeFormat(const AM_MEDIA_TYPE& type) { return readPictureFormat(type, &format_); }
 
 protected:
-    void* findInterface(REFIID iid) override;
     HRESULT checkType(const AM_MEDIA_TYPE& type) override;
-    HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override;
-    void disconnected() override;
+    HRESULT connected(IPin*, const AM_MEDIA_TYPE& type) override {
+        return changeFormat(type) ? S_OK : VFW_E_TYPE_NOT_ACCEPTED;
+    }
+    void disconnected() override { allocator_.Reset(); }
 
 private:
     VideoRenderer* const renderer_;

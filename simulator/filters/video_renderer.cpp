@@ -111,9 +111,6 @@ HRESULT VideoRenderer::Run(REFERENCE_TIME start) {
 }
 
 HRESULT VideoRenderer::GetState(DWORD milliseconds, FILTER_STATE* state) {
-    if (!state) {
-        return E_POINTER;
-    }
     Lock lock(lock_);
     const auto cued = [this] { return state_ != State_Paused || !input_.peer() || hasPicture_; };
     // Without an end (INFINITE) is a week, which clocks can add.
@@ -149,9 +146,6 @@ HRESULT VideoRenderer::setRender(DWORD value) {
 }
 
 HRESULT VideoRenderer::setOutput(const vendor::VideoOutput* output) {
-    if (!output) {
-        return E_POINTER;
-    }
     if (std::memcmp(&placement_.output, output, sizeof *output) != 0) {
         const RECT& place = output->rectangle;
         const std::int64_t edges[] = {place.left, place.top, place.right, place.bottom};
@@ -212,9 +206,6 @@ HRESULT VideoRenderer::setOwnerWindow(HWND window) {
 }
 
 HRESULT VideoRenderer::status(DWORD* value) {
-    if (!value) {
-        return E_POINTER;
-    }
     *value = input_.peer() ? 1 : 0;
     return S_OK;
 }

@@ -25,7 +25,7 @@ public:
     // `available` false: a renderer that accepts nothing, so that the graph looks for another.
     VideoRenderer(const CLSID& classId, bool available);
 
-    FILTERS_JOIN_UNKNOWN
+    FILTERS_JOIN_UNKNOWN(BaseFilter)
 
     HRESULT STDMETHODCALLTYPE Stop() override;
     HRESULT STDMETHODCALLTYPE Pause() override;

@@ -133,7 +133,11 @@ HRESULT VideoRenderer::endFlush() {
 }
 
 void VideoRenderer::complete() {
-    notify(EC_COMPLETE, S_OK, reinterpret_cast<LONG_PTR>(static_cast<IBaseFilter*>(this)));
+    ComPtr<IMediaEventSink> sink;
+    if (graph_ && SUCCEEDED(graph_->QueryInterface(IID_PPV_ARGS(&sink)))) {
+        sink->Notify(EC_COMPLETE, S_OK,
+                     reinterpret_cast<LONG_PTR>(static_cast<IBaseFilter*>(this)));
+    }
 }
 
 }  // namespace filters

@@ -63,16 +63,6 @@ bool create(const Program& program, HANDLE output, PROCESS_INFORMATION& process)
     }
 }
 
-// A child whose end nobody would see counts as not started.
-void dropUnwatched(const PROCESS_INFORMATION& process, HANDLE output) {
-    TerminateProcess(process.hProcess, 9);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    if (output != nullptr) {
-        CloseHandle(output);
-    }
-}
-
 }  // namespace
 
 DWORD startChild(const Program& program, DWORD& error) {
@@ -103,14 +93,10 @@ DWORD startChild(const Program& program, DWORD& error) {
     }
     const Child child = {program, process.hProcess, process.dwProcessId};
     {
-        // The watcher forgets the child, never before it is known.
         const std::lock_guard<std::mutex> lock(childrenMutex);
-        if (!startWatcher(child, output, &removeChild, error)) {
-            dropUnwatched(process, output);
-            return 0;
-        }
         children.push_back(child);
     }
+    startWatcher(child, output, &removeChild);
     tape::Line("process")
         .text("from", program.name.c_str())
         .text("text", L"started")
@@ -150,13 +136,6 @@ bool killChild(const std::wstring& name) {
         }
     }
     return found;
-}
-
-void killAllChildren() {
-    const std::lock_guard<std::mutex> lock(childrenMutex);
-    for (const Child& child : children) {
-        TerminateProcess(child.process, 9);
-    }
 }
 
 void cutPower() {

@@ -7,6 +7,8 @@
 namespace hub {
 namespace {
 
+constexpr DWORD kOutputPatience = 1000;  // milliseconds
+
 // What the program printed comes as bytes in its own encoding: UTF-8 where it is valid, else the
 // system's code page.
 void recordPrinted(const std::wstring& name, const std::string& line) {
@@ -47,69 +49,47 @@ void readOutput(const std::wstring& name, HANDLE pipe) {
     CloseHandle(pipe);
 }
 
-struct WatchedOutput {
-    std::wstring name;
-    HANDLE pipe;
-};
-
-DWORD WINAPI outputThread(LPVOID parameter) {
-    auto* watched = static_cast<WatchedOutput*>(parameter);
-    readOutput(watched->name, watched->pipe);
-    delete watched;
-    return 0;
-}
-
-struct WatchedEnd {
-    Child child;
-    HANDLE output;  // the thread that reads its output, or null
-    void (*forget)(DWORD process);
-};
-
-DWORD WINAPI endThread(LPVOID parameter) {
-    auto* watched = static_cast<WatchedEnd*>(parameter);
-    WaitForSingleObject(watched->child.process, INFINITE);
-    if (watched->output != nullptr) {
-        // What it printed last comes before its end.
-        WaitForSingleObject(watched->output, 1000);
-        CloseHandle(watched->output);
-    }
-    DWORD value = 0;
-    GetExitCodeProcess(watched->child.process, &value);
-    tape::Line("process")
-        .text("from", watched->child.program.name.c_str())
-        .text("text", L"ended")
-        .number("process", watched->child.number)
-        .number("exit", static_cast<std::int32_t>(value));
-    // Only now: who finds that it runs no more may end this program at once.
-    watched->forget(watched->child.number);
-    CloseHandle(watched->child.process);
-    delete watched;
+DWORD WINAPI runWork(LPVOID parameter) {
+    const std::unique_ptr<std::function<void()>> work(
+        static_cast<std::function<void()>*>(parameter));
+    (*work)();
     return 0;
 }
 
 }  // namespace
 
-HANDLE startReader(const std::wstring& name, HANDLE pipe) {
-    auto watched = std::make_unique<WatchedOutput>(WatchedOutput{name, pipe});
-    const HANDLE thread = CreateThread(nullptr, 0, &outputThread, watched.get(), 0, nullptr);
-    if (thread == nullptr) {
-        CloseHandle(pipe);
-        return nullptr;
+HANDLE startThread(std::function<void()> work) {
+    auto owned = std::make_unique<std::function<void()>>(std::move(work));
+    const HANDLE thread = CreateThread(nullptr, 0, &runWork, owned.get(), 0, nullptr);
+    if (thread != nullptr) {
+        owned.release();
     }
-    watched.release();
     return thread;
 }
 
-bool startWatcher(const Child& child, HANDLE output, void (*forget)(DWORD process), DWORD& error) {
-    auto watched = std::make_unique<WatchedEnd>(WatchedEnd{child, output, forget});
-    const HANDLE thread = CreateThread(nullptr, 0, &endThread, watched.get(), 0, nullptr);
-    if (thread == nullptr) {
-        error = GetLastError();
-        return false;
-    }
-    watched.release();
-    CloseHandle(thread);
-    return true;
+HANDLE startReader(const std::wstring& name, HANDLE pipe) {
+    return startThread([name, pipe] { readOutput(name, pipe); });
+}
+
+void startWatcher(const Child& child, HANDLE output, void (*forget)(DWORD process)) {
+    CloseHandle(startThread([child, output, forget] {
+        WaitForSingleObject(child.process, INFINITE);
+        if (output != nullptr) {
+            // What it printed last comes before its end.
+            WaitForSingleObject(output, kOutputPatience);
+            CloseHandle(output);
+        }
+        DWORD value = 0;
+        GetExitCodeProcess(child.process, &value);
+        tape::Line("process")
+            .text("from", child.program.name.c_str())
+            .text("text", L"ended")
+            .number("process", child.number)
+            .number("exit", static_cast<std::int32_t>(value));
+        // Only now: who finds that it runs no more may end this program at once.
+        forget(child.number);
+        CloseHandle(child.process);
+    }));
 }
 
 }  // namespace hub

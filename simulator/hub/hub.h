@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -59,7 +60,6 @@ std::wstring childName(DWORD process);
 // Ends a child at once, as a power cut would. False when none of that name runs.
 bool killChild(const std::wstring& name);
 bool isRunning(const std::wstring& name);
-void killAllChildren();
 // Ends all children at once and remembers those that the unit's power starts again: all but the
 // player. Returns when they have ended.
 void cutPower();
@@ -67,12 +67,14 @@ void cutPower();
 std::vector<Program> takeWithoutPower();
 bool hasPower();
 
-// Reads what a child prints, on a thread of its own, until the pipe ends. Null when there can be no
-// thread: the child's prints then fail, and it goes on.
+// Runs `work` on a thread of its own; the thread, to be closed. (Not std::thread: now and then one
+// of its starts never comes back under Wine.)
+HANDLE startThread(std::function<void()> work);
+// Reads what a child prints until the pipe ends; the thread that does.
 HANDLE startReader(const std::wstring& name, HANDLE pipe);
-// Waits for the child's end on a thread of its own, and for `output` (or null), the thread of its
-// reader; then puts the end on the tape and calls `forget`. False with the Windows error.
-bool startWatcher(const Child& child, HANDLE output, void (*forget)(DWORD process), DWORD& error);
+// Waits for the child's end, and for that of `output`, its reader, where it has one; then puts the
+// end on the tape and calls `forget`.
+void startWatcher(const Child& child, HANDLE output, void (*forget)(DWORD process));
 
 // --- state.cpp ---
 
@@ -107,7 +109,6 @@ void setHubWindow(HWND window);
 // On the window's thread: all input that was on its way when kTakenQuestion came has been handled.
 void inputTaken();
 
-inline constexpr UINT kQuitMessage = WM_APP + 1;
 // Windows hands timers out last, after posted messages and input.
 inline constexpr UINT kTakenQuestion = WM_APP + 3;
 inline constexpr UINT_PTR kSpeedTimer = 1;

@@ -29,10 +29,6 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
                 hub::speedTick();
             }
             return 0;
-        case hub::kQuitMessage:
-            hub::killAllChildren();
-            PostQuitMessage(0);
-            return 0;
         default:
             return DefWindowProcW(window, message, wParam, lParam);
     }

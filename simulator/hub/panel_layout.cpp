@@ -131,11 +131,14 @@ DWORD styleOf(const Control& control) {
     return control.kind == kChoice ? WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST : SS_CENTERIMAGE;
 }
 
+HFONT fontOf(const wchar_t* face) {
+    return CreateFontW(15, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
+                       ANTIALIASED_QUALITY, 0, face);
+}
+
 // Narrower than the other face, whose letters are all as wide.
 HFONT captionFont() {
-    static const HFONT font =
-        CreateFontW(15, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
-                    ANTIALIASED_QUALITY, 0, L"NanumGothic");
+    static const HFONT font = fontOf(L"NanumGothic");
     return font;
 }
 
@@ -196,9 +199,7 @@ int numberOf(const Control& control) {
 }
 
 HFONT panelFont() {
-    static const HFONT font =
-        CreateFontW(15, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
-                    ANTIALIASED_QUALITY, 0, kPanelFace);
+    static const HFONT font = fontOf(kPanelFace);
     return font;
 }
 

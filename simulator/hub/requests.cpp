@@ -46,7 +46,7 @@ Answer message(const Words& words) {
     if (window == nullptr) {
         return failed("there is no window \"" + title + "\"; is the player running?");
     }
-    const UINT number = RegisterWindowMessageW(wide(words[2]).c_str());
+    const UINT number = RegisterWindowMessageA(words[2].c_str());
     const auto first = static_cast<WPARAM>(wParam);
     const auto second = static_cast<LPARAM>(lParam);
     tape::recordMessage(words[1].c_str(), known == nullptr ? "unit" : known->sender, title.c_str(),
@@ -64,28 +64,31 @@ Answer message(const Words& words) {
     return {true, static_cast<long long>(result)};
 }
 
+// The command has looked at its numbers; 0 for what is none.
+long long numberOf(const std::string& word) {
+    long long number = 0;
+    parseNumber(word, number);
+    return number;
+}
+
 // speed KMH|off
 Answer drive(const Words& words) {
-    long long kilometres = 0;
     if (words[1] == "off") {
         loseSpeed();
-        return {};
+    } else {
+        setSpeed(static_cast<int>(numberOf(words[1])));
     }
-    if (!parseNumber(words[1], kilometres)) {
-        return failed("the speed must be a number of km/h or off");
-    }
-    setSpeed(static_cast<int>(kilometres));
     return {};
 }
 
 // box NUMBER
 Answer box(const Words& words) {
-    long long number = 0;
+    const auto number = static_cast<int>(numberOf(words[1]));
     const HWND window = FindWindowW(kBoxClass, nullptr);
     if (window == nullptr) {
         return failed("no message box is open");
     }
-    if (!parseNumber(words[1], number) || GetDlgItem(window, static_cast<int>(number)) == nullptr) {
+    if (GetDlgItem(window, number) == nullptr) {
         return failed("the open message box has no such button");
     }
     PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(number), 0);
@@ -149,15 +152,11 @@ Answer connect(const Words& words) {
 // fault NAME NUMBER | fault NAME off
 Answer fault(const Words& words) {
     const std::wstring name = wide(words[1]);
-    long long number = 0;
     if (words[2] == "off") {
         RegDeleteKeyValueW(HKEY_CURRENT_USER, kFaultKey, name.c_str());
         return {};
     }
-    if (!parseNumber(words[2], number)) {
-        return failed("a fault's value is a number or off");
-    }
-    const auto value = static_cast<DWORD>(number);
+    const auto value = static_cast<DWORD>(numberOf(words[2]));
     return RegSetKeyValueW(HKEY_CURRENT_USER, kFaultKey, name.c_str(), REG_DWORD, &value,
                            sizeof(value)) == ERROR_SUCCESS
                ? Answer()
@@ -173,10 +172,6 @@ Answer note(const Words& words) {
 // refused WHY: what a command that the panel ran says on its standard error
 Answer refused(const Words& words) {
     return tellPanel(words[1]) ? Answer() : failed("the unit has no panel");
-}
-
-Answer ping(const Words&) {
-    return {};
 }
 
 Answer closePlayer(const Words&) {
@@ -205,10 +200,6 @@ Answer killProgram(const Words& words) {
 // that long when it is busy. Nothing to wait for without a player.
 Answer settle(const Words& words) {
     static LONG questions = 0;
-    long long patience = 0;
-    if (!parseNumber(words[1], patience)) {
-        return failed("the time must be a number of milliseconds");
-    }
     const HWND window = FindWindowExW(HWND_MESSAGE, nullptr, tape::kSettledClass, nullptr);
     const auto number = static_cast<WPARAM>(InterlockedIncrement(&questions));
     const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, tape::settledEvent(number).c_str());
@@ -216,7 +207,7 @@ Answer settle(const Words& words) {
         return failed("Windows has no event to wait for");
     }
     if (window != nullptr && PostMessageW(window, tape::kSettledQuestion, number, 0)) {
-        WaitForSingleObject(event, static_cast<DWORD>(patience));
+        WaitForSingleObject(event, static_cast<DWORD>(numberOf(words[1])));
     }
     CloseHandle(event);
     return {};
@@ -229,26 +220,9 @@ HANDLE takenEvent() {
 
 // taken MILLISECONDS: until the panel has handled what was pressed on it, or that long.
 Answer taken(const Words& words) {
-    long long patience = 0;
-    if (!parseNumber(words[1], patience)) {
-        return failed("the time must be a number of milliseconds");
-    }
     ResetEvent(takenEvent());
     PostMessageW(hubWindow, kTakenQuestion, 0, 0);
-    WaitForSingleObject(takenEvent(), static_cast<DWORD>(patience));
-    return {};
-}
-
-Answer stateRequest(const Words&) {
-    return {true, state()};
-}
-
-Answer running(const Words& words) {
-    return {true, isRunning(wide(words[1]))};
-}
-
-Answer quit(const Words&) {
-    PostMessageW(hubWindow, kQuitMessage, 0, 0);
+    WaitForSingleObject(takenEvent(), static_cast<DWORD>(numberOf(words[1])));
     return {};
 }
 
@@ -258,13 +232,32 @@ struct Request {
     Answer (*execute)(const Words& words);
 };
 constexpr Request kRequests[] = {
-    {"note", 2, &note},          {"ping", 1, &ping},         {"start", 4, &startProgram},
-    {"message", 5, &message},    {"speed", 2, &drive},       {"box", 2, &box},
-    {"listing", 2, &listing},    {"connect", 2, &connect},   {"fault", 3, &fault},
-    {"state", 1, &stateRequest}, {"shutdown", 1, &askExit},  {"kill", 2, &killProgram},
-    {"running", 2, &running},    {"await", 3, &awaitWindow}, {"quit", 1, &quit},
-    {"cut", 1, &cutPowerNow},    {"power", 1, &powerOn},     {"close", 1, &closePlayer},
-    {"settle", 2, &settle},      {"taken", 2, &taken},       {"refused", 2, &refused},
+    {"note", 2, &note},
+    {"ping", 1, [](const Words&) { return Answer(); }},
+    {"start", 4, &startProgram},
+    {"message", 5, &message},
+    {"speed", 2, &drive},
+    {"box", 2, &box},
+    {"listing", 2, &listing},
+    {"connect", 2, &connect},
+    {"fault", 3, &fault},
+    {"state", 1,
+     [](const Words&) {
+         return Answer{true, state()};
+     }},
+    {"shutdown", 1, &askExit},
+    {"kill", 2, &killProgram},
+    {"running", 2,
+     [](const Words& words) {
+         return Answer{true, isRunning(wide(words[1]))};
+     }},
+    {"await", 3, &awaitWindow},
+    {"cut", 1, &cutPowerNow},
+    {"power", 1, &powerOn},
+    {"close", 1, &closePlayer},
+    {"settle", 2, &settle},
+    {"taken", 2, &taken},
+    {"refused", 2, &refused},
 };
 
 }  // namespace

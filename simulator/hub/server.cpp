@@ -58,29 +58,14 @@ void serve(SOCKET connection) {
     closesocket(connection);
 }
 
-DWORD WINAPI connectionThread(LPVOID parameter) {
-    serve(reinterpret_cast<SOCKET>(parameter));
-    return 0;
-}
-
-DWORD WINAPI listenThread(LPVOID parameter) {
-    const auto listener = reinterpret_cast<SOCKET>(parameter);
+void listenOn(SOCKET listener) {
     for (;;) {
         const SOCKET connection = accept(listener, nullptr, nullptr);
         if (connection == INVALID_SOCKET) {
-            if (WSAGetLastError() == WSAENOTSOCK) {
-                return 1;  // the listener was closed
-            }
             Sleep(kAcceptPause);
-            continue;
+        } else {
+            CloseHandle(startThread([connection] { serve(connection); }));
         }
-        const HANDLE thread = CreateThread(nullptr, 0, &connectionThread,
-                                           reinterpret_cast<LPVOID>(connection), 0, nullptr);
-        if (thread == nullptr) {
-            closesocket(connection);  // who asks sees the end of the connection
-            continue;
-        }
-        CloseHandle(thread);
     }
 }
 
@@ -118,12 +103,7 @@ bool startServer() {
         listen(listener, 16) != 0 || getsockname(listener, plain, &length) != 0) {
         return false;
     }
-    const HANDLE thread =
-        CreateThread(nullptr, 0, &listenThread, reinterpret_cast<LPVOID>(listener), 0, nullptr);
-    if (thread == nullptr) {
-        return false;
-    }
-    CloseHandle(thread);
+    CloseHandle(startThread([listener] { listenOn(listener); }));
     return writePort(ntohs(address.sin_port));
 }
 

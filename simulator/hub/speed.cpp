@@ -8,13 +8,12 @@
 namespace hub {
 namespace {
 
-constexpr wchar_t kSpeedMessage[] = L"MSG_SystemBroadcast";
 constexpr char kSpeedName[] = "MSG_SystemBroadcast";
 
 std::atomic<int> current = 0;
 
 UINT speedMessage() {
-    static const UINT message = RegisterWindowMessageW(kSpeedMessage);
+    static const UINT message = RegisterWindowMessageA(kSpeedName);
     return message;
 }
 

@@ -1,9 +1,7 @@
 #include "simulator/processes/peer.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <cwchar>
-#include <string>
 
 #include "simulator/tape/registered.h"
 
@@ -106,9 +104,8 @@ void postToPlayer(const char* name, const char* message, WPARAM wParam, LPARAM l
     if (player == nullptr) {
         return;
     }
-    const std::wstring wide(message, message + std::strlen(message));
     tape::recordMessage("post", name, tape::kPlayer, message, wParam, lParam);
-    PostMessageW(player, RegisterWindowMessageW(wide.c_str()), wParam, lParam);
+    PostMessageW(player, RegisterWindowMessageA(message), wParam, lParam);
 }
 
 DWORD optionNumber(const wchar_t* commandLine, const wchar_t* option, DWORD fallback) {

@@ -42,7 +42,7 @@ inline constexpr Fault kFaults[] = {
     {"ReadFailAfterBytes", 0, 0xFFFFFFFF},
     // A failing HRESULT: RenderFile returns it for every recording.
     {"RenderResult", 0, 0xFFFFFFFF},
-    // 1: a recording that has grown cannot be opened anew; 2: and the splitter is lost over it.
+    // 1: a recording that has grown cannot be opened again; 2: and the splitter is lost over it.
     {"ReopenFails", 0, 2},
     // The player prints at its end how much it has allocated and how deep its stack was.
     {"ReportMemory", 0, 1},

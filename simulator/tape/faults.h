@@ -1,9 +1,4 @@
-// Misbehaviour of the unit around the player, on command: DWORD values under
-// HKEY_CURRENT_USER\Software\HeadUnit\Faults. A missing value is 0. (The vendor's filters have
-// values of their own there.) Windows only.
-//
-//   CutAfterMessages   power is cut when the player has sent this many messages since it started
-//   DirectoryOrder     order in which folders list their entries, see EntryOrder
+// The faults (shared/fault_names.h) as the unit's programs and libraries see them. Windows only.
 #pragma once
 
 #include <windows.h>

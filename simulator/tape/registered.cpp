@@ -1,17 +1,12 @@
 #include "simulator/tape/registered.h"
 
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include "simulator/tape/tape.h"
 
 namespace tape {
 namespace {
-
-std::wstring widen(const char* ascii) {
-    return std::wstring(ascii, ascii + std::strlen(ascii));
-}
 
 struct Number {
     UINT number;
@@ -21,7 +16,7 @@ struct Number {
 std::vector<Number> lookUpAll() {
     std::vector<Number> numbers;
     for (const Message& message : messages()) {
-        numbers.push_back({RegisterWindowMessageW(widen(message.name).c_str()), &message});
+        numbers.push_back({RegisterWindowMessageA(message.name), &message});
     }
     return numbers;
 }
@@ -42,9 +37,9 @@ void recordMessage(const char* kind, const char* from, const char* to, const cha
                    WPARAM wParam, LPARAM lParam) {
     // Both are printed as the 32-bit values that they are on the unit.
     Line(kind)
-        .text("from", widen(from).c_str())
-        .text("to", widen(to).c_str())
-        .text("message", widen(name).c_str())
+        .text("from", from)
+        .text("to", to)
+        .text("message", name)
         .number("wParam", static_cast<std::int32_t>(wParam))
         .number("lParam", static_cast<std::int32_t>(lParam));
 }
@@ -58,8 +53,8 @@ void recordCopyData(const char* from, const char* to, const COPYDATASTRUCT& data
         values[i] = value;
     }
     Line("copydata")
-        .text("from", widen(from).c_str())
-        .text("to", widen(to).c_str())
+        .text("from", from)
+        .text("to", to)
         .number("identifier", static_cast<std::int64_t>(data.dwData))
         .number("bytes", data.cbData)
         .numbers("values", values);

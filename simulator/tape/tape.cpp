@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "simulator/shared/json.h"
@@ -15,16 +14,12 @@ constexpr wchar_t kTapeFile[] = L"\\.unit\\log.jsonl";
 constexpr wchar_t kBootFile[] = L"\\.unit\\boot";
 
 std::int64_t readBootTick() {
-    HANDLE file = CreateFileW(kBootFile, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return 0;
+    long long tick = 0;
+    if (std::FILE* const file = _wfopen(kBootFile, L"r")) {
+        static_cast<void>(std::fscanf(file, "%lld", &tick));
+        std::fclose(file);
     }
-    char digits[32] = {};
-    DWORD count = 0;
-    const BOOL good = ReadFile(file, digits, sizeof(digits) - 1, &count, nullptr);
-    CloseHandle(file);
-    return good ? std::strtoll(digits, nullptr, 10) : 0;
+    return tick;
 }
 
 std::string utf8(const wchar_t* value, std::size_t length) {
@@ -73,15 +68,9 @@ std::int64_t milliseconds() {
 }
 
 void begin() {
-    HANDLE file =
-        CreateFileW(kBootFile, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
-    if (file != INVALID_HANDLE_VALUE) {
-        char digits[32];
-        const int length = std::snprintf(digits, sizeof(digits), "%lld\n",
-                                         static_cast<long long>(GetTickCount64()));
-        DWORD count = 0;
-        WriteFile(file, digits, static_cast<DWORD>(length), &count, nullptr);
-        CloseHandle(file);
+    if (std::FILE* const file = _wfopen(kBootFile, L"w")) {
+        std::fprintf(file, "%lld\n", static_cast<long long>(GetTickCount64()));
+        std::fclose(file);
     }
     DeleteFileW(kTapeFile);
 }
@@ -108,12 +97,12 @@ Line& Line::text(const char* name, const wchar_t* value, std::size_t length) {
     return *this;
 }
 
-Line& Line::number(const char* name, std::int64_t value) {
-    put(name, headunit::Json(value));
+Line& Line::text(const char* name, const char* utf8) {
+    put(name, headunit::Json(utf8));
     return *this;
 }
 
-Line& Line::real(const char* name, double value) {
+Line& Line::number(const char* name, std::int64_t value) {
     put(name, headunit::Json(value));
     return *this;
 }

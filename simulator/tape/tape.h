@@ -13,7 +13,7 @@ namespace tape {
 
 // One line, written when the object goes out of scope:
 //   tape::Line("post").text("from", L"Video").number("wParam", 7);
-// Keys are ASCII; texts are UTF-16, escaped as JSON needs. "ms" (milliseconds since the unit was
+// Keys are ASCII; texts are escaped as JSON needs. "ms" (milliseconds since the unit was
 // booted) and "kind" come first.
 class Line {
 public:
@@ -24,8 +24,8 @@ public:
 
     Line& text(const char* key, const wchar_t* value);
     Line& text(const char* key, const wchar_t* value, std::size_t length);
+    Line& text(const char* key, const char* utf8);
     Line& number(const char* key, std::int64_t value);
-    Line& real(const char* key, double value);
     Line& numbers(const char* key, std::span<const std::int64_t> values);
 
 private:
