@@ -55,6 +55,28 @@ std::string usageOf(const CLI::Option& option) {
     return "[" + option.get_name() + (meta.empty() ? "" : " " + meta) + "]" + several;
 }
 
+// What CLI11 says, in words of the usage: choices have no name of their own there, and verbs within
+// a verb are no subcommands.
+std::string plainly(std::string why) {
+    struct Phrase {
+        const char* from;
+        const char* to;
+    };
+    constexpr Phrase kPhrases[] = {{"WORD is required", "a word is missing"},
+                                   {"A subcommand is required", "a word is missing"},
+                                   {"WORD: must ", "the word must "},
+                                   {"The following argument was not expected: ", "too much: "},
+                                   {"The following arguments were not expected: ", "too much: "},
+                                   {": must ", " must "}};
+    for (const Phrase& phrase : kPhrases) {
+        if (const auto at = why.find(phrase.from); at != std::string::npos) {
+            why.replace(at, std::char_traits<char>::length(phrase.from), phrase.to);
+        }
+    }
+    std::ranges::replace(why, '\n', ' ');
+    return why;
+}
+
 bool isHelp(const CLI::Option* option) {
     return option->get_name() == "--help";
 }
@@ -162,11 +184,7 @@ bool Parser::parse(const Words& words, std::string& why) {
         app_->parse(Words(words.rbegin(), words.rend()));
         return true;
     } catch (const CLI::ParseError& error) {
-        why = error.what();
-        std::ranges::replace(why, '\n', ' ');
-        if (const auto colon = why.find(": must "); colon != std::string::npos) {
-            why.erase(colon, 1);
-        }
+        why = plainly(error.what());
         // Of a verb within the verb its own usage is enough.
         const auto inner = std::ranges::find_if(subs_, &Parser::given);
         why += "; usage: headunit " + (inner == subs_.end() ? usage() : (*inner)->usage());

@@ -62,6 +62,16 @@ std::string windows(const Json& state) {
     return text;
 }
 
+std::string loudness(const Json& hundredths) {
+    if (!hundredths.is_number()) {
+        return "nothing plays";
+    }
+    const double decibels = hundredths.get<double>() / 100;
+    char text[32];
+    std::snprintf(text, sizeof(text), "%.1f dB", decibels);
+    return decibels <= -100 ? "silent" : text;
+}
+
 // Of a unit that is switched off there are only its files.
 Json switchedOff() {
     return {{"windows", Json::array()}, {"connectPath", nullptr},  {"priorities", Json::object()},
@@ -81,6 +91,12 @@ Json unitState(const Unit& unit) {
     return state;
 }
 
+Json loudnessOf(const Unit& unit) {
+    std::string answer;
+    const Json value = ask(unit, {"loudness"}, answer) ? parseJson(answer) : Json();
+    return value.is_number() ? value : Json();
+}
+
 std::string describeState(const Unit& unit, const Json& state) {
     const std::string power = textOf(state, "power");
     std::string text = "Unit in " + unit.device.string() + "\n  power        " +
@@ -89,10 +105,9 @@ std::string describeState(const Unit& unit, const Json& state) {
         text += "  player       " + std::string(state.value("player", false) ? "runs" : "ended") +
                 "\n  speed        " +
                 (state["speed"].is_null() ? "no signal" : plain(state["speed"]) + " km/h") +
-                "\n  sound        " +
-                (state["muted"].is_null() ? "not told"
-                                          : (state.value("muted", false) ? "muted" : "on")) +
-                "\n" + windows(state) + members("Faults", state["faults"]);
+                "\n  sound        " + (state["muted"] == true ? "muted by the board, " : "on, ") +
+                loudness(state.value("loudness", Json())) + "\n" + windows(state) +
+                members("Faults", state["faults"]);
     }
     text += members("Cards", state["cards"]) + members("Movie.dat", state["movieDat"]);
     for (const auto& [section, keys] : state["config"].items()) {

@@ -3,6 +3,7 @@
 
 #include "simulator/command/verbs.h"
 #include "simulator/shared/fault_names.h"
+#include "simulator/shared/messages.h"
 
 namespace headunit {
 namespace {
@@ -58,12 +59,25 @@ std::string faultNames() {
     return names;
 }
 
+// A graph event can be posted, too (simulator/filters/app_window.h), though nobody does in the car.
+std::string unknownMessage(const std::string& word) {
+    if (tape::findMessage(word) != nullptr || word == "HEADUNIT_GRAPH_EVENT") {
+        return {};
+    }
+    std::string names;
+    for (const tape::Message& message : tape::messages()) {
+        names += (names.empty() ? "" : ", ") + std::string(message.name);
+    }
+    return "must be one of " + names;
+}
+
 }  // namespace
 
 Run sendVerb(Parser& parser) {
     const auto sync = parser.flag("--sync", "send it, and print the result");
     const auto title = parser.option("--to", "TITLE", "another window than the player's");
-    const auto name = parser.word("NAME", "the message's name, see docs/messages.md");
+    const auto name = parser.word("NAME", "the message's name, see docs/messages.md", Needed::Yes,
+                                  unknownMessage);
     const auto first = parser.word("WPARAM", "number", Needed::Yes, between(-kWord, kWord));
     const auto second = parser.word("LPARAM", "number", Needed::Yes, between(-kWord, kWord));
     return [=](const Call& call) -> Outcome {

@@ -25,7 +25,8 @@ Run stateVerb(Parser& parser) {
         if (const std::string why = neverBooted(call.unit); !why.empty()) {
             return failed(why);
         }
-        const Json state = unitState(call.unit);
+        Json state = unitState(call.unit);
+        state["loudness"] = loudnessOf(call.unit);
         return {true, *asJson ? oneLine(state) : describeState(call.unit, state)};
     };
 }

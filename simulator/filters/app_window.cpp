@@ -5,17 +5,19 @@
 #include <algorithm>
 
 #include "simulator/filters/module.h"
+#include "simulator/shared/filters_window.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"headunit.filters";
-constexpr wchar_t kInjectMessage[] = L"HEADUNIT_GRAPH_EVENT";
-
 UINT injectMessage() {
-    static const UINT message = RegisterWindowMessageW(kInjectMessage);
+    static const UINT message = RegisterWindowMessageW(headunit::kGraphEventMessage);
+    return message;
+}
+UINT volumeMessage() {
+    static const UINT message = RegisterWindowMessageW(headunit::kGraphVolumeMessage);
     return message;
 }
 
@@ -46,17 +48,21 @@ void AppWindow::ensure() {
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = procedure;
     windowClass.hInstance = moduleHandle();
-    windowClass.lpszClassName = kClass;
+    windowClass.lpszClassName = headunit::kFiltersWindow;
     RegisterClassW(&windowClass);
     injectMessage();
-    window_ = CreateWindowExW(0, kClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                              windowClass.hInstance, nullptr);
+    volumeMessage();
+    window_ = CreateWindowExW(0, windowClass.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                              nullptr, windowClass.hInstance, nullptr);
 }
 
 LRESULT CALLBACK AppWindow::procedure(HWND window, UINT message, WPARAM w, LPARAM l) {
     AppWindow& self = instance();
     if (message == injectMessage()) {
         return self.inject(static_cast<LONG>(w), l);
+    }
+    if (message == volumeMessage()) {
+        return self.volume();
     }
     if (message == WM_TIMER) {
         self.dispatch(w);
@@ -70,6 +76,14 @@ LRESULT CALLBACK AppWindow::procedure(HWND window, UINT message, WPARAM w, LPARA
 
 LRESULT AppWindow::inject(LONG code, LONG_PTR parameter) {
     return sendGraphEvent(graph_, code, parameter, 0) == S_OK ? 1 : 0;
+}
+
+LRESULT AppWindow::volume() const {
+    Microsoft::WRL::ComPtr<IBasicAudio> audio;
+    LONG hundredths = 0;
+    const bool known = graph_ && SUCCEEDED(graph_->QueryInterface(IID_IBasicAudio, &audio)) &&
+                       SUCCEEDED(audio->get_Volume(&hundredths));
+    return known ? headunit::kQuietest + hundredths : 0;
 }
 
 void AppWindow::dispatch(UINT_PTR timer) {

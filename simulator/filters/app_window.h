@@ -1,8 +1,6 @@
 // A message-only window on the application's thread: through it the unit's tools put events into
-// the graph that is playing, and filters get a timer on that thread.
-//
-// Class "headunit.filters". It takes the registered message "HEADUNIT_GRAPH_EVENT": wParam is the
-// event code, lParam the first parameter, the second is 0; the result is 1 when a graph took it.
+// the graph that is playing and ask how loud it is, and filters get a timer on that thread. What it
+// takes: simulator/shared/filters_window.h.
 #pragma once
 
 #include <dshow.h>
@@ -35,6 +33,7 @@ public:
 private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM w, LPARAM l);
     LRESULT inject(LONG code, LONG_PTR parameter);
+    LRESULT volume() const;
     void dispatch(UINT_PTR timer);
 
     HWND window_ = nullptr;

@@ -7,6 +7,7 @@
 #include "simulator/hub/panel.h"
 #include "simulator/hub/requests.h"
 #include "simulator/processes/peer.h"
+#include "simulator/shared/filters_window.h"
 #include "simulator/tape/faults.h"
 #include "simulator/tape/registered.h"
 #include "simulator/tape/settled.h"
@@ -226,6 +227,18 @@ Answer taken(const Words& words) {
     return {};
 }
 
+// How loud the film is, in hundredths of a decibel; null when nothing sounds or the player is busy.
+Answer loudness(const Words&) {
+    constexpr UINT kPatience = 500;  // milliseconds
+    const HWND window = FindWindowExW(HWND_MESSAGE, nullptr, headunit::kFiltersWindow, nullptr);
+    DWORD_PTR result = 0;
+    if (window != nullptr) {
+        SendMessageTimeoutW(window, RegisterWindowMessageW(headunit::kGraphVolumeMessage), 0, 0,
+                            SMTO_ABORTIFHUNG, kPatience, &result);
+    }
+    return {true, result == 0 ? Json() : Json(static_cast<long>(result) - headunit::kQuietest)};
+}
+
 struct Request {
     const char* name;
     std::size_t words;  // at least, the name included
@@ -258,6 +271,7 @@ constexpr Request kRequests[] = {
     {"settle", 2, &settle},
     {"taken", 2, &taken},
     {"refused", 2, &refused},
+    {"loudness", 1, &loudness},
 };
 
 }  // namespace

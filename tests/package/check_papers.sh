@@ -64,8 +64,8 @@ done
 
 # The scenario page and what the reader takes.
 page=$(plain "$papers/headunit-scenario.5")
-subjects=$(sed -n '/kSubjects\[\] = {/,/};/p' "$root"/simulator/command/expect_*.cpp |
-    grep -oE '\{"[a-z.]+"' | tr -d '{"' | sort -u)
+subjects=$(sed -n '/\(kSubjects\[\]\|kPatterns\) = {/,/};/p' "$root"/simulator/command/expect_*.cpp |
+    grep -oE '^ {4,8}\{"[a-z.]+"' | tr -d ' {"' | sort -u)
 expect "subjects in the reader" yes "$([ "$(echo "$subjects" | wc -l)" -ge 20 ] && echo yes)"
 for subject in $subjects; do
     expect "headunit-scenario(5) has $subject" yes "$(echo "$page" | grep -qw "$subject" && echo yes)"

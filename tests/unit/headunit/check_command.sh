@@ -75,6 +75,11 @@ step "no word at all" refused 2 'usage: headunit VERB .*headunit --help'
 step "a verb that there is not" refused 2 'there is no verb "bot"; see: ./headunit --help' bot
 step "a number out of range" refused 2 \
     'SECONDS must be a number from 1 to 3600; usage: headunit film FILE.mp4 SECONDS' film a.mp4 0
+step "no word behind a verb" refused 2 '^headunit: a word is missing; usage: headunit key play' key
+step "no verb within a verb" refused 2 '^headunit: a word is missing; usage: headunit card insert' card
+step "words too many" refused 2 '^headunit: too much: a; usage: headunit kill$' kill a
+step "a message that there is not" refused 2 \
+    '^headunit: NAME must be one of MSG_ProcessManagertoMovie, .*MSG_TO_ANI_WAITING; usage' send MSG_No 0 0
 step "no speed" refused 2 'name a speed; usage: headunit drive \[--chart\] KMH|off' drive
 no_device() {
     "$headunit" --device= state 2>"$work/error"
@@ -94,7 +99,7 @@ step "a tape on which nothing was done" refused 1 'nothing was done on the tape'
 printf '{"ms": 1, "kind": "sound"}\nnonsense\n' >"$work/no.jsonl"
 step "what is no tape" refused 1 'no.jsonl:2: this is no line of a tape' replay "$work/no.jsonl"
 for wrong in 'bot|there is no verb "bot"' \
-    'key stop|WORD must be play, next or prev; usage: headunit key play|next|prev' \
+    'key stop|the word must be play, next or prev; usage: headunit key play|next|prev' \
     'put nosuch.avi USB/a.avi|there is no nosuch.avi'; do
     printf 'boot\n%s\n' "${wrong%%|*}" >"$work/wrong.scn"
     step "a scenario with: ${wrong%%|*}" refused 2 "wrong.scn:2: ${wrong#*|}" \
@@ -208,6 +213,17 @@ plays_on() { [ "$(ended)" = "$before" ]; }
 step "a wrong path is found before the player is ended" refused 1 'there is no file /no/such' \
     restart /no/such
 step "and the player plays on" plays_on
+
+# Step 5 of the volume, silence while somebody talks, and the step again (graph/filter_run.cpp).
+is_as_loud_as() { unit state --json | grep -q "\"loudness\": $1[,}]"; }
+step "the volume that sounds" soon is_as_loud_as -4500
+unit send MSG_ProcessManagertoMovie 15007 0
+step "silence during a call" soon is_as_loud_as -10000
+unit send MSG_ProcessManagertoMovie 15008 0
+step "and sound again" soon is_as_loud_as -4500
+unit key play
+unit send MSG_ProcessManagertoMovie 20506 0
+step "nothing sounds when nothing plays" soon is_as_loud_as null
 
 # --- Pictures and films ---------------------------------------------------------------------------
 # A frame may be missing at either end when the machine is busy.

@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"Point", "touch 1220 0\n",
               "1: X must be a number from 0 to 1219; usage: headunit touch X Y"},
         Wrong{"Key", "\nkey stop\n",
-              "2: WORD must be play, next or prev; usage: headunit key play|next|prev"},
+              "2: the word must be play, next or prev; usage: headunit key play|next|prev"},
         Wrong{"Number", "send MSG_SystemBroadcast one 1\n", "1: WPARAM must be a number from"},
         Wrong{"Volume", "card insert CDROM\n",
               "1: VOLUME must be SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4; usage: headunit "
@@ -163,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"Missing", "send MSG_SystemBroadcast 1\n",
               "1: LPARAM is required; usage: headunit send"},
         Wrong{"Fails", "fails drive one\n", "1: KMH must be a number from 0 to 400, or off"},
-        Wrong{"TooMany", "fails drive 1 two\n", "1: The following argument was not expected: two"},
+        Wrong{"TooMany", "fails drive 1 two\n", "1: too much: two"},
         Wrong{"FailsVerb", "fails fly\n", "1: there is no verb \"fly\""},
         Wrong{"FailsAlone", "fails\n", "1: fails needs a verb"},
         Wrong{"MessageName", "expect no message MSG_Typo * *\n",
