@@ -227,9 +227,9 @@ TEST(PaintFullWidth, TheMorningHasAMarkOfItsOwn) {
 }
 
 TEST(PaintHalfWidth, TheNameIsDrawnWhereItIsDamaged) {
-    const std::string name = "text 24 E6F0F4 12,8,300,38 32772 출발.avi";
-    EXPECT_TRUE(holds(halfWidth(playing(), {299, 37, 300, 38}), name));
-    EXPECT_FALSE(holds(halfWidth(playing(), {300, 37, 400, 39}), name));
+    const std::string name = "text 24 E6F0F4 12,13,300,43 32772 출발.avi";
+    EXPECT_TRUE(holds(halfWidth(playing(), {299, 42, 300, 43}), name));
+    EXPECT_FALSE(holds(halfWidth(playing(), {300, 42, 400, 44}), name));
 }
 
 TEST(PaintFullWidth, AMissingBackgroundIsBlack) {
@@ -247,7 +247,7 @@ TEST(PaintHalfWidth, WhilePlayingMuted) {
     view.muted = true;
     EXPECT_EQ(halfWidth(view),
               (Lines{"region B1 0,0,400,480", "fill F800F8 0,60,400,320", "draw B17 81,420",
-                     "draw B19 2,360", "text 24 E6F0F4 12,8,300,38 32772 출발.avi",
+                     "draw B19 2,360", "text 24 E6F0F4 12,13,300,43 32772 출발.avi",
                      "text 24 E6F0F4 251,320,399,340 5 00:00:30",
                      "text 24 CBC3B9 251,340,399,360 5 00:01:00", "into B2 8,337,127,343",
                      "draw B15 122,331", "into B3 170,382,239,392", "fill 7286FF 170,382,239,392",
