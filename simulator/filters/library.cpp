@@ -8,15 +8,46 @@
 #include "simulator/filters/caption_renderer.h"
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/demux_filter.h"
-#include "simulator/filters/failing_source.h"
 #include "simulator/filters/null_decoder.h"
 #include "simulator/filters/registration.h"
 #include "simulator/filters/video_renderer.h"
 #include "simulator/tape/faults.h"
+#include "simulator/tape/tape.h"
 
 namespace filters {
 
 namespace {
+
+// Stands in for the system's file reader while the fault RenderResult is set: opening any file
+// fails with that result, which IGraphBuilder::RenderFile then returns. For this the library is
+// registered as the reader's class; without the fault it hands out the system's own.
+class FailingSource final : public BaseFilter, public IFileSourceFilter {
+public:
+    explicit FailingSource(HRESULT result) : BaseFilter(CLSID_AsyncReader), result_(result) {}
+
+    FILTERS_JOIN_UNKNOWN(BaseFilter)
+
+    HRESULT STDMETHODCALLTYPE Load(LPCOLESTR path, const AM_MEDIA_TYPE*) override {
+        tape::Line("filter")
+            .text("filter", L"file source")
+            .text("what", L"open failed by command")
+            .text("path", path)
+            .number("result", result_);
+        return result_;
+    }
+    HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR*, AM_MEDIA_TYPE*) override {
+        return E_UNEXPECTED;
+    }
+
+protected:
+    void* findInterface(REFIID iid) override {
+        return iid == IID_IFileSourceFilter ? static_cast<IFileSourceFilter*>(this) : nullptr;
+    }
+    PinList pins() override { return {}; }
+
+private:
+    const HRESULT result_;
+};
 
 template <class Filter, class... Arguments>
 BaseFilter* make(Arguments... arguments) {

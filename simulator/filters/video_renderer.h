@@ -8,8 +8,9 @@
 
 #include "graph/vendor_interfaces.h"
 #include "simulator/filters/base_filter.h"
+#include "simulator/filters/base_pin.h"
 #include "simulator/filters/owner_window_face.h"
-#include "simulator/filters/video_input.h"
+#include "simulator/filters/picture_type.h"
 #include "simulator/filters/video_layer.h"
 
 namespace filters {
@@ -49,13 +50,6 @@ public:
     HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
     HRESULT STDMETHODCALLTYPE setValue(DWORD value) override;
 
-    // From the input pin.
-    bool available() const { return available_; }
-    HRESULT receive(IMediaSample* sample);
-    HRESULT endOfStream();
-    HRESULT beginFlush();
-    HRESULT endFlush();
-
 protected:
     void* findInterface(REFIID iid) override;
     PinList pins() override;
@@ -64,6 +58,55 @@ private:
     using Lock = std::unique_lock<std::mutex>;
 
     ~VideoRenderer() override;
+
+    class Input final : public SamplePin {
+    public:
+        explicit Input(VideoRenderer* renderer)
+            : SamplePin(renderer, L"Input"), renderer_(renderer) {}
+
+        HRESULT STDMETHODCALLTYPE EndOfStream() override { return renderer_->endOfStream(); }
+        HRESULT STDMETHODCALLTYPE BeginFlush() override { return renderer_->beginFlush(); }
+        HRESULT STDMETHODCALLTYPE EndFlush() override { return renderer_->endFlush(); }
+        HRESULT STDMETHODCALLTYPE Receive(IMediaSample* sample) override {
+            return renderer_->receive(sample);
+        }
+        HRESULT STDMETHODCALLTYPE GetAllocator(IMemAllocator** allocator) override {
+            *allocator = nullptr;
+            return VFW_E_NO_ALLOCATOR;
+        }
+        HRESULT STDMETHODCALLTYPE NotifyAllocator(IMemAllocator* allocator, BOOL readOnly) override;
+        HRESULT STDMETHODCALLTYPE GetAllocatorRequirements(ALLOCATOR_PROPERTIES* wanted) override {
+            *wanted = {3, 0, 0, 0};  // one on the screen, one that waits, one that is decoded into
+            return S_OK;
+        }
+
+        const PictureFormat& format() const { return format_; }
+        // Whether the decoder can go on while one of its buffers is held.
+        bool mayKeep() const { return buffers_ > 1; }
+        // A sample may bring a new type with it.
+        bool changeFormat(const AM_MEDIA_TYPE& type) { return readPictureFormat(type, &format_); }
+
+    protected:
+        HRESULT checkType(const AM_MEDIA_TYPE& type) override {
+            return renderer_->available_ && readPictureFormat(type, nullptr) ? S_OK : S_FALSE;
+        }
+        HRESULT connected(IPin*, const AM_MEDIA_TYPE& type) override {
+            return changeFormat(type) ? S_OK : VFW_E_TYPE_NOT_ACCEPTED;
+        }
+        void disconnected() override { allocator_.Reset(); }
+
+    private:
+        VideoRenderer* const renderer_;
+        ComPtr<IMemAllocator> allocator_;
+        long buffers_ = 0;
+        PictureFormat format_;
+    };
+
+    // What comes to the input pin.
+    HRESULT receive(IMediaSample* sample);
+    HRESULT endOfStream();
+    HRESULT beginFlush();
+    HRESULT endFlush();
     void draw(IMediaSample* sample);
     void setCued(bool cued);
     // Waits, with the lock held, until the picture of this stream time is due; false when the
@@ -87,7 +130,7 @@ private:
     COLORREF key_ = RGB(0xF8, 0, 0xF8);
     bool keyEnabled_ = true;
     VideoLayer::Placement placement_;
-    VideoInput input_{this};
+    Input input_{this};
     ComPtr<IUnknown> seeking_;  // aggregated: IMediaSeeking and IMediaPosition upstream
 };
 

@@ -43,6 +43,14 @@ bool VideoRenderer::waitUntilDue(Lock& lock, REFERENCE_TIME time) {
     }
 }
 
+HRESULT VideoRenderer::Input::NotifyAllocator(IMemAllocator* allocator, BOOL) {
+    ALLOCATOR_PROPERTIES properties{};
+    allocator_ = allocator;
+    buffers_ =
+        allocator && SUCCEEDED(allocator->GetProperties(&properties)) ? properties.cBuffers : 0;
+    return S_OK;
+}
+
 HRESULT VideoRenderer::receive(IMediaSample* sample) {
     Lock lock(lock_);
     if (state_ == State_Stopped) {
