@@ -64,6 +64,7 @@ TEST_F(MessageTable, RegisteringAgainBeginsItAnew) {
     EXPECT_TRUE(shell::registerMessages());
     EXPECT_EQ(appState.messageTable.count, 22);
     EXPECT_EQ(appState.messageTable.rows[0].message, platform::kCreateMessage);
+    EXPECT_EQ(appState.connectMode, 0) << "rows that keep no number write none";
 }
 
 TEST_F(MessageTable, WhatIsHandledIsAnsweredWithZero) {

@@ -279,8 +279,8 @@ TEST_F(List, AKeyTurnsOnePage) {
 TEST_F(List, ThePressedRowIsLookedUpInTheListAsItIs) {
     appState.screens.rows = {};
     touch(0x201, 300, 90);
-    EXPECT_EQ(appState.screens.touch.pressedKey, ui::kListRowKeys);
-    touch(0x202, 799, 479);
+    EXPECT_NE(touch(0x202, 300, 90).find("sound 0\n"), std::string::npos);
+    EXPECT_EQ(test::shown(appState.browseFolderPath), R"(\SDMMCDisk\Record\sub)");
 }
 
 TEST_F(List, WhatIsSeenIsTheList) {
