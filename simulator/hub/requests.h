@@ -12,12 +12,19 @@ struct Answer {
     Json value = nullptr;  // of a bad one the reason
 };
 Answer failed(const std::string& why);
+// The command has looked at its numbers; 0 for what is none.
+long long numberOf(const std::string& word);
 
 // Carries out a request. Any thread.
 Answer execute(const Words& words);
 
 // Whether the board told that the sound is muted, 1 or 0; -1 before it told anything.
 int muted();
+
+// requests_storage.cpp
+Answer listing(const Words& words);
+Answer connect(const Words& words);
+Answer fault(const Words& words);
 
 // requests_power.cpp
 Answer startProgram(const Words& words);

@@ -25,12 +25,8 @@ Answer startProgram(const Words& words) {
 
 // await TITLE MILLISECONDS: until there is a window of that title.
 Answer awaitWindow(const Words& words) {
-    long long patience = 0;
-    if (!headunit::parseNumber(words[2], patience)) {
-        return failed("the time must be a number of milliseconds");
-    }
     const std::wstring title = wide(words[1]);
-    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(patience);
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(numberOf(words[2]));
     while (FindWindowW(nullptr, title.c_str()) == nullptr) {
         if (GetTickCount64() >= end) {
             return failed("no window \"" + words[1] + "\" appeared");
