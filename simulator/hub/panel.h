@@ -14,6 +14,8 @@ namespace hub {
 
 inline constexpr int kPanelLeft = 800;
 inline constexpr int kPanelHeight = 480;
+// From here on a caption has room for its key, and the tape for the kind of its lines.
+inline constexpr int kWidePanel = 320;
 inline constexpr wchar_t kPanelFace[] = L"NanumGothicCoding";  // its backslash is one
 
 // Opens the panel right of the screen, `width` pixels wide. Null when the window cannot be made.

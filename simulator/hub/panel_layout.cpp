@@ -20,7 +20,6 @@ constexpr int kRows = 6;   // of the longest page
 constexpr int kStatusTop = kTabs + kRows * kRow + 4;
 constexpr int kStatusHeight = 34;
 constexpr int kGap = 4;
-constexpr int kWidePanel = 320;  // from here on a caption has room for its key
 
 constexpr wchar_t kButton[] = L"BUTTON";
 constexpr wchar_t kLabel[] = L"STATIC";
@@ -208,6 +207,10 @@ void createControls(HWND panel, int width) {
     InitCommonControlsEx(&kUsed);
     const HWND tabs = add(panel, WC_TABCONTROLW, L"", WS_VISIBLE | WS_TABSTOP | TCS_FOCUSNEVER,
                           {0, 2, width, kTabs}, kPages);
+    if (width < kWidePanel) {  // all five side by side
+        SendMessageW(tabs, TCM_SETPADDING, 0, MAKELPARAM(3, 3));
+        SendMessageW(tabs, TCM_SETMINTABWIDTH, 0, 20);
+    }
     for (int page = 0; page < static_cast<int>(std::size(kPageNames)); ++page) {
         TCITEMW item = {};
         item.mask = TCIF_TEXT;

@@ -17,8 +17,10 @@ constexpr int kMostLines = 2000;  // older ones leave the list
 struct Column {
     const wchar_t* name;
     int width;  // pixels
+    int narrow;
 };
-constexpr Column kColumns[] = {{L"s", 66}, {L"kind", 76}, {L"what", 2000}};
+// On a narrow panel what happened needs no kind.
+constexpr Column kColumns[] = {{L"s", 72, 66}, {L"kind", 76, 0}, {L"what", 2000, 2000}};
 
 void setCell(HWND list, int row, int column, std::wstring text) {
     LVITEMW item = {};
@@ -53,10 +55,11 @@ void createTapeList(HWND panel, const RECT& area) {
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(kTapeList)), GetModuleHandleW(nullptr),
         nullptr);
     SendMessageW(list, WM_SETFONT, reinterpret_cast<WPARAM>(panelFont()), FALSE);
+    const bool isNarrow = area.right - area.left < kWidePanel;
     for (int i = 0; i < static_cast<int>(std::size(kColumns)); ++i) {
         LVCOLUMNW column = {};
         column.mask = LVCF_TEXT | LVCF_WIDTH;
-        column.cx = kColumns[i].width;
+        column.cx = isNarrow ? kColumns[i].narrow : kColumns[i].width;
         column.pszText = const_cast<wchar_t*>(kColumns[i].name);
         SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i),
                      reinterpret_cast<LPARAM>(&column));
