@@ -28,7 +28,10 @@ compile() {
 }
 compile figures figures_main
 compile bare_graph bare_graph
-find out/samples -type f ! -name '.*' -exec ln -t "$device/SDMMCDisk/Mixed" {} +
+number=0 # both cards have recordings of one name
+while read -r file; do
+  ln "$file" "$device/SDMMCDisk/Mixed/$((++number))_${file##*/}"
+done < <(find out/samples -path '*/.*' -prune -o -type f -print | sort)
 cp tests/scenarios/media/* "$device/SDMMCDisk/Mixed"
 printf 'no recording' >"$device/SDMMCDisk/Mixed/words.avi"
 trap '"$headunit" kill --device "$device"' EXIT
