@@ -2,6 +2,7 @@
 // checksums are counted bit by bit, as the standard has them, and held against its own example.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "file_bytes.h"
