@@ -3,6 +3,7 @@ tests, those that reach it are run, the quickest first."""
 
 import json
 import os
+import re
 import shutil
 import sys
 import threading
@@ -25,13 +26,14 @@ class Test:
 
 
 class Switchboard:
-    def __init__(self, folder, asan, faults, seconds):
+    def __init__(self, folder, asan, faults, seconds, skip):
         """faults: all of the folder; the number of each is its place, counted from 1. seconds: the
-        most that the tests of one fault may take, as far as they took it without a fault."""
+        most that the tests of one fault may take, as far as they took it without a fault. skip: a
+        pattern of tests that are not asked."""
         self.tree = Tree("switched", folder, asan, f" -Wno-narrowing -I{ROOT}/tests/mutants")
         self.faults = dict(enumerate(faults, 1))
         self.names = {fault["name"]: number for number, fault in self.faults.items()}
-        self.seconds = seconds
+        self.seconds, self.skip = seconds, skip
         self.store = OUT / f"{folder}.left_out.json"
         self.switched = {}
         self.tests = []
@@ -39,8 +41,6 @@ class Switchboard:
 
     def prepare(self):
         self.tree.path.mkdir(parents=True, exist_ok=True)
-        self.tree.update()
-        self.tree.configure()
         self.build()
         self.trace()
 
@@ -51,11 +51,15 @@ class Switchboard:
         of_path = defaultdict(dict)
         for number, fault in self.faults.items():
             of_path[fault["path"]][number] = fault["fault"]
-        for _ in range(ROUNDS):
+        for turn in range(ROUNDS):
             self.switched = {path: Switched((ROOT / path).read_text(), faults, left_out,
                                             {name for where, name in kept if where == path})
                              for path, faults in of_path.items()}
             self.tree.update({path: one.text for path, one in self.switched.items()})
+            if turn == 0:
+                self.tree.configure()
+            self.store.write_text(json.dumps({
+                "faults": sorted(self.faults[n]["name"] for n in left_out), "names": sorted(kept)}))
             status, printed = self.tree.make(keep=0)
             if status == 0:
                 break
@@ -69,8 +73,6 @@ class Switchboard:
             kept |= {(paths[real], name) for real, name in names}
         else:
             sys.exit("mutants: the faults do not build together")
-        self.store.write_text(json.dumps(
-            {"faults": sorted(self.faults[n]["name"] for n in left_out), "names": sorted(kept)}))
 
     def trace(self):
         """Finds the tests, and which faults each of them reaches."""
@@ -84,7 +86,7 @@ class Switchboard:
             suite = ""
             for line in printed.splitlines():
                 word = line.split("#")[0].strip()
-                if line.startswith("  "):
+                if line.startswith("  ") and not re.search(self.skip, suite + word):
                     self.tests.append(Test(command, where, suite + word))
                 elif word.endswith("."):
                     suite = word

@@ -41,6 +41,7 @@ class Relaxed:
     reach: int
     put: str
     name: str
+    possible: bool  # a consteval cannot be anything else
     others: dict = field(default_factory=dict)
 
 
@@ -75,9 +76,8 @@ class Extents:
     def is_outer(self, i, level):
         """Whether the token is an operator that the expression does not reach across."""
         token = self.tokens[i]
-        if token.text in ("?", ":"):
-            return True
-        return is_binary(self.text, token) and PRECEDENCE.get(token.text, 0) > level
+        return (token.text in ("?", ":") or is_binary(self.text, token)) and \
+            PRECEDENCE.get(token.text, 0) > level
 
     def right(self, i, level):
         """The end of the operand that begins with this token, for an operator of this level."""
@@ -102,7 +102,7 @@ class Extents:
         while i >= 0:
             token = self.tokens[i]
             behind = self.tokens[first].text if i < last else "."
-            if token.text in ("(", "[", "{", ",", ";") or token.text in BEFORE_OPERAND:
+            if token.text in ("(", "[", "{", ",", ";", "?", ":") or token.text in BEFORE_OPERAND:
                 break
             if self.is_outer(i, level) or (token.text == "}" and behind not in (".", "->", "(")):
                 break
@@ -150,12 +150,19 @@ class Extents:
             i -= 1
         return self.tokens[i].text == "?"
 
+    def parameters(self):
+        """The parameter lists of templates."""
+        return [(token.start, self.tokens[self.angle(i + 1, 1)].end)
+                for i, token in enumerate(self.tokens) if token.text == "template"]
+
     def relaxed(self):
         for i, token in enumerate(self.tokens):
             behind = self.tokens[min(i + 1, len(self.tokens) - 1)].text
             if token.text == "constinit":
                 if behind != "const":
                     continue
+            elif token.text == "consteval":
+                pass
             elif token.text != "constexpr" or self.tokens[i - 1].text == "if" or behind == "const":
                 continue
             j = i + 1
@@ -174,7 +181,8 @@ class Extents:
                 if closes:
                     break
                 j += 1
-            yield Relaxed(token.start, token.end, self.tokens[j].end, put, self.tokens[name].text)
+            yield Relaxed(token.start, token.end, self.tokens[j].end, put, self.tokens[name].text,
+                          token.text != "consteval")
 
 
 class Switched:
@@ -187,9 +195,9 @@ class Switched:
         self.extents = Extents(source)
         self.pieces, self.owners, self.line = [], {}, 1
         self.numbers, self.names = set(), set()
-        nodes, constant = {}, []
+        nodes, constant = {}, self.extents.parameters()
         for one in self.extents.relaxed():
-            if one.name in kept:
+            if one.name in kept or not one.possible:
                 constant.append((one.start, one.reach))
             else:
                 nodes[one.start, one.end, None] = one
@@ -217,6 +225,16 @@ class Switched:
         self.nest(top, sorted(nodes.values(), key=lambda n: (n.start, -n.end)))
         self.emit_inner(top, ())
         self.text = "".join(self.pieces)
+
+    def statement(self, line):
+        """The faults of the statement that goes on from this line."""
+        found, lines = set(), self.text.split("\n")
+        while line <= len(lines):
+            found |= set(self.owners.get(line, ()))
+            if ";" in lines[line - 1]:
+                break
+            line += 1
+        return found
 
     def nest(self, top, nodes):
         stack = [top]
@@ -279,7 +297,7 @@ QUOTED = re.compile("[‘'](.*?)[’']")
 def faults_with_errors(printed, switched, where):
     """What a failed build speaks of: numbers of faults, and (path, name) of what must stay constexpr.
     `switched`: absolute path -> Switched; `where`: the folder of the build."""
-    numbers, kept = set(), set()
+    numbers, kept, unexplained = set(), set(), []
 
     def holding(words, paths):
         """Where one of these names is relaxed: in one of these files, or else in any."""
@@ -293,14 +311,18 @@ def faults_with_errors(printed, switched, where):
         kept |= holding(set(UNDEFINED.findall(block)), paths)
         if not any("error: " in line for _, _, line in lines):
             continue
-        words = {word for text in QUOTED.findall(block)
-                 for word in re.findall(r"\w+(?=\()|\w+$", text)}
+        words = {word for text in QUOTED.findall(block) for word in re.findall(r"\w+", text)}
         first = [x for x in lines if "error: " in x[2]]
         of_lines = set()
         for path, number, _ in first + [x for x in lines if x not in first]:
             of_lines = of_lines or set(switched[path].owners.get(number, ())
                                        if path in switched else ())
-        named = holding(words, paths)
+        named = holding(words, paths) if not of_lines else set()
         numbers |= of_lines
-        kept |= named if not of_lines else set()
+        kept |= named
+        if not of_lines and not named:
+            unexplained += [(path, number) for path, number, _ in first if path in switched]
+    if not numbers and not kept:
+        for path, number in unexplained:
+            numbers |= switched[path].statement(number)
     return numbers, kept
