@@ -95,7 +95,7 @@ play() {
   mark=$(lines)
   timeout 20 "$program" restart "SDMMCDisk/Soak/$2" --device "$device" >"$work/answer" 2>&1 ||
     { failed "$1" "$2 ($3): $(cat "$work/answer")"; return; }
-  tapes 'Player::OnPlay' "$mark" || taped '"kind": "box"' "$mark" ||
+  tapes 'Player::OnPlay|"kind": "box"' "$mark" ||
     failed "$1" "$2 ($3): neither plays nor is refused"
   answers || { failed "$1" "$2 ($3): no answer"; return; }
   took=$(($(date +%s%3N) - began))

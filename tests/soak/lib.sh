@@ -49,8 +49,8 @@ answers() {
     >"$work/answer" 2>&1
 }
 lines() { wc -l <"$log"; }
-# Whether the tape has this text behind line $2.
-taped() { tail -n "+$(($2 + 1))" "$log" | grep -qF -- "$1"; }
+# Whether a line of the tape behind line $2 has what $1 describes (an extended regular expression).
+taped() { tail -n "+$(($2 + 1))" "$log" | grep -qE -- "$1"; }
 # The same, once it is there: within the limit.
 tapes() {
   local deadline=$((SECONDS + limit))
