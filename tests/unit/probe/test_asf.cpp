@@ -159,5 +159,43 @@ TEST(Asf, ObjectsInsideEachOtherCostOneLinearWalk) {
     EXPECT_LE(outcome.bytesRead, 2 * bytes.size());
 }
 
+TEST(Asf, ATrackNumberOf16BitsIsReadWhole) {
+    for (const unsigned number : {0u, 7u, 256u, 65535u}) {
+        const Bytes bytes = asf::file(
+            {asf::audioStream(1), asf::extendedContent({asf::attribute(
+                                      u"WM/TrackNumber", 5, Builder().le16(number).take())})});
+        EXPECT_EQ(platform::toUtf8(probeBytes(bytes).info->track), std::to_string(number));
+    }
+}
+
+TEST(Asf, ATextThatIsCutKeepsItsLastLetter) {
+    for (const std::size_t length : {126u, 127u, 128u, 200u}) {
+        const std::u16string text(length, u'\uAC00');
+        const Bytes bytes = asf::file({asf::audioStream(1), asf::contentDescription(text, u"")});
+        EXPECT_EQ(std::u16string(probeBytes(bytes).info->title), text.substr(0, 127)) << length;
+    }
+    // Whole, it keeps half of a pair that the file itself has left so.
+    const std::u16string odd = u"a\xD800";
+    const Bytes bytes = asf::file({asf::audioStream(1), asf::contentDescription(odd, u"")});
+    EXPECT_EQ(std::u16string(probeBytes(bytes).info->title), odd);
+}
+
+TEST(Asf, WhatIsReadBeyondAnObjectUsesUpTheWalk) {
+    // Two objects whose single attribute reaches to the header's end: what they cover is walked
+    // again, and the steps end before the last object. Without that reach it is read.
+    for (const unsigned reach : {0u, 1u}) {
+        const Bytes carrier =
+            Builder().bytes(asf::guid(asf::kExtendedContent)).le64(26).le16(1).take();
+        const auto covering = [reach](std::size_t bytes) {
+            // Name of no bytes, type 1, a value of that many bytes; as an object, an unknown one.
+            return Builder().le16(0).le16(1).le16(reach * bytes).fill(10).le64(24).take();
+        };
+        const Bytes last = asf::fileProperties(5000);
+        const Bytes bytes = asf::file({carrier, covering(18 + 26 + 24 + last.size()), carrier,
+                                       covering(18 + last.size()), last});
+        EXPECT_EQ(probeBytes(bytes).info->durationSeconds, reach == 0 ? 5u : 0u);
+    }
+}
+
 }  // namespace
 }  // namespace probe_test

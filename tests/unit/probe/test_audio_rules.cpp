@@ -103,6 +103,48 @@ TEST(MpegAudioRules, XingStandsBehindTheSideInformation) {
     }
 }
 
+TEST(MpegAudioRules, ARunMayBeginAtABorderOfTheWindow) {
+    for (std::size_t at = 4085; at <= 4100; ++at) {
+        const Bytes bytes = join({Bytes(at), audio::frames(6), Bytes(2000, 0x55)});
+        EXPECT_EQ(probeBytes(bytes).claimed, 1) << at;
+    }
+}
+
+TEST(MpegAudioRules, AVbriHeaderMayEndAtABorderOfTheWindow) {
+    for (std::size_t at = 4040; at <= 4046; ++at) {
+        const Bytes bytes =
+            join({audio::id3v2(at - 10), audio::vbriFrame(50'175, 0), audio::frames(20)});
+        EXPECT_EQ(probeBytes(bytes).info->durationSeconds, 50'175u * 1152 / 44100) << at;
+    }
+}
+
+TEST(MpegAudioRules, TheFrameOfAVbriHeaderIsSilent) {
+    // 64 kbit/s behind a frame of 128.
+    const Bytes bytes = join({audio::id3v2(10), audio::vbriFrame(0, 0),
+                              audio::frames(20, {.bitRate = 5, .bytes = 208})});
+    EXPECT_EQ(probeBytes(bytes).info->audioBitRate, 64'000u);
+}
+
+// Pairs of frames of 128 and 160 kbit/s.
+Bytes varying(std::size_t pairs) {
+    Builder builder;
+    for (std::size_t i = 0; i < pairs; ++i) {
+        builder.bytes(audio::frame({})).bytes(audio::frame({.bitRate = 10, .bytes = 522}));
+    }
+    return builder.take();
+}
+
+TEST(MpegAudioRules, AVaryingRateIsMeasuredUpToTheFirstDamage) {
+    const Bytes bytes = join({audio::id3v2(10), varying(5), Bytes(5000, 0x55)});
+    EXPECT_EQ(probeBytes(bytes).info->audioBitRate, (417u + 522u) * 8 * 44100 / (2 * 1152));
+}
+
+TEST(MpegAudioRules, AVaryingRateIsMeasuredOver2MiB) {
+    const Bytes bytes = join({audio::id3v2(10), varying(2 * 1024 * 1024 / 939 + 1),
+                              audio::frames(1000, {.bitRate = 14, .bytes = 1044})});
+    EXPECT_NEAR(probeBytes(bytes).info->audioBitRate, (417 + 522) * 8 * 44100 / (2 * 1152), 20);
+}
+
 TEST(MpegAudioRules, AVersion1TagHas128Bytes) {
     // 8 kbit/s at 8 kHz: 72 bytes a frame, a thousand bytes a second.
     const audio::Frame frame{.version = 0, .bitRate = 1, .sampleRate = 2, .bytes = 72};

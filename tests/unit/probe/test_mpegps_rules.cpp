@@ -1,12 +1,14 @@
 // Single rules of program streams: clocks bit by bit, sequence headers, where a walk begins and
 // ends.
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "build_audio.h"
 #include "build_mpegps.h"
 #include "expectations.h"
 #include "probe/codec/mpeg_video.h"
+#include "probe/mpegps/audio.h"
 #include "probe/mpegps/pack.h"
 
 namespace probe_test {
@@ -125,6 +127,15 @@ TEST(MpegVideo, EveryBitOfTheExtensionCounts) {
     Bytes cut = ps::extension(1, 1, 1, 1, 1);
     cut.pop_back();
     EXPECT_EQ(with(cut).width, 352u) << "an extension that is cut says nothing";
+}
+
+// ITU-T H.262 Table 6-4, in units of 100 ns.
+TEST(MpegVideo, EveryFrameRateHasItsTime) {
+    constexpr auto kTimes = std::to_array<std::uint32_t>(
+        {0, 417083, 416667, 400000, 333667, 333333, 200000, 166833, 166667, 0, 0, 0, 0, 0, 0, 0});
+    for (unsigned code = 0; code < kTimes.size(); ++code) {
+        EXPECT_EQ(read(ps::sequence({.rate = code})).frameTime, kTimes[code]) << code;
+    }
 }
 
 TEST(MpegVideo, AHeaderOf8BytesIsEnough) {
@@ -258,6 +269,82 @@ TEST(MpegPs, TheFirstPackMayStandAt252) {
                          .take());
         EXPECT_EQ(probeBytes(bytes).claimed, at <= 252 ? 1 : 0) << at;
     }
+}
+
+TEST(MpegPs, OnlyAVideoCdIsSearchedBehind256Bytes) {
+    const Bytes stream =
+        Builder()
+            .fill(1000, 0x11)
+            .bytes(ps::pack2(0))
+            .bytes(
+                ps::packet2(0xE0, Builder().bytes(ps::sequence({})).bytes(ps::pictures()).take()))
+            .take();
+    const auto claimed = [&stream](std::string_view name, std::string_view form) {
+        return probeBytes(ps::file(Builder().text(name).le32(0).text(form).bytes(stream).take()))
+            .claimed;
+    };
+    EXPECT_EQ(claimed("RIFF", "CDXA"), 1);
+    EXPECT_EQ(claimed("RIFF", "CDXB"), 0);
+    EXPECT_EQ(claimed("RIFX", "CDXA"), 0);
+}
+
+TEST(MpegPs, AFrameHeaderMayBeAPacketsWholePayload) {
+    const Bytes header = {0xFF, 0xFD, 0x80, 0x00};  // layer II, 128 kbit/s
+    probe::PacketAudio audio;
+    EXPECT_EQ(probe::readPacketAudio(0xC0, header, audio), probe::AudioFound::Likely);
+    EXPECT_EQ(audio.layer, 2u);
+    EXPECT_EQ(probe::readPacketAudio(0xC0, std::span(header).first(3), audio),
+              probe::AudioFound::No);
+}
+
+// ISO/IEC 11172-1 2.4.3.3: '0010' before one time stamp, '0011' before two, of five bytes each.
+TEST(MpegPs, TimeStampsOfMpeg1StandBeforeThePayload) {
+    Bytes sound = audio::frame({.layer = 2, .bitRate = 8});
+    sound.resize(400);  // its next frame would lie in the next packet
+    for (const unsigned stamps : {2u, 3u}) {
+        const Bytes packet = Builder()
+                                 .be32(0x1C0)
+                                 .be16((stamps - 1) * 5 + sound.size())
+                                 .u8(stamps << 4 | 1)
+                                 .fill((stamps - 1) * 5 - 1, 0x01)
+                                 .bytes(sound)
+                                 .take();
+        const Bytes video = Builder().bytes(ps::sequence({})).bytes(ps::pictures()).take();
+        const Bytes bytes = ps::file(Builder()
+                                         .bytes(ps::pack1(0))
+                                         .bytes(ps::packet1(0xE0, video))
+                                         .bytes(packet)
+                                         .bytes(packet)
+                                         .take());
+        EXPECT_EQ(probeBytes(bytes).info->audioFormatTag, 0x50u) << stamps;
+    }
+}
+
+// Packs of 2,000 bytes 3 ms apart, with a leap of the clock before one of them.
+std::uint32_t secondsWithLeap(std::uint64_t leapMilliseconds) {
+    Builder builder;
+    for (unsigned i = 0; i < 400; ++i) {
+        const std::uint64_t ticks = i * 270 + (i < 215 ? 0 : leapMilliseconds * 90);
+        builder.bytes(ps::pack2(ticks))
+            .bytes(ps::packet2(0xE0, Builder()
+                                         .bytes(i == 0 ? ps::sequence({}) : Bytes())
+                                         .bytes(ps::pictures(1970))
+                                         .take()));
+    }
+    return probeBytes(builder.take()).info->durationSeconds;
+}
+
+TEST(MpegPsDuration, ALeapOfTenSecondsIsTime) {
+    EXPECT_EQ(secondsWithLeap(0), 1u);
+    EXPECT_EQ(secondsWithLeap(10'000), 11u);
+    EXPECT_EQ(secondsWithLeap(13'000), 1u) << "another recording";
+}
+
+TEST(MpegPsDuration, AClockThatRunsBackUnseenIsFound) {
+    // 45 s, then 45 s that begin 5 s before the first ones end: between the places looked at, ten
+    // seconds apart, the clock never seems to run back.
+    const Bytes bytes = Builder().bytes(stretch(0, 450)).bytes(stretch(40 * 90'000, 450)).take();
+    EXPECT_EQ(probeBytes(bytes).info->durationSeconds, 89u);
 }
 
 TEST(MpegPs, AVideoCdShorterThanItSaysEnds) {

@@ -147,6 +147,59 @@ TEST(AviRules, AnIndexCutInItsFirstEntry) {
     }
 }
 
+TEST(AviRules, OffsetsCountFromTheFirstMoviList) {
+    // The second list's first picture stands where the first one's does in its own.
+    const Bytes bytes = aviWithIndex(twoStreams(), chunk("00dc", volPayload(3)),
+                                     join({list("movi", chunk("00dc", volPayload(5))),
+                                           chunk("idx1", idx1Entry("00dc", 4, 64))}));
+    const Bytes single = withIndexOf(twoStreams(), {idx1Entry("00dc", 4, 64)});
+    EXPECT_NE(probeBytes(single).info->pixelAspectX, 0u);
+    EXPECT_EQ(probeBytes(bytes).info->pixelAspectX, probeBytes(single).info->pixelAspectX);
+}
+
+// An AVI whose picture or sound list has a super index of one entry.
+Outcome probeWithIndex(bool picture, std::uint64_t indexAt, std::uint32_t count) {
+    Bytes bytes;
+    std::uint64_t at = 0;
+    for (int pass = 0; pass < 2; ++pass) {
+        const Bytes super =
+            join({superIndex(picture ? "00dc" : "01wb", {{at, 32}}), chunk("JUNK", Bytes(64))});
+        const Bytes headers =
+            join({avih(40000), videoList("XVID", 64, 48, picture ? super : Bytes()),
+                  audioList(1, 2, 8000, 32000, picture ? Bytes() : super)});
+        bytes = aviWithIndex(headers, standardIndex(picture ? "00dc" : "01wb", 0, {}, count), {});
+        at = indexAt != 0 ? indexAt : moviTypeAt(headers) + 4;
+    }
+    return probeBytes(bytes);
+}
+
+TEST(AviRules, AnIndexWhosePlaceCannotBeSoughtFails) {
+    EXPECT_EQ(probeWithIndex(true, 0xFFFFFFFE, 0).info->containerType, 1u);
+    EXPECT_EQ(probeWithIndex(true, 0xFFFFFFFF, 0).info->containerType, 0u);
+    EXPECT_EQ(probeWithIndex(true, 0x100000000, 0).info->containerType, 1u);
+    EXPECT_EQ(probeWithIndex(true, 0x5FFFFFFFF, 0).info->containerType, 0u);
+}
+
+TEST(AviRules, ATableOfLessThan1GiBIsHad) {
+    // Four bytes an entry; sound has one entry more.
+    const std::uint32_t entries = 1u << 28;
+    EXPECT_EQ(probeWithIndex(true, 0, entries).lines, "ERROR: indx) video index alloc fail\n");
+    EXPECT_EQ(probeWithIndex(true, 0, entries - 1).lines, "");
+    EXPECT_EQ(probeWithIndex(false, 0, entries - 1).lines, "ERROR: indx) audio index alloc fail\n");
+    EXPECT_EQ(probeWithIndex(false, 0, entries - 2).lines, "");
+}
+
+TEST(AviRules, ASuperIndexThatTheFileCutsHasNoEntries) {
+    // The file ends behind the index's 24 bytes; its three entries would lead to the file's start.
+    const Bytes index = superIndex("00dc", {{0, 32}, {0, 32}, {0, 32}});
+    const Bytes whole =
+        riff("AVI ", join({chunk("JUNK", Bytes(300)),
+                           list("hdrl", join({avih(40000), videoList("XVID", 64, 48, index)}))}));
+    const Bytes cut = withoutLast(whole, 3 * 16);
+    EXPECT_EQ(probeBytes(cut).lines, "");
+    EXPECT_NE(probeBytes(whole).lines, "") << "the file's start as an index of 1,414,744,396";
+}
+
 TEST(WaveRules, EveryLetterOfTheFormCounts) {
     const Bytes good = sample("wave_pcm_stereo").build();
     for (const std::size_t at : {0u, 1u, 2u, 3u, 8u, 9u, 10u, 11u}) {

@@ -1,0 +1,172 @@
+// MP4 boxes that are shorter than what they should hold: the bytes behind them are another box's.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "build_mp4.h"
+#include "probing.h"
+
+namespace probe_test {
+namespace {
+
+const std::string kNoMemory = "[ERROR] MP4 Parse MEDIA memory alloc fail\n";
+
+Bytes tables(std::uint32_t samples) {
+    return join({table("stts", 1, {samples, 1000}), stsz(10, samples),
+                 table("stsc", 1, {1, samples, 1}), table("stco", 1, {100})});
+}
+
+// A whole file of one track; `stbl` are the sample table box's children.
+Outcome probeTrack(std::string_view handler, const Bytes& stbl) {
+    return probeBytes(join(
+        {ftyp("isom", "isom"), box("moov", track(handler, 1000, stbl)), box("free", Bytes(300))}));
+}
+
+TEST(Mp4Edges, ATableThatEndsBeforeItsCountIsNone) {
+    struct Case {
+        const char* type;
+        std::size_t head;  // of its body, the count included
+    };
+    for (const Case& one :
+         std::to_array<Case>({{"stts", 8}, {"stsc", 8}, {"stsz", 12}, {"stco", 8}})) {
+        for (const std::size_t missing : {0u, 1u, 8u}) {
+            const Outcome outcome =
+                probeTrack("vide", join({stsd(1, visualEntry("mp4v", 64, 48)),
+                                         box(one.type, Bytes(one.head - missing)), tables(2)}));
+            EXPECT_EQ(outcome.lines, missing == 0 ? "" : kNoMemory) << one.type << missing;
+        }
+    }
+}
+
+TEST(Mp4Edges, ADescriptionThatEndsBeforeItsCountIsNone) {
+    // What stands behind the short box would be a count of 0.
+    const Bytes zeros = Builder().be32(24).be32(0).fill(16).take();
+    for (const std::size_t held : {0u, 4u, 7u, 8u}) {
+        const Outcome outcome =
+            probeTrack("vide", join({box("stsd", Bytes(held)), zeros, tables(2)}));
+        EXPECT_EQ(outcome.lines, held == 8 ? "" : kNoMemory) << held;
+    }
+}
+
+TEST(Mp4Edges, OnlyPicturesAndSoundHaveTheirDescriptionRead) {
+    const Bytes shortEntry = box("free", Bytes(4));
+    for (const char* handler : {"vide", "soun", "hint", "text", "sbtl"}) {
+        const bool isRead = handler[0] == 'v' || std::string_view(handler) == "soun";
+        const Outcome outcome = probeTrack(handler, join({stsd(1, shortEntry), tables(2)}));
+        EXPECT_EQ(outcome.lines, isRead ? kNoMemory : "") << handler;
+    }
+}
+
+TEST(Mp4Edges, BytesBehindTheLastChildAreNoBox) {
+    // Seven bytes that would be the begin of a table box, and the eighth behind the parent's end.
+    const Bytes begun = Builder().be32(16).text("stt").take();
+    const Bytes next = Builder().text("s").fill(3).text("free").fill(8).take();
+    const Bytes stbl = box("stbl", join({stsd(1, visualEntry("mp4v", 64, 48)), tables(5), begun}));
+    const Bytes mdia =
+        box("mdia", join({mdhd(1000), hdlr("vide"), box("minf", join({stbl, next}))}));
+    const Outcome outcome =
+        probeBytes(join({ftyp("isom", "isom"), box("moov", box("trak", join({tkhd(), mdia}))),
+                         box("free", Bytes(300))}));
+    EXPECT_EQ(outcome.lines, "");
+    EXPECT_EQ(outcome.info->durationSeconds, 5u);
+}
+
+TEST(Mp4Edges, AMediaHeaderOneByteShortHasNoTimescale) {
+    // Its three bytes and the first of the next box would be a timescale of 768.
+    const Bytes cut = box("mdhd", Builder().fill(12).be24(3).take());
+    const Bytes minf =
+        box("minf", box("stbl", join({stsd(1, visualEntry("mp4v", 64, 48)), tables(5)})));
+    const Bytes mdia = box("mdia", join({cut, hdlr("vide"), minf}));
+    const Outcome outcome =
+        probeBytes(join({ftyp("isom", "isom"), box("moov", box("trak", join({tkhd(), mdia}))),
+                         box("free", Bytes(300))}));
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_EQ(outcome.info->durationSeconds, 0u);
+}
+
+TEST(Mp4Edges, AnAvcConfigurationWithoutALengthHasNoSet) {
+    // Seven bytes end within the set's length. With the next byte it would be 256, and the box
+    // behind would be a set: its size the profile, the last three letters 12:11.
+    const Bytes cut =
+        box("avcC", Builder().u8(1).u8(66).u8(0).u8(30).u8(0xFF).u8(0xE1).u8(1).take());
+    const Bytes behind = Builder().be32(16).u8('x').be24(0xDDCC08).fill(8).take();
+    const Bytes entry = visualEntry("avc1", 64, 48, join({cut, behind}));
+    const Outcome outcome = probeTrack("vide", join({stsd(1, entry), tables(5)}));
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_EQ(outcome.info->pixelAspectX, 0u);
+}
+
+Bytes soundOf(const Bytes& esDescriptors, unsigned flags = 0) {
+    const std::size_t size = 3 + esDescriptors.size();
+    const Bytes body = Builder()
+                           .be32(0)
+                           .u8(3)
+                           .u8(0x80 | size >> 7)
+                           .u8(size & 0x7F)
+                           .be16(1)
+                           .u8(flags)
+                           .bytes(esDescriptors)
+                           .take();
+    return join({stsd(1, audioEntry("mp4a", 2, 24000, box("esds", body))), tables(5)});
+}
+
+// ISO/IEC 14496-1 7.2.6: a decoder configuration of 64 kbit/s.
+Bytes decoderConfig() {
+    return Builder().u8(4).u8(13).u8(0x40).u8(0x15).be24(0).be32(99'000).be32(64'000).take();
+}
+
+TEST(Mp4Edges, ADescriptorsLengthHasSevenBitsAByte) {
+    for (const std::size_t length : {127u, 128u, 129u, 300u}) {
+        const Bytes other =
+            Builder().u8(6).u8(0x80 | length >> 7).u8(length & 0x7F).fill(length, 4).take();
+        const Outcome outcome = probeTrack("soun", soundOf(join({other, decoderConfig()})));
+        EXPECT_EQ(outcome.info->audioBitRate, 64'000u) << length;
+    }
+}
+
+TEST(Mp4Edges, TheStreamsPriorityAnnouncesNothing) {
+    for (unsigned priority = 0; priority < 32; ++priority) {
+        const Outcome outcome = probeTrack("soun", soundOf(decoderConfig(), priority));
+        EXPECT_EQ(outcome.info->audioBitRate, 64'000u) << priority;
+    }
+}
+
+TEST(Mp4Edges, ADecoderConfigurationThatIsCutHasNoBitRate) {
+    for (std::uint8_t size = 0; size < 13; ++size) {
+        Bytes cut = decoderConfig();
+        cut.resize(2u + size);
+        cut[1] = size;
+        const Outcome outcome = probeTrack("soun", soundOf(cut));
+        EXPECT_EQ(outcome.info->status, probe::kOk) << int{size};
+        EXPECT_EQ(outcome.info->audioBitRate, 0u) << int{size};
+    }
+}
+
+// How many words behind the minor version are looked at, for an ftyp box of `size` bytes.
+unsigned brandsLookedAt(std::uint32_t size) {
+    unsigned count = 0;
+    for (unsigned word = 0; word < 64; ++word) {
+        Bytes bytes = Builder().be32(size).text("ftypxxxx").be32(0x200).fill(300, 'x').take();
+        const Bytes brand = {'i', 's', 'o', 'm'};
+        std::ranges::copy(brand, bytes.begin() + 16 + 4 * static_cast<std::ptrdiff_t>(word));
+        count += probeBytes(bytes).claimed == 1 ? 1 : 0;
+    }
+    return count;
+}
+
+TEST(Mp4Edges, BrandsAreCountedFromTheSizeLess10) {
+    // One word for each four bytes begun, and none behind the first 256 bytes of the file.
+    EXPECT_EQ(brandsLookedAt(8), 0u);
+    EXPECT_EQ(brandsLookedAt(10), 0u);
+    EXPECT_EQ(brandsLookedAt(11), 1u);
+    EXPECT_EQ(brandsLookedAt(14), 1u);
+    EXPECT_EQ(brandsLookedAt(15), 2u);
+    EXPECT_EQ(brandsLookedAt(18), 2u);
+    EXPECT_EQ(brandsLookedAt(19), 3u);
+    EXPECT_EQ(brandsLookedAt(20), 3u);
+    EXPECT_EQ(brandsLookedAt(1000), 60u);
+}
+
+}  // namespace
+}  // namespace probe_test
