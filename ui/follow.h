@@ -10,8 +10,8 @@ struct ShownTime {
     double position, duration;  // seconds
 };
 
-// Invalidates the parts of a playback screen that look different at `to` and at `from`. `knob` is the
-// size of the knob's bitmap.
+// Invalidates the parts of a playback screen that look different at `to` and at `from`. `knob` is
+// the size of the knob's bitmap.
 void followTime(const PlayerLayout& layout, Size knob, bool playing, const ShownTime& from,
                 const ShownTime& to, TouchHost& host);
 
