@@ -47,9 +47,9 @@ median() { sort -n "$1" | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }
 rm -rf "$work/bare"
 # A prefix as Wine makes it: the unit's has the unit's filters alone.
 WINEPREFIX=$work/bare "$wine" wineboot -i
+WINEPREFIX=$work/bare wineserver -w
 start_display
 bare=$display
-DISPLAY=$bare WINEPREFIX=$work/bare "$wine" explorer /desktop=bench,800x480 &
 "$headunit" boot --headless --device "$unit" "$clip" >/dev/null
 player=$(tr -d '\r\n' <"$unit/.unit/display")
 start_display
@@ -92,6 +92,9 @@ run_bare() {
   note "$(sed -n 2p "$work/begun")" 1 bare-again
   mv "$work/seen.first" "$work/seen"
   note "$(sed -n 1p "$work/begun")" 1 bare-first
+  # What Wine runs beside it must not be in the way of the others.
+  WINEPREFIX=$work/bare wineserver -k
+  WINEPREFIX=$work/bare wineserver -w
 }
 # From the start of the process, which the kernel knows to 10 ms.
 begin_of() {
