@@ -88,8 +88,6 @@ bool listFolder(const std::string& path, Folder& folder) {
         return false;
     }
     errno = 0;
-    // The stream is this call's own.
-    // NOLINTNEXTLINE(concurrency-mt-unsafe)
     // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread walks, and this directory is its own.
     while (const dirent* entry = readdir(directory)) {
         const EntryKind kind =

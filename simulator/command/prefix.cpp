@@ -109,7 +109,9 @@ bool copyRegistryFiles(const fs::path& to) {
 bool preparePrefix(std::string& why) {
     const process::FileLock lock(lockFile(), LOCK_EX);
     const fs::path stampFile = prepared() / ".headunit";
-    const std::string stamp = stampOf(projectRoot() / kFilters) + ", " + stampOf(registryFile());
+    // A newer Wine updates a prefix at its next start, and its own filters come back with that.
+    const std::string stamp = stampOf(projectRoot() / kFilters) + ", " + stampOf(registryFile()) +
+                              ", " + stampOf(wineLoader());
     if (readLine(stampFile) == stamp) {
         return true;
     }

@@ -15,8 +15,8 @@ tests/unit/probe/make_media.sh $media
 mkdir -p out/many
 g++ -std=c++20 -O2 tests/bench/probe/bare_reads.cpp -o out/many/bare
 
-# links SOURCE...: `count` links below out/many/tree, the sources in turn; of a copy for each hundred folders, since
-# ext4 allows a file 65,000 names
+# links SOURCE...: `count` links below out/many/tree, the sources in turn; of new copies every fifty
+# folders, since ext4 allows a file 65,000 names
 links() {
     rm -rf out/many/tree
     python3 - "$count" "$@" <<'PYTHON'
