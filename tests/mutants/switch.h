@@ -10,7 +10,11 @@ namespace mutants {
 
 constexpr int kMost = 1 << 16;
 
-inline const int active = std::getenv("MUTANT") != nullptr ? std::atoi(std::getenv("MUTANT")) : 0;
+// Read before any variable is constructed.
+inline int active = 0;
+[[gnu::constructor(101)]] static void readActive() {
+    active = std::getenv("MUTANT") != nullptr ? std::atoi(std::getenv("MUTANT")) : 0;
+}
 inline unsigned char reached[kMost];
 
 // Adds to what is there: a test may start several programs.
@@ -36,4 +40,5 @@ inline const Trace trace;
 
 }  // namespace mutants
 
+#define MUTANT_EARLY [[gnu::init_priority(102)]]
 #define MUTANT(number) (mutants::reached[number] = 1, mutants::active == (number))

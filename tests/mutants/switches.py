@@ -4,9 +4,10 @@ when it starts (switch.h): one build then serves for all of them.
 An expression with a fault becomes `(MUTANT(n) ? (with the fault) : (as it is))`, a statement that a
 fault drops stands behind a condition. How far an expression reaches is told from the tokens alone.
 What cannot be told at run time - the value of a `case`, the size of an array - does not compile;
-the errors name the line, each line belongs to a fault, and that fault is left out (withoutErrors).
+the errors name the line, each line belongs to a fault, and that fault is left out (faults_with_errors).
 So that tables and small functions take part, `constexpr` becomes `const` or `inline` where the
-program allows it.
+program allows it, and `constinit` goes: a variable without an initialiser of its own gets its values
+before any other, as the constructors of other variables may use it.
 """
 
 import os
@@ -158,10 +159,7 @@ class Extents:
     def relaxed(self):
         for i, token in enumerate(self.tokens):
             behind = self.tokens[min(i + 1, len(self.tokens) - 1)].text
-            if token.text == "constinit":
-                if behind != "const":
-                    continue
-            elif token.text == "consteval":
+            if token.text in ("constinit", "consteval"):
                 pass
             elif token.text != "constexpr" or self.tokens[i - 1].text == "if" or behind == "const":
                 continue
@@ -173,6 +171,10 @@ class Extents:
                 name = self.opening(name) - 1
             is_function = self.tokens[j].text == "("
             put = "" if token.text == "constinit" else "inline" if is_function else "const"
+            if token.text == "constinit" and behind != "const":
+                if self.tokens[j].text != ";":
+                    continue
+                put = "MUTANT_EARLY"
             if is_function and "inline" in (self.tokens[i - 1].text, behind):
                 put = ""
             while self.tokens[j].text != ";":

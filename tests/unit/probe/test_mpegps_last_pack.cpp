@@ -34,7 +34,7 @@ TEST(MpegPsPlayTime, TheLastPackIsLookedForOver2MiB) {
 }
 
 TEST(MpegPsPlayTime, APackAcrossTwoLooksIsTheLast) {
-    constexpr std::uint64_t kEnd = 1 << 20;
+    constexpr std::uint64_t kEnd = 1 << 17;
     for (std::uint64_t at = kEnd - 4086 - 20; at < kEnd - 4086 + 20; ++at) {
         PackFile file(kEnd, [](std::uint64_t) { return kNone; });
         file.over[kPackEvery] = ps::pack2(90);
@@ -44,9 +44,9 @@ TEST(MpegPsPlayTime, APackAcrossTwoLooksIsTheLast) {
 }
 
 TEST(MpegPsPlayTime, OfSeveralPacksInALookTheLastCounts) {
-    PackFile file(1 << 20, [](std::uint64_t) { return kNone; });
+    PackFile file(1 << 17, [](std::uint64_t) { return kNone; });
     for (std::uint64_t i = 1; i <= 5; ++i) {
-        file.over[(1 << 20) - 300 + i * 14] = ps::pack2(i * 900);  // one directly behind the other
+        file.over[(1 << 17) - 300 + i * 14] = ps::pack2(i * 900);  // one directly behind the other
     }
     EXPECT_EQ(measure(file).duration, 50 * kMillisecond);
 }
@@ -58,7 +58,7 @@ Bytes damagedPack() {
 }
 
 TEST(MpegPsPlayTime, ADamagedPackBehindTheLastPrintsOneLineWhereverItLies) {
-    constexpr std::uint64_t kEnd = 1 << 20;
+    constexpr std::uint64_t kEnd = 1 << 17;
     constexpr const char* kLine = "ERROR: GetSCR ERROR\n";
     for (std::uint64_t at = kEnd - 4086 - 20; at < kEnd - 4086 + 20; ++at) {
         PackFile file(kEnd, [](std::uint64_t) { return kNone; });
@@ -77,9 +77,9 @@ TEST(MpegPsPlayTime, ADamagedPackBehindTheLastPrintsOneLineWhereverItLies) {
 
 TEST(MpegPsPlayTime, ADamagedPackAtTheEndPrintsWithItsWholeClock) {
     for (const std::uint64_t missing : {0u, 1u}) {
-        PackFile file((1 << 20) - missing, [](std::uint64_t) { return kNone; });
+        PackFile file((1 << 17) - missing, [](std::uint64_t) { return kNone; });
         file.over[kPackEvery] = ps::pack2(900);
-        file.over[(1 << 20) - kClockBytes] = damagedPack();
+        file.over[(1 << 17) - kClockBytes] = damagedPack();
         EXPECT_EQ(measure(file).lines, missing == 0 ? "ERROR: GetSCR ERROR\n" : "") << missing;
     }
 }
