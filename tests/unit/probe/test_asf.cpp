@@ -1,4 +1,6 @@
 // ASF headers.
+#include <algorithm>
+
 #include "build_asf.h"
 #include "expectations.h"
 #include "probe/asf/asf.h"
@@ -178,6 +180,80 @@ TEST(Asf, ATextThatIsCutKeepsItsLastLetter) {
     const std::u16string odd = u"a\xD800";
     const Bytes bytes = asf::file({asf::audioStream(1), asf::contentDescription(odd, u"")});
     EXPECT_EQ(std::u16string(probeBytes(bytes).info->title), odd);
+}
+
+// The play duration counts in units of 100 ns.
+TEST(Asf, APlayTimeEndsWithItsLastWholeSecond) {
+    for (const std::uint64_t units : {9'999'999u, 10'000'000u, 19'999'999u, 20'000'000u}) {
+        const Bytes play =
+            asf::object(asf::kFileProperties, Builder().fill(40).le64(units).fill(32).take());
+        EXPECT_EQ(probeBytes(asf::file({play})).info->durationSeconds, units / 10'000'000) << units;
+    }
+}
+
+TEST(Asf, AFileMayBeItsHeaderAlone) {
+    const Bytes padding = asf::object(asf::kUnknown, Bytes(400));
+    const Bytes whole = asf::file({padding, asf::audioStream(1)});
+    const Bytes header = withoutLast(whole, 300);
+    EXPECT_EQ(probeBytes(header).info->audioFormatTag, 0x161u);
+    EXPECT_EQ(probeBytes(withoutLast(header, 1)).info->containerType, 0u);
+}
+
+TEST(Asf, AnInnerObjectHasTimingByItsGuidAndWhenItIsWhole) {
+    const auto rateOf = [](const asf::Guid& guid, std::size_t missing) {
+        Bytes inner = asf::extendedStream(2, 500'000, 400'000);
+        std::ranges::copy(guid, inner.begin());
+        const Bytes bytes = asf::file({asf::videoStream(2), asf::headerExtension(inner)});
+        // The header ends so many bytes earlier; of the object four bytes are behind its fields.
+        const auto size = static_cast<std::uint32_t>(bytes.size() - 300 - missing);
+        return probeBytes(asf::file({asf::videoStream(2), asf::headerExtension(inner)}, 0, size))
+            .info->videoBitRate;
+    };
+    EXPECT_EQ(rateOf(asf::kExtendedStream, 0), 500'000u);
+    EXPECT_EQ(rateOf(asf::kUnknown, 0), 0u);
+    EXPECT_EQ(rateOf(asf::kExtendedStream, 4), 500'000u);
+    EXPECT_EQ(rateOf(asf::kExtendedStream, 5), 0u);
+}
+
+TEST(Asf, AHeaderThatCannotBeReadTellsNothing) {
+    const Bytes bytes = asf::file({asf::object(asf::kUnknown, Bytes(20'000)), asf::audioStream(1)});
+    ASSERT_EQ(probeBytes(bytes).info->audioFormatTag, 0x161u);
+    TestFile file(bytes);
+    file.badFrom = 20'100;
+    file.badTo = 20'101;
+    const Outcome outcome = probeFile(file);
+    EXPECT_EQ(outcome.claimed, 1);
+    EXPECT_EQ(outcome.info->containerType, 0u);
+    EXPECT_EQ(outcome.info->status, probe::kNotParsed);
+}
+
+TEST(Asf, ATrackNumberIsAsLongAsItsTypeAtLeast) {
+    struct Case {
+        unsigned type;
+        std::size_t bytes;
+    };
+    for (const Case& one : {Case{3, 4}, Case{4, 8}, Case{5, 2}}) {
+        for (const std::size_t bytes : {one.bytes - 1, one.bytes, one.bytes + 1}) {
+            const Bytes value = Builder().u8(9).padTo(bytes).take();
+            const Bytes file = asf::file(
+                {asf::audioStream(1),
+                 asf::extendedContent({asf::attribute(u"WM/TrackNumber", one.type, value)})});
+            EXPECT_EQ(probeBytes(file).info->hasTrack, bytes >= one.bytes ? 1u : 0u)
+                << one.type << ' ' << bytes;
+        }
+    }
+}
+
+TEST(Asf, ANameOf31BytesIsRead) {
+    for (const std::size_t length : {30u, 31u, 32u}) {
+        const Bytes name = Builder().bytes(asf::utf16(u"WM/Year")).padTo(length).take();
+        const Bytes year =
+            Builder().le16(length).bytes(name).le16(0).le16(8).bytes(asf::utf16(u"1999")).take();
+        EXPECT_EQ(probeBytes(asf::file({asf::audioStream(1), asf::extendedContent({year})}))
+                      .info->hasYear,
+                  length < 32 ? 1u : 0u)
+            << length;
+    }
 }
 
 TEST(Asf, WhatIsReadBeyondAnObjectUsesUpTheWalk) {

@@ -183,6 +183,46 @@ TEST(FlacRules, AnotherFirstBlockKeepsContainerAndFormat) {
     EXPECT_EQ(probeBytes(bytes).info->status, probe::kOk);
 }
 
+// RFC 9639 section 8.1: the frames begin behind the block whose header has its top bit set. The
+// bit rate tells where that is: a second of sound, so eight times the bytes of the frames.
+std::uint32_t flacFrameBytes(const Bytes& blocks, std::size_t bytes) {
+    return probeBytes(cutTo(join({audio::flac(44100, 44100, 2, false), blocks}), bytes))
+               .info->audioBitRate /
+           8;
+}
+
+TEST(FlacRules, TheFramesBeginBehindTheLastOf64Blocks) {
+    constexpr std::size_t kBytes = 1000, kInformation = 4 + 4 + 34;
+    const auto blocks = [](std::size_t count) {
+        Builder builder;
+        for (std::size_t i = 1; i < count; ++i) {
+            builder.be32(0x01000000);  // padding of no bytes
+        }
+        return builder.be32(0x81000002).be16(0).take();
+    };
+    for (const std::size_t count : {1u, 2u, 63u}) {
+        EXPECT_EQ(flacFrameBytes(blocks(count), kBytes), kBytes - kInformation - 4 * count - 2)
+            << count;
+    }
+    EXPECT_EQ(flacFrameBytes(blocks(64), kBytes), kBytes - kInformation)
+        << "the stream information is the first of the 64";
+}
+
+TEST(FlacRules, ASingleSampleHasABitRate) {
+    const Bytes bytes = cutTo(audio::flac(1, 100), 442);
+    EXPECT_EQ(probeBytes(bytes).info->audioBitRate, 400u * 8 * 100);
+}
+
+TEST(FlacRules, BlocksThatLeadBeyondTheFileEndWithTheInformation) {
+    constexpr std::size_t kBytes = 1000, kInformation = 4 + 4 + 34;
+    for (const std::size_t beyond : {0u, 1u}) {
+        const std::size_t length = kBytes - kInformation - 4 + beyond;
+        EXPECT_EQ(flacFrameBytes(Builder().be32(0x81000000 | length).take(), kBytes),
+                  beyond == 0 ? 0 : kBytes - kInformation)
+            << beyond;
+    }
+}
+
 TEST(Id3Rules, TheTopBitsOfASizeAreNotPartOfIt) {
     for (std::size_t byte = 6; byte < 10; ++byte) {
         Bytes bytes = join({audio::id3v2(200), cutTo(audio::flac(44100), 300)});

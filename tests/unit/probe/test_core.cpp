@@ -1,6 +1,7 @@
 // The record, the dispatcher, the readers: what every container family leans on.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -87,6 +88,30 @@ TEST(BitReader, CountsZerosUpToTheNextOne) {
     EXPECT_TRUE(reader.ok());
     EXPECT_EQ(reader.zeros(32), 12u) << "and no one behind them";
     EXPECT_FALSE(reader.ok());
+}
+
+TEST(BitReader, SkipsToTheEndAndNoFurther) {
+    const auto bytes = std::to_array<std::uint8_t>({0xFF, 0xFF});
+    for (const std::size_t count : {15u, 16u, 17u, 1000u}) {
+        probe::BitReader reader(bytes);
+        reader.skip(count);
+        EXPECT_EQ(reader.ok(), count <= 16) << count;
+        EXPECT_EQ(reader.bitPosition(), std::min<std::size_t>(count, 16)) << count;
+        reader.skip(0);
+        EXPECT_EQ(reader.ok(), count <= 16) << "the first failure holds: " << count;
+    }
+}
+
+TEST(BitReader, AFieldMayEndWithTheLastBit) {
+    const auto bytes = std::to_array<std::uint8_t>({0x12, 0x34});
+    for (unsigned width = 1; width <= 17; ++width) {
+        probe::BitReader reader(bytes);
+        reader.skip(16 - std::min(width, 16u));
+        static_cast<void>(reader.bits(width));
+        EXPECT_EQ(reader.ok(), width <= 16) << width;
+        EXPECT_EQ(reader.bit(), 0u);
+        EXPECT_FALSE(reader.ok()) << width;
+    }
 }
 
 TEST(FourCc, PutsTheFirstLetterHighest) {
@@ -300,19 +325,26 @@ TEST(MediaInfo, OpenClosesAFileThatIsStillHeld) {
 }
 
 TEST(Dispatcher, AsksTheTenRecognisersInTheirOrder) {
-    const char* const order[] = {"Still images",
-                                 "RIFF: AVI and WAVE",
-                                 "MP4 and 3GP",
-                                 "ASF",
-                                 "Ogg",
-                                 "MPEG program stream",
-                                 "MPEG audio",
-                                 "FLAC",
-                                 "Monkey's Audio",
-                                 "FLV"};
-    ASSERT_EQ(probe::recognisers().size(), std::size(order));
-    for (std::size_t i = 0; i < std::size(order); ++i) {
-        EXPECT_STREQ(probe::recognisers()[i].name, order[i]);
+    struct Row {
+        const char* name;
+        const char* looksAt;
+    };
+    constexpr Row kOrder[] = {
+        {"Still images", "the first 64 bytes: FF D8, GIF, BM or the PNG signature with IHDR"},
+        {"RIFF: AVI and WAVE", "the first 256 bytes: RIFF with the form AVI or WAVE"},
+        {"MP4 and 3GP", "the first 256 bytes: ftyp and its brands"},
+        {"ASF", "the first 256 bytes: the GUID of the Header Object"},
+        {"Ogg", "the first 256 bytes: OggS"},
+        {"MPEG program stream", "the first 256 bytes (VideoCD: 2 MiB): a pack start code"},
+        {"MPEG audio", "up to 2 MiB from offset 10: six frame headers in a row"},
+        {"FLAC", "256 bytes at the start or behind an ID3 tag: fLaC"},
+        {"Monkey's Audio", "the first 256 bytes: MAC"},
+        {"FLV", "the first 9 bytes: FLV"},
+    };
+    ASSERT_EQ(probe::recognisers().size(), std::size(kOrder));
+    for (std::size_t i = 0; i < std::size(kOrder); ++i) {
+        EXPECT_STREQ(probe::recognisers()[i].name, kOrder[i].name);
+        EXPECT_STREQ(probe::recognisers()[i].looksAt, kOrder[i].looksAt);
     }
 }
 

@@ -225,7 +225,7 @@ TEST(FlvRules, ValuesNestedDeeperThan64EndTheScript) {
             }
             // The key of the outermost array goes down to the number.
             EXPECT_EQ(widthOf(join({flv::text("onMetaData"), flv::ecmaArray({{"width", value}})})),
-                      depth <= probe::kFlvScriptDepth ? 480u : 0u)
+                      depth <= 64 ? 480u : 0u)
                 << kind << ' ' << depth;
         }
     }
@@ -251,7 +251,23 @@ TEST(FlvRules, SorensonSizesBitByBit) {
     EXPECT_EQ(picture({0x80, 1, 0, 0, 0, 0, 0}), (Size{352, 288}));
     EXPECT_EQ(picture({0x80, 1, 0x80, 0, 0, 0, 0}), (Size{176, 144}));
     EXPECT_EQ(picture({0x80, 0xFD, 0, 0, 0, 0, 0}), (Size{352, 288})) << "two bits of byte 4";
-    EXPECT_EQ(picture({0x88, 1, 0, 0, 0, 0, 0}), (Size{0, 0})) << "another version";
+    // The version's five bits stand between the start code's last and the first of the next field.
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        const bool isKnown = (byte >> 2 & 0x1F) <= 1;
+        EXPECT_EQ(picture({byte, 1, 0, 0, 0, 0, 0}), isKnown ? Size(352, 288) : Size(0, 0)) << byte;
+    }
+}
+
+TEST(FlvRules, OnlyASorensonPictureOf10BytesHasASize) {
+    const auto widthOf = [](unsigned codec, std::size_t bytes) {
+        const Bytes picture = Builder().u8(0x20 | codec).be16(0).u8(0x84).u8(1).padTo(bytes).take();
+        return probeBytes(File(kVideo).tag(9, picture).video(1000).end()).info->videoWidth;
+    };
+    for (unsigned codec = 0; codec < 16; ++codec) {
+        EXPECT_EQ(widthOf(codec, 12), codec == 2 ? 352u : 0u) << codec;
+    }
+    EXPECT_EQ(widthOf(2, 10), 352u);
+    EXPECT_EQ(widthOf(2, 9), 0u);
 }
 
 }  // namespace

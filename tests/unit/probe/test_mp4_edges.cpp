@@ -143,6 +143,37 @@ TEST(Mp4Edges, ADecoderConfigurationThatIsCutHasNoBitRate) {
     }
 }
 
+TEST(Mp4Edges, AFileOf256BytesIsLookedAt) {
+    const Bytes whole =
+        join({ftyp("isom", "isom"), box("moov", Bytes(8)), box("free", Bytes(300))});
+    EXPECT_EQ(probeBytes(Bytes(whole.begin(), whole.begin() + 256)).claimed, 1);
+    EXPECT_EQ(probeBytes(Bytes(whole.begin(), whole.begin() + 255)).claimed, 0);
+}
+
+// ISO/IEC 14496-3: object type 5, 24 kHz, two channels, extended to 48 kHz, in 17 bits.
+TEST(Mp4Edges, ADecoderInformationOf3BytesTellsTheRate) {
+    const Bytes information = {0x2B, 0x11, 0x80};
+    for (const std::size_t bytes : {2u, 3u}) {
+        const Bytes cut(information.begin(),
+                        information.begin() + static_cast<std::ptrdiff_t>(bytes));
+        const Outcome outcome = probeTrack(
+            "soun",
+            join({stsd(1, audioEntry("mp4a", 2, 24000, esds(0x40, 64'000, cut))), tables(5)}));
+        EXPECT_EQ(outcome.info->audioSampleRate, bytes == 3 ? 48'000u : 24'000u) << bytes;
+    }
+}
+
+TEST(Mp4Edges, AnAvcConfigurationOfNoSetsHasNoAspect) {
+    for (unsigned sets = 0; sets < 32; ++sets) {
+        const Bytes set = sps({});
+        Bytes configuration = avcC(set);
+        configuration[8 + 5] = static_cast<std::uint8_t>(0xE0 | sets);
+        const Outcome outcome = probeTrack(
+            "vide", join({stsd(1, visualEntry("avc1", 64, 48, configuration)), tables(5)}));
+        EXPECT_EQ(outcome.info->pixelAspectX, sets == 0 ? 0u : 12u) << sets;
+    }
+}
+
 // How many words behind the minor version are looked at, for an ftyp box of `size` bytes.
 unsigned brandsLookedAt(std::uint32_t size) {
     unsigned count = 0;

@@ -1,4 +1,7 @@
 // MPEG system and program streams.
+#include <algorithm>
+#include <array>
+
 #include "build_audio.h"
 #include "build_mpegps.h"
 #include "expectations.h"
@@ -151,6 +154,26 @@ TEST(MpegPs, ForbiddenTimeStampFlagsPrintInEveryStreamThatHasThem) {
     EXPECT_EQ(lines.size(), (68 - 8) * kLine.size());
     for (std::size_t at = 0; at < lines.size(); at += kLine.size()) {
         EXPECT_EQ(lines.substr(at, kLine.size()), kLine);
+    }
+}
+
+TEST(MpegPs, EightStreamsHaveNoHeaderWithTimeStamps) {
+    // ISO/IEC 13818-1 2.4.3.7: packets of these have data right behind their length.
+    constexpr auto kWithout =
+        std::to_array<unsigned>({0xBC, 0xBE, 0xBF, 0xF0, 0xF1, 0xF2, 0xF8, 0xFF});
+    for (unsigned stream = 0xBC; stream <= 0xFF; ++stream) {
+        const Bytes video =
+            Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take();
+        const Bytes bytes = ps::file(Builder()
+                                         .bytes(ps::pack2(0))
+                                         .bytes(ps::packet2(stream, Bytes(9, 0x22), 1))
+                                         .bytes(ps::packet2(0xE0, video))
+                                         .bytes(ps::packet2(0xC0, audio::frames(2)))
+                                         .take());
+        const bool hasNone = std::ranges::find(kWithout, stream) != kWithout.end();
+        EXPECT_EQ(probeBytes(bytes).lines,
+                  hasNone ? "" : "PES Packet Parse ERROR: PTS_DTS_flags =0x01\r\n")
+            << stream;
     }
 }
 

@@ -2,6 +2,7 @@
 // of the codecs' headers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <string>
@@ -179,20 +180,75 @@ Bytes endSet(BitWriter& w) {
     return w.take();
 }
 
-TEST(H264, AScalingListEndsWithTheDeltaThatMakesItsScale0) {
-    // 7.3.2.1.1.1: from 8 on, delta +1 gives 9 and delta -9 gives 0; codes by Table 9-3.
+// A set with one scaling list of these two deltas, given by their codes (Table 9-3).
+probe::PixelAspect aspectBehindList(std::uint32_t first, std::uint32_t second) {
     BitWriter w;
     beginSet(w);
-    w.bits(1, 1);
-    w.bits(1, 1);
-    w.golomb(1);   // +1
-    w.golomb(18);  // -9
+    w.bits(3, 2);  // there are lists, and the first of them
+    w.golomb(first);
+    w.golomb(second);
     w.bits(0, 7);  // no other list
     w.golomb(0);
     w.golomb(2);  // pic_order_cnt_type
-    const probe::PixelAspect found = probe::FindAspectInSps(endSet(w));
+    return probe::FindAspectInSps(endSet(w));
+}
+
+TEST(H264, AScalingListEndsWithTheDeltaThatMakesItsScale0) {
+    // 7.3.2.1.1.1: from 8 on, delta +1 gives 9 and delta -9 gives 0.
+    const probe::PixelAspect found = aspectBehindList(1, 18);
     EXPECT_EQ(found.horizontal, 10u);
     EXPECT_EQ(found.vertical, 11u);
+    // Scales count modulo 256: 8 and 120 are 128, and 128 less is 0.
+    EXPECT_EQ(aspectBehindList(239, 256).horizontal, 10u);
+}
+
+// ITU-T H.264 9.1: a code of 32 zeros is the longest.
+TEST(H264, ACodeOfMoreThan32ZerosMakesTheSetInvalid) {
+    for (const unsigned zeros : {31u, 32u, 33u, 40u}) {
+        BitWriter w;
+        w.bits(66, 8);
+        w.bits(0, 8);
+        w.bits(30, 8);
+        w.golomb(0);
+        w.bits(0, 20);  // log2_max_frame_num_minus4
+        w.bits(0, zeros - 20);
+        w.bits(1, 1);
+        w.bits(0x3FFFFFFF, std::min(zeros, 32u));
+        w.golomb(2);
+        EXPECT_EQ(probe::FindAspectInSps(endSet(w)).horizontal, zeros <= 32 ? 10u : 0u) << zeros;
+    }
+}
+
+// 7.4.2.1.1: num_ref_frames_in_pic_order_cnt_cycle is 0 to 255.
+TEST(H264, ACycleHasAtMost255Frames) {
+    for (const unsigned frames : {0u, 1u, 255u, 256u}) {
+        BitWriter w;
+        beginSet(w);
+        w.bits(0, 1);
+        w.golomb(0);
+        w.golomb(1);
+        w.bits(0, 1);
+        w.golomb(0);
+        w.golomb(0);
+        w.golomb(frames);
+        for (unsigned i = 0; i < std::min(frames, 255u); ++i) {
+            w.golomb(0);
+        }
+        EXPECT_EQ(probe::FindAspectInSps(endSet(w)).horizontal, frames <= 255 ? 10u : 0u) << frames;
+    }
+}
+
+TEST(H264, UnitsBeforeTheSetArePassedOver) {
+    for (unsigned type = 0; type < 32; ++type) {
+        if (type == 7) {
+            continue;
+        }
+        Bytes other = sps({.aspectIdc = 5});
+        other[0] = static_cast<std::uint8_t>(0x60 | type);
+        const Bytes bytes =
+            Builder().be24(1).bytes(other).be24(1).bytes(sps({})).fill(40, 0x33).take();
+        EXPECT_EQ(aspectIn(bytes, bytes.size(), 1000).horizontal, 12u) << type;
+    }
 }
 
 TEST(H264, ASetOfMoreThan256BytesIsReadWhole) {
