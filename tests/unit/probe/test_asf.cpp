@@ -244,6 +244,48 @@ TEST(Asf, ATrackNumberIsAsLongAsItsTypeAtLeast) {
     }
 }
 
+TEST(Asf, AStreamsNumberHasSevenBits) {
+    for (const unsigned number : {1u, 2u, 4u, 8u, 16u, 32u, 64u, 127u}) {
+        const Bytes bytes =
+            asf::file({asf::videoStream(number),
+                       asf::headerExtension(asf::extendedStream(number, 500'000, 400'000))});
+        EXPECT_EQ(probeBytes(bytes).info->videoBitRate, 500'000u) << number;
+        EXPECT_EQ(probeBytes(asf::file({asf::audioStream(number)})).info->audioChannels, 2u)
+            << number;
+    }
+}
+
+TEST(Asf, WhatFollowsACutTextIsNoHalfOfAPair) {
+    for (const char16_t last : {u'\xD7FF', u'\xD800', u'\xD801', u'\xDBFF', u'\xDC00'}) {
+        const std::u16string text = std::u16string(126, u'x') + last + u"yz";
+        const Bytes bytes = asf::file({asf::audioStream(1), asf::contentDescription(text, u"")});
+        const bool isHalf = last >= 0xD800 && last <= 0xDBFF;
+        EXPECT_EQ(std::u16string(probeBytes(bytes).info->title), text.substr(0, isHalf ? 126 : 127))
+            << static_cast<unsigned>(last);
+    }
+}
+
+TEST(Asf, TextsThatNobodyWantsArePassedOver) {
+    struct Case {
+        std::size_t rights, description, rating;
+    };
+    for (const Case& one : {Case{0, 0, 0}, Case{8, 0, 0}, Case{0, 8, 0}, Case{0, 0, 8}}) {
+        const Bytes texts = Builder()
+                                .le16(2)
+                                .le16(0)
+                                .le16(one.rights)
+                                .le16(one.description)
+                                .le16(one.rating)
+                                .bytes(asf::utf16(u"T"))
+                                .fill(one.rights + one.description + one.rating, 0x41)
+                                .take();
+        const Outcome outcome = probeBytes(
+            asf::file({asf::object(asf::kContentDescription, texts), asf::fileProperties(5000)}));
+        EXPECT_EQ(std::u16string(outcome.info->title), u"T");
+        EXPECT_EQ(outcome.info->durationSeconds, 5u);
+    }
+}
+
 TEST(Asf, ANameOf31BytesIsRead) {
     for (const std::size_t length : {30u, 31u, 32u}) {
         const Bytes name = Builder().bytes(asf::utf16(u"WM/Year")).padTo(length).take();

@@ -288,6 +288,15 @@ TEST(TextRules, ApeItemsAreUtf8FromVersion2000On) {
     }
 }
 
+TEST(ApeRules, AMillisecondHasABitRate) {
+    const auto rateOf = [](std::uint32_t blocks) {
+        return probeBytes(audio::ape({.finalFrameBlocks = blocks, .totalFrames = 1}))
+            .info->audioBitRate;
+    };
+    EXPECT_EQ(rateOf(44), 0u);
+    EXPECT_EQ(rateOf(45), 500u * 8000) << "500 bytes in a millisecond";
+}
+
 TEST(ApeRules, OnlyTheCountedItemsAreRead) {
     for (std::uint32_t count = 0; count <= 3; ++count) {
         Builder tag;

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <string>
+#include <string_view>
+#include <type_traits>
 
 #include "probe/read/bit_reader.h"
 #include "probe/read/block.h"
@@ -12,6 +15,7 @@
 #include "probe/read/read_budget.h"
 #include "probe/recognisers.h"
 #include "probe/record/diagnostics.h"
+#include "probe/record/field_list.h"
 #include "probing.h"
 
 namespace probe_test {
@@ -253,6 +257,13 @@ TEST(ReadBudget, IsGoneWithTheFirstReadThatIsTooLarge) {
 
 TEST(MediaInfo, IsConstructedWithItsFixedValues) {
     const probe::MediaInfo info;
+    probe::visitFields(info, [](std::string_view name, auto value) {
+        if constexpr (std::is_same_v<decltype(value), std::u16string_view>) {
+            EXPECT_TRUE(value.empty()) << name;
+        } else {
+            EXPECT_EQ(static_cast<std::int64_t>(value), name == "genreIndex" ? -1 : 0) << name;
+        }
+    });
     EXPECT_EQ(info.status, 1);
     EXPECT_EQ(info.containerType, 0u);
     EXPECT_EQ(info.genreIndex, -1);
@@ -280,6 +291,28 @@ TEST(MediaInfo, OpenOfAMissingFileGivesTheWindowsError) {
     EXPECT_EQ(info.status, 1);
     EXPECT_EQ(info.fileSize, 0u);
     EXPECT_EQ(info.fileHandle, nullptr);
+    // A file is no folder: error 3, which Windows tells of a path that is none.
+    const char name[] = "probe_test_folder.tmp";
+    std::FILE* file = std::fopen(name, "wb");
+    ASSERT_NE(file, nullptr);
+    std::fclose(file);
+    EXPECT_EQ(static_cast<std::uint32_t>(info.Open(u"probe_test_folder.tmp/file.avi")),
+              0x80070003u);
+    std::remove(name);
+}
+
+TEST(MediaInfo, FieldsAreVisitedInTheirOrder) {
+    std::string names;
+    probe::visitFields(probe::MediaInfo(), [&names](const char* name, auto) {
+        names += name;
+        names += ' ';
+    });
+    EXPECT_EQ(names,
+              "containerType fileSize fileSizeHigh durationSeconds audioFormatTag audioBitRate "
+              "audioSampleRate audioChannels videoFourCC videoWidth videoHeight "
+              "frameTimeMicroseconds videoBitRate pixelAspectX pixelAspectY hasTitle hasArtist "
+              "hasAlbum hasTrack hasGenre title artist album track genre genreIndex hasComposer "
+              "hasYear composer year imageWidth imageHeight imageBitsPerPixel ");
 }
 
 // What Open hands to Probe, and what becomes of Probe's answer.

@@ -1,6 +1,7 @@
 // MP4 boxes that are shorter than what they should hold: the bytes behind them are another box's.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -171,6 +172,73 @@ TEST(Mp4Edges, AnAvcConfigurationOfNoSetsHasNoAspect) {
         const Outcome outcome = probeTrack(
             "vide", join({stsd(1, visualEntry("avc1", 64, 48, configuration)), tables(5)}));
         EXPECT_EQ(outcome.info->pixelAspectX, sets == 0 ? 0u : 12u) << sets;
+    }
+}
+
+// Of the descriptors inside an "esds" box the first of the wanted kind counts.
+TEST(Mp4Edges, TheFirstDescriptorOfItsKindCounts) {
+    const auto descriptor = [](unsigned tag, const Bytes& body) {
+        return Builder().u8(tag).u8(body.size()).bytes(body).take();
+    };
+    const auto config = [&descriptor](std::uint32_t bitRate, const Bytes& inner) {
+        return descriptor(
+            4, Builder().u8(0x40).u8(0x15).be24(0).be32(1).be32(bitRate).bytes(inner).take());
+    };
+    const Bytes doubled = descriptor(5, {0x2B, 0x11, 0x80});  // 24 kHz, extended to 48
+    const Bytes halved = descriptor(5, {0x2B, 0x13, 0x00});   // 24 kHz, and 24 once more
+    const Bytes other = descriptor(6, {0x2B, 0x13, 0x00});
+    const auto probed = [](const Bytes& descriptors) {
+        return probeTrack("soun", soundOf(descriptors)).info;
+    };
+    EXPECT_EQ(probed(config(1000, doubled))->audioSampleRate, 48'000u);
+    EXPECT_EQ(probed(config(1000, join({doubled, halved})))->audioSampleRate, 48'000u);
+    EXPECT_EQ(probed(config(1000, join({other, doubled})))->audioSampleRate, 48'000u);
+    const auto both = probed(join({config(1000, doubled), config(2000, halved)}));
+    EXPECT_EQ(both->audioBitRate, 1000u);
+    EXPECT_EQ(both->audioSampleRate, 48'000u);
+    Bytes elsewhere = soundOf(config(1000, doubled));
+    const Bytes esds = {'e', 's', 'd', 's'};
+    const auto at = std::ranges::search(elsewhere, esds).begin();
+    ASSERT_EQ(at[8], 3);
+    at[8] = 4;  // not an ES descriptor
+    EXPECT_EQ(probeTrack("soun", elsewhere).info->audioBitRate, 0u);
+}
+
+TEST(Mp4Edges, SoundWithoutADescriptionHasNoValues) {
+    const Outcome outcome = probeTrack("soun", tables(5));
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_EQ(outcome.info->audioFormatTag, 255u);
+    EXPECT_EQ(outcome.info->audioSampleRate, 0u);
+    EXPECT_EQ(outcome.info->audioChannels, 0u);
+    EXPECT_EQ(outcome.info->audioBitRate, 0u);
+}
+
+TEST(Mp4Edges, EveryTableIsNeededButTheTimes) {
+    const Bytes all[] = {table("stts", 1, {5, 1000}), stsz(10, 5), table("stsc", 1, {1, 5, 1}),
+                         table("stco", 1, {100})};
+    for (std::size_t missing = 0; missing <= std::size(all); ++missing) {
+        Builder stbl;
+        stbl.bytes(stsd(1, visualEntry("mp4v", 64, 48)));
+        for (std::size_t i = 0; i < std::size(all); ++i) {
+            stbl.bytes(i == missing ? Bytes() : all[i]);
+        }
+        const bool isWhole = missing == 0 || missing == std::size(all);
+        EXPECT_EQ(probeTrack("vide", stbl.view()).info->status,
+                  isWhole ? probe::kOk : probe::kNotParsed)
+            << missing;
+    }
+}
+
+TEST(Mp4Edges, TwentyTracksAreKept) {
+    for (const std::size_t tracks : {19u, 20u, 21u}) {
+        Builder moov;
+        for (std::size_t i = 1; i < tracks; ++i) {
+            moov.bytes(track("text", 1000, {}));
+        }
+        moov.bytes(track("vide", 1000, join({stsd(1, visualEntry("mp4v", 64, 48)), tables(5)})));
+        const Outcome outcome = probeBytes(
+            join({ftyp("isom", "isom"), box("moov", moov.view()), box("free", Bytes(9))}));
+        EXPECT_EQ(outcome.info->videoWidth, tracks <= 20 ? 64u : 0u) << tracks;
     }
 }
 

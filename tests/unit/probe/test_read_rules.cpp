@@ -193,6 +193,35 @@ probe::PixelAspect aspectBehindList(std::uint32_t first, std::uint32_t second) {
     return probe::FindAspectInSps(endSet(w));
 }
 
+// 7.3.2.1.1: six lists of 16 scales, then two of 64, or six where the colours are whole.
+TEST(H264, EveryScalingListHasItsSize) {
+    for (const unsigned chroma : {1u, 3u}) {
+        const unsigned lists = chroma == 3 ? 12 : 8;
+        for (unsigned list = 0; list < lists; ++list) {
+            BitWriter w;
+            w.bits(100, 8);
+            w.bits(0, 8);
+            w.bits(30, 8);
+            w.golomb(0);
+            w.golomb(chroma);
+            w.bits(0, chroma == 3 ? 1 : 0);
+            w.golomb(0);
+            w.golomb(0);
+            w.bits(0, 1);
+            w.bits(1, 1);
+            for (unsigned i = 0; i < lists; ++i) {
+                w.bits(i == list ? 1 : 0, 1);
+                for (unsigned scale = 0; i == list && scale < (list < 6 ? 16u : 64u); ++scale) {
+                    w.golomb(scale % 2 == 0 ? 1 : 2);  // +1, -1
+                }
+            }
+            w.golomb(0);
+            w.golomb(2);
+            EXPECT_EQ(probe::FindAspectInSps(endSet(w)).horizontal, 10u) << chroma << ' ' << list;
+        }
+    }
+}
+
 TEST(H264, AScalingListEndsWithTheDeltaThatMakesItsScale0) {
     // 7.3.2.1.1.1: from 8 on, delta +1 gives 9 and delta -9 gives 0.
     const probe::PixelAspect found = aspectBehindList(1, 18);

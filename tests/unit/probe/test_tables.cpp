@@ -71,6 +71,22 @@ TEST(Tables, MpegAudioFrames) {
     }
 }
 
+TEST(Tables, MpegAudioFramesOfTheFreeFormat) {
+    for (const unsigned version : {0u, 2u, 3u}) {
+        for (unsigned layer = 1; layer <= 3; ++layer) {
+            for (unsigned padding = 0; padding < 2; ++padding) {
+                probe::MpegAudioHeader header;
+                ASSERT_TRUE(probe::parseMpegAudioHeader(
+                    audio::frame(
+                        {.version = version, .layer = layer, .bitRate = 0, .padding = padding}),
+                    header));
+                EXPECT_EQ(header.bitRate, 0u) << version << layer;
+                EXPECT_EQ(header.frameBytes, 0u) << version << layer << padding;
+            }
+        }
+    }
+}
+
 TEST(Tables, MpegAudioHeadersThatAreNone) {
     const Bytes good = {0xFF, 0xFB, 0x90, 0x00};
     probe::MpegAudioHeader header;
@@ -270,7 +286,7 @@ TEST(Tables, AacConfigurationsBeforeTheSyncExtension) {
         w.bits(2, 4);
         w.bits(0, 1);
         w.bits(one.core, 1);
-        w.bits(0x1555, one.core != 0 ? 14 : 0);
+        w.bits(0x2AAA, one.core != 0 ? 14 : 0);
         w.bits(one.extension, 1);
         const bool layered = one.objectType == 6 || one.objectType == 20;
         w.bits(5, layered ? 3 : 0);
