@@ -157,6 +157,47 @@ TEST(MpegAudioRules, AVersion1TagHas128Bytes) {
     EXPECT_EQ(secondsOf(8999), 8u);
 }
 
+// A second is 1,000 bytes of these frames, so the play time tells where the sound ends.
+TEST(MpegAudioRules, AnApeTagsHeaderIsPartOfItWhereItsFlagIsSet) {
+    const audio::Frame frame{.version = 0, .bitRate = 1, .sampleRate = 2, .bytes = 72};
+    const auto secondsOf = [&frame](std::uint32_t flags, std::size_t soundBytes) {
+        Bytes tag = audio::apeTag({{"Title", "T"}});
+        for (unsigned i = 0; i < 4; ++i) {
+            tag[tag.size() - 12 + i] = static_cast<std::uint8_t>(flags >> 8 * i);
+        }
+        const Bytes header(flags >> 31 != 0 ? 32 : 0, 0x22);
+        return probeBytes(join({cutTo(audio::frames(130, frame), soundBytes), header, tag}))
+            .info->durationSeconds;
+    };
+    for (const std::uint32_t flags : {0u, 1u, 0x40000000u, 0x80000000u, 0xA0000001u}) {
+        EXPECT_EQ(secondsOf(flags, 9000), 9u) << flags;
+        EXPECT_EQ(secondsOf(flags, 8999), 8u) << flags;
+    }
+}
+
+TEST(MpegAudioRules, SixFramesOfOneRateAreAConstantOne) {
+    const audio::Frame slow{.bitRate = 5, .bytes = 208}, quick{.bitRate = 9, .bytes = 417};
+    for (const std::size_t equal : {5u, 6u, 7u}) {
+        const Bytes bytes = join({audio::frames(equal, slow), audio::frames(40, quick)});
+        const std::uint32_t rate = probeBytes(bytes).info->audioBitRate;
+        if (equal < 6) {
+            EXPECT_GT(rate, 64'000u) << equal;
+        } else {
+            EXPECT_EQ(rate, 64'000u) << equal;
+        }
+    }
+}
+
+TEST(MpegAudioRules, AnEncodersHeaderIsOfLayer3Alone) {
+    // "Xing" of 1,000 frames where layer III has it, in the first of a stream of layer II.
+    const audio::Frame frame{.layer = 2, .bitRate = 8, .bytes = 417};
+    Bytes bytes = audio::frames(40, frame);
+    const Bytes header = Builder().text("Xing").be32(3).be32(1000).be32(50'000).take();
+    std::ranges::copy(header, bytes.begin() + 36);
+    EXPECT_EQ(probeBytes(bytes).info->audioBitRate, 128'000u);
+    EXPECT_EQ(probeBytes(bytes).info->durationSeconds, 1u);
+}
+
 TEST(FlacRules, TheSmallestFileHas256Bytes) {
     const Bytes whole = cutTo(audio::flac(44100), 256);
     EXPECT_EQ(probeBytes(whole).info->containerType, probe::kContainerFlac);

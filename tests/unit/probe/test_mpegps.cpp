@@ -14,6 +14,12 @@ using R = probe::MediaRecord;
 
 constexpr std::uint32_t kMpg1 = 0x4D504731, kMpg2 = 0x4D504732;
 
+Bytes videoPacket() {
+    return ps::packet2(
+        0xE0,
+        Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take());
+}
+
 TEST(MpegPs, DescribesAnMpeg1SystemStream) {
     const char* const name = "mpegps_mpeg1_system_stream";
     expectFields(std::to_array<FieldCase>({
@@ -162,12 +168,10 @@ TEST(MpegPs, EightStreamsHaveNoHeaderWithTimeStamps) {
     constexpr auto kWithout =
         std::to_array<unsigned>({0xBC, 0xBE, 0xBF, 0xF0, 0xF1, 0xF2, 0xF8, 0xFF});
     for (unsigned stream = 0xBC; stream <= 0xFF; ++stream) {
-        const Bytes video =
-            Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take();
         const Bytes bytes = ps::file(Builder()
                                          .bytes(ps::pack2(0))
                                          .bytes(ps::packet2(stream, Bytes(9, 0x22), 1))
-                                         .bytes(ps::packet2(0xE0, video))
+                                         .bytes(videoPacket())
                                          .bytes(ps::packet2(0xC0, audio::frames(2)))
                                          .take());
         const bool hasNone = std::ranges::find(kWithout, stream) != kWithout.end();
@@ -213,6 +217,27 @@ TEST(MpegPs, AVideoCdIsSearchedOverTwoMebibytes) {
     EXPECT_EQ(claimed(0x200000 - 3), 0);
 }
 
+TEST(MpegPs, AVideoCdsPackMayLieAcrossTheWindow) {
+    for (const std::size_t border : {256u, 4096u, 4096u + 8192u}) {
+        for (std::size_t at = border - 8; at <= border + 8; ++at) {
+            const Bytes bytes = ps::file(Builder()
+                                             .text("RIFF")
+                                             .le32(0)
+                                             .text("CDXA")
+                                             .padTo(at, 0x11)
+                                             .bytes(ps::pack1(0))
+                                             .take());
+            EXPECT_EQ(probeBytes(bytes).claimed, 1) << at;
+        }
+    }
+}
+
+TEST(MpegPs, APlayTimeEndsWithItsLastWholeSecond) {
+    const Bytes start = Builder().bytes(ps::pack2(0)).bytes(videoPacket()).take();
+    EXPECT_EQ(probeBytes(ps::file(start, ps::pack2(20 * 90'000 - 1))).info->durationSeconds, 19u);
+    EXPECT_EQ(probeBytes(ps::file(start, ps::pack2(20 * 90'000))).info->durationSeconds, 20u);
+}
+
 TEST(MpegPs, ClocksOfBothKinds) {
     const auto clockOf = [](const Bytes& pack) {
         return probe::packClock(std::span(pack).subspan<4, probe::kPackClockBytes>()).time;
@@ -238,10 +263,13 @@ TEST(MpegPs, StartCodesAreFoundWhereverTheyStand) {
     }
 }
 
-Bytes videoPacket() {
-    return ps::packet2(
-        0xE0,
-        Builder().bytes(ps::sequence({})).bytes(ps::extension()).bytes(ps::pictures()).take());
+TEST(MpegPs, AStartCodeIsTwoZerosAndAOne) {
+    const Bytes code = {0, 0, 1, 0xBA};
+    for (const Bytes& other : {Bytes{0, 0, 2, 0xBA}, Bytes{0, 9, 1, 0xBA}, Bytes{9, 0, 1, 0xBA},
+                               Bytes{0, 0, 1, 0xB9}, Bytes{0, 0, 1, 0xBB}}) {
+        const Bytes bytes = Builder().bytes(other).fill(3, 9).bytes(code).take();
+        EXPECT_EQ(probe::findStartCode(bytes, 0xBA, 0xBA), 7u);
+    }
 }
 
 TEST(MpegPs, TwoPacketsOfOneFrameEachEndTheWalk) {

@@ -122,6 +122,15 @@ TEST(MpegPsPlayTime, ALeapIsTimeUpToTenSecondsAndEightTimesThePace) {
     }
 }
 
+TEST(MpegPsPlayTime, TwoLeapsAreTimeIfEachOfThemIs) {
+    // Together they are beyond the limit, so the stretch is halved; each half is sound.
+    const auto clock = [](std::uint64_t pack) {
+        return static_cast<std::int64_t>(pack) + (pack > 3 * 64 + 10 ? 6000 : 0) +
+               (pack > 3 * 64 + 50 ? 6000 : 0);
+    };
+    EXPECT_EQ(durationOf(64, clock), (9 * 64 + 12'000) * kMillisecond);
+}
+
 TEST(MpegPsPlayTime, AClockThatStandsStillIsNotBroken) {
     EXPECT_EQ(durationOf(64, [](std::uint64_t) { return 5; }), 5 * kMillisecond);
     const auto standing = [](std::uint64_t pack) { return pack < 64 ? 5 : 5 + 64; };
@@ -186,6 +195,26 @@ TEST(MpegPsPlayTime, ThePaceIsTheMedianOfTheEight) {
     EXPECT_EQ(longestLeap({10, 14, 18, 13, 17, 12, 16, 11, 15}), leapAt(15, 15));
 }
 
+TEST(MpegPsPlayTime, ASlowPaceIsOneToo) {
+    // A millisecond for 32 KiB: a third of a unit of time for a byte.
+    EXPECT_EQ(durationOf(64,
+                         [](std::uint64_t pack) {
+                             return static_cast<std::int64_t>(pack) / 16 +
+                                    (pack < 8 * 64 + 40 ? 0 : 3'600'000);
+                         }),
+              9 * 4 * kMillisecond);
+}
+
+TEST(MpegPsPlayTime, AStandingClockHasNoPace) {
+    // No packs in three stretches, two that stand still, three that run: no four paces.
+    const Clock even = withPaces({1, 0, 0, 0, 0, 0, 1, 1, 1});
+    const auto clock = [&even](std::uint64_t pack) {
+        return pack >= 64 && pack < 4 * 64 ? kNone
+                                           : even(pack) + (pack < 8 * 64 + 40 ? 0 : 3'600'000);
+    };
+    EXPECT_EQ(durationOf(64, clock), (4 * 64 + 3'600'000) * kMillisecond) << "any leap is time";
+}
+
 TEST(MpegPsPlayTime, APaceNeedsFourPlaces) {
     EXPECT_EQ(longestLeap({1, 0, 0, 0, 0, 1, 1, 1, 1}), leapAt(1, 1));
     EXPECT_EQ(longestLeap({1, 0, 0, 0, 0, 0, 1, 1, 1}), 9'999'999) << "any leap is time";
@@ -230,7 +259,10 @@ TEST(MpegPsPlayTime, AStretchThatTookTooLittleIsLookedAt) {
         });
         EXPECT_EQ(measure(file).duration, (900 * one.pace - one.backwards) * kMillisecond)
             << one.name;
-        EXPECT_EQ(file.looks.size(), 17u + (one.isHalved ? 1 : 0)) << one.name;
+        ASSERT_EQ(file.looks.size(), 17u + (one.isHalved ? 1 : 0)) << one.name;
+        if (one.isHalved) {
+            EXPECT_EQ(file.looks.back().offset, (300 + 50) * kPackEvery + 1) << "behind the half";
+        }
     }
 }
 

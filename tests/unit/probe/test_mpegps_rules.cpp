@@ -229,10 +229,9 @@ TEST(MpegPsDuration, SeesALastPackWhoseClockIsWhole) {
 }
 
 TEST(MpegPs, SoundThatBeginsBehind256KiB) {
-    const auto with = [](bool listed, std::size_t before) {
+    const auto with = [](unsigned listed, std::size_t before) {
         Builder builder;
-        builder.bytes(ps::pack2(0));
-        builder.bytes(listed ? ps::systemHeader({0xE0, 0xC0}) : ps::systemHeader({0xE0}));
+        builder.bytes(ps::pack2(0)).bytes(ps::systemHeader({0xE0, listed}));
         builder.bytes(
             ps::packet2(0xE0, Builder().bytes(ps::sequence({})).bytes(ps::pictures()).take()));
         while (builder.size() < before) {
@@ -241,9 +240,14 @@ TEST(MpegPs, SoundThatBeginsBehind256KiB) {
         builder.bytes(ps::packet2(0xC0, audio::frames(2, {.layer = 2, .bitRate = 8})));
         return probeBytes(ps::file(builder.take())).info->audioFormatTag;
     };
-    EXPECT_EQ(with(true, 0x40000 + 5000), 0x50u) << "announced: it is looked for on";
-    EXPECT_EQ(with(false, 0x40000 - 9000), 0x50u) << "not announced, and there all the same";
-    EXPECT_EQ(with(false, 0x40000 + 5000), 0u) << "not announced, and too late";
+    // Private stream 1, the first and the last of sound, and what stands for all of sound.
+    for (const unsigned sound : {0xBDu, 0xC0u, 0xDFu, 0xB8u}) {
+        EXPECT_EQ(with(sound, 0x40000 + 5000), 0x50u) << "announced: it is looked for on " << sound;
+    }
+    for (const unsigned other : {0xE0u, 0xBCu, 0xB9u, 0xBEu, 0xEFu}) {
+        EXPECT_EQ(with(other, 0x40000 - 9000), 0x50u) << "not announced, there all the same";
+        EXPECT_EQ(with(other, 0x40000 + 5000), 0u) << "not announced, and too late: " << other;
+    }
 }
 
 TEST(MpegPs, APacketBeforeTheFirstPack) {
@@ -318,6 +322,58 @@ TEST(MpegPs, TimeStampsOfMpeg1StandBeforeThePayload) {
                                          .bytes(packet)
                                          .take());
         EXPECT_EQ(probeBytes(bytes).info->audioFormatTag, 0x50u) << stamps;
+    }
+}
+
+// ISO/IEC 11172-1 2.4.3.3: up to 16 bytes of stuffing, the size of a buffer behind '01', and one of
+// the three kinds of time stamps. A sequence header that goes on behind them tells where they end.
+TEST(MpegPs, EveryHeaderOfAnMpeg1PacketEndsWhereItsPayloadBegins) {
+    const Bytes stamps[] = {{0x0F}, Bytes(5, 0x21), Bytes(10, 0x31)};
+    const Bytes video =
+        Builder().bytes(ps::sequence({.width = 0x5A5})).bytes(ps::pictures(40)).take();
+    const auto split = video.begin() + 5;  // within the width
+    for (std::size_t stuffing = 0; stuffing <= 16; ++stuffing) {
+        for (const unsigned buffer : {0u, 0x4020u, 0x7FFFu, 0x6000u}) {
+            for (const Bytes& stamp : stamps) {
+                Builder second;
+                second.fill(stuffing, 0xFF);
+                if (buffer != 0) {
+                    second.be16(buffer);
+                }
+                second.bytes(stamp).bytes(Bytes(split, video.end()));
+                const Bytes bytes =
+                    ps::file(Builder()
+                                 .bytes(ps::pack1(0))
+                                 .bytes(ps::packet1(0xE0, Bytes(video.begin(), split)))
+                                 .be32(0x1E0)
+                                 .be16(second.size())
+                                 .bytes(second.view())
+                                 .take());
+                EXPECT_EQ(probeBytes(bytes).info->videoWidth, 0x5A5u)
+                    << stuffing << ' ' << buffer << ' ' << stamp.size();
+            }
+        }
+    }
+}
+
+TEST(MpegPs, VideoHas16StreamsAndSound32) {
+    for (unsigned stream = 0xC0; stream <= 0xF0; ++stream) {
+        const Bytes video = Builder().bytes(ps::sequence({})).bytes(ps::pictures()).take();
+        const Bytes sound = audio::frames(2, {.layer = 2, .bitRate = 8});
+        const bool isVideo = stream >= 0xE0 && stream <= 0xEF;
+        const Bytes bytes = ps::file(Builder()
+                                         .bytes(ps::pack2(0))
+                                         .bytes(ps::packet2(stream, video))
+                                         .bytes(ps::packet2(stream, sound))
+                                         .take());
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.info->videoWidth, isVideo ? 352u : 0u) << stream;
+        const Bytes both = ps::file(Builder()
+                                        .bytes(ps::pack2(0))
+                                        .bytes(ps::packet2(0xE5, video))
+                                        .bytes(ps::packet2(stream, sound))
+                                        .take());
+        EXPECT_EQ(probeBytes(both).info->audioFormatTag, stream <= 0xDF ? 0x50u : 0u) << stream;
     }
 }
 

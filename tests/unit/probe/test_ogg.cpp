@@ -1,5 +1,5 @@
 // Ogg Vorbis: header packets and the last page.
-#include "bytes_builder.h"
+#include "build_ogg.h"
 #include "expectations.h"
 
 namespace probe_test {
@@ -72,6 +72,38 @@ TEST(Ogg, LastPage) {
         {"ogg_sample_rate_of_0", &R::containerType, probe::kContainerOgg},
         {"ogg_segment_table_of_255_entries", &R::durationSeconds, 2},
     }));
+}
+
+TEST(Ogg, TheLastPageBeginsInTheLast8192Bytes) {
+    for (const std::size_t behind : {8192u, 8193u}) {
+        const Bytes last = ogg::page({}, 44100 * 9);
+        const Bytes bytes = Builder()
+                                .bytes(ogg::page(ogg::identification()))
+                                .fill(10'000, 0x55)
+                                .bytes(last)
+                                .fill(behind - last.size(), 'O')
+                                .take();
+        EXPECT_EQ(probeBytes(bytes).info->durationSeconds, behind == 8192 ? 9u : 0u) << behind;
+    }
+}
+
+TEST(Ogg, OnlyTheCountedCommentsAreRead) {
+    for (const std::uint32_t count : {1u, 2u}) {
+        const Bytes second = ogg::comments({"TITLE=a", "ALBUM=b"}, "v", count);
+        const Outcome outcome = probeBytes(ogg::file(ogg::identification(), second, 44100));
+        EXPECT_EQ(outcome.info->hasTitle, 1u);
+        EXPECT_EQ(outcome.info->hasAlbum, count - 1);
+    }
+}
+
+TEST(Ogg, ATypeOf3AloneIsNoCommentPacket) {
+    const Bytes bytes = Builder()
+                            .bytes(ogg::page(ogg::identification()))
+                            .fill(200, 3)
+                            .bytes(ogg::page(ogg::comments({"TITLE=a"})))
+                            .fill(3000, 0x55)
+                            .take();
+    EXPECT_EQ(probeBytes(bytes).info->hasTitle, 1u);
 }
 
 TEST(Ogg, WhatIsNotVorbisIsClaimedAllTheSame) {
