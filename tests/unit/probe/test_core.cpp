@@ -16,6 +16,7 @@
 #include "probe/recognisers.h"
 #include "probe/record/diagnostics.h"
 #include "probe/record/field_list.h"
+#include "probe/record/saturate.h"
 #include "probing.h"
 
 namespace probe_test {
@@ -237,6 +238,16 @@ TEST(Block, IsHeldByAFileThatReachesItsEnd) {
     EXPECT_TRUE(probe::fileHolds(100, 100, 0));
     EXPECT_FALSE(probe::fileHolds(100, 101, 0));
     EXPECT_FALSE(probe::fileHolds(100, 50, ~std::uint64_t{0}));
+}
+
+TEST(Saturate, TheHighestNumberStandsForAllBeyondIt) {
+    EXPECT_EQ(probe::saturateToU32(4294967294.9), 0xFFFFFFFEu);
+    EXPECT_EQ(probe::saturateToU32(4294967295.0), 0xFFFFFFFFu);
+    EXPECT_EQ(probe::saturateToU32(4294967296.0), 0xFFFFFFFFu);
+    EXPECT_EQ(probe::saturateToU32(1e300), 0xFFFFFFFFu);
+    EXPECT_EQ(probe::saturateToU32(-1.0), 0u);
+    EXPECT_EQ(probe::saturateToU32(std::uint64_t{1} << 32), 0xFFFFFFFFu);
+    EXPECT_EQ(probe::saturateToU32(std::uint64_t{0xFFFFFFFE}), 0xFFFFFFFEu);
 }
 
 TEST(ReadBudget, CountsASectorForEverySmallRead) {

@@ -93,14 +93,16 @@ TEST(AviRules, TheEighthSoundListHasASlotAndTheNinthNone) {
     }
 }
 
-// Two standard indexes; `count` is what the super index declares.
-Outcome probeTwoIndexes(std::uint32_t count) {
+// Two standard indexes; `count` is what the super index declares, in front of which so many bytes
+// stand that are no chunk.
+Outcome probeTwoIndexes(std::uint32_t count, std::size_t before = 0) {
     std::uint64_t first = 0, second = 0;
     Bytes bytes;
     for (int pass = 0; pass < 2; ++pass) {
         const Bytes headers = join(
             {avih(40000), videoList("XVID", 64, 48,
-                                    join({superIndex("00dc", {{first, 40}, {second, 40}}, 4, count),
+                                    join({Bytes(before, 0x7F),
+                                          superIndex("00dc", {{first, 40}, {second, 40}}, 4, count),
                                           chunk("JUNK", Bytes(64, 0x7F))}))});
         const std::uint32_t movi = moviTypeAt(headers);
         const Bytes one = chunk("00dc", volPayload(3)), two = chunk("00dc", volPayload(5));
@@ -131,6 +133,100 @@ TEST(AviRules, ASuperIndexHoldsNoMoreThanItsList) {
     }
     EXPECT_EQ(probeTwoIndexes(1u << 27).info->containerType, 1u) << "1 GiB of table: no entry";
     EXPECT_EQ(probeTwoIndexes(1u << 27).info->frameTimeMicroseconds, 0u);
+}
+
+TEST(AviRules, WhatIsNoChunkIsPassedOverByteByByte) {
+    for (const std::size_t before : {1u, 2u, 3u, 7u, 8u}) {
+        EXPECT_EQ(probeTwoIndexes(2, before).info->videoBitRate, (64u + 640u) * 8 / 80 * 1000)
+            << before;
+    }
+}
+
+// OpenDML 1.02: the top bit of a size marks a picture that is no key frame.
+TEST(AviRules, ASizeInAStandardIndexHas31Bits) {
+    std::uint64_t indexAt = 0;
+    Bytes bytes;
+    for (int pass = 0; pass < 2; ++pass) {
+        const Bytes headers = join({avih(1000), videoList("XVID", 64, 48,
+                                                          join({superIndex("00dc", {{indexAt, 48}}),
+                                                                chunk("JUNK", Bytes(64))}))});
+        const Bytes picture = chunk("00dc", volPayload(3));
+        const std::uint32_t at = moviTypeAt(headers) + 4;
+        indexAt = at + picture.size();
+        bytes = aviWithIndex(
+            headers,
+            join({picture,
+                  standardIndex("00dc", 0, {{at + 8, 1001}, {at + 8, 0x80000000u | 1001}})}),
+            {});
+    }
+    EXPECT_EQ(probeBytes(bytes).info->videoBitRate, 2002u * 8 / 2 * 1000);
+}
+
+TEST(AviRules, AnIndexOfManyBlocksHasOneFirstPicture) {
+    const Bytes first = chunk("00dc", volPayload(3)), other = chunk("00dc", volPayload(5));
+    Builder entries;
+    for (unsigned i = 0; i < 9000; ++i) {  // more than two of 64 KiB
+        entries.bytes(
+            idx1Entry("00dc", i == 0 ? 4 : static_cast<std::uint32_t>(4 + first.size()), 100));
+    }
+    const Bytes bytes =
+        aviWithIndex(twoStreams(), join({first, other}), chunk("idx1", entries.view()));
+    const Outcome outcome = probeBytes(bytes);
+    EXPECT_EQ(outcome.info->durationSeconds, 9000u / 25);
+    EXPECT_EQ(outcome.info->pixelAspectX, 11u);
+    EXPECT_EQ(outcome.info->videoBitRate, 900'000u * 8 / 360'000 * 1000);
+}
+
+TEST(AviRules, AnIndexEndsWithItsChunk) {
+    const Bytes index = chunk("idx1", idx1Entry("00dc", 4, 1000));
+    const Bytes behind = idx1Entry("00dc", 4, 8);  // as a chunk: 16 bytes of no meaning follow
+    const Bytes bytes =
+        aviWithIndex(twoStreams(), chunk("00dc", volPayload(3)), join({index, behind, Bytes(64)}));
+    EXPECT_EQ(probeBytes(bytes).info->videoBitRate, 1000u * 8 / 40 * 1000);
+}
+
+TEST(AviRules, ThePlayTimeEndsWithItsLastWholeSecond) {
+    for (const std::uint32_t microseconds : {99'995'000u, 100'000'000u}) {
+        const Bytes headers = join({avih(microseconds), videoList("XVID", 64, 48)});
+        EXPECT_EQ(
+            probeBytes(withIndexOf(headers, {idx1Entry("00dc", 4, 1000)})).info->durationSeconds,
+            microseconds / 1'000'000)
+            << microseconds;
+    }
+}
+
+TEST(AviRules, APictureOf8BytesIsLookedAt) {
+    for (const std::size_t size : {7u, 8u, 9u}) {
+        Bytes payload = volPayload(3);
+        payload.resize(size);
+        const Bytes bytes = aviWithIndex(twoStreams(), chunk("00dc", payload),
+                                         chunk("idx1", idx1Entry("00dc", 4, 8)));
+        EXPECT_EQ(probeBytes(bytes).info->pixelAspectX, size < 8 ? 0u : 11u) << size;
+    }
+}
+
+TEST(AviRules, FormatsHaveTheirSmallestSizes) {
+    const auto sound = [](std::size_t bytes) {
+        Bytes format = waveFormat(0x55, 2, 44'100, 16'000);
+        format.resize(bytes);
+        const Bytes headers = join(
+            {avih(40000), videoList("XVID", 64, 48),
+             list("strl", join({strh("auds"), chunk("strf", format), chunk("JUNK", Bytes(64))}))});
+        return probeBytes(withIndexOf(headers, {idx1Entry("00dc", 4, 1000)})).info->audioFormatTag;
+    };
+    EXPECT_EQ(sound(16), 0x55u);
+    EXPECT_EQ(sound(15), 0u);
+    const auto picture = [](std::uint32_t declared, std::size_t bytes) {
+        Bytes format = bitmapFormat("XVID", 64, 48, declared);
+        format.resize(bytes);
+        const Bytes headers = join(
+            {avih(40000),
+             list("strl", join({strh("vids"), chunk("strf", format), chunk("JUNK", Bytes(64))}))});
+        return probeBytes(withIndexOf(headers, {idx1Entry("00dc", 4, 1000)})).info->videoWidth;
+    };
+    EXPECT_EQ(picture(40, 40), 64u);
+    EXPECT_EQ(picture(39, 40), 0u);
+    EXPECT_EQ(picture(40, 39), 0u);
 }
 
 TEST(AviRules, AnIndexCutInItsFirstEntry) {
