@@ -1,6 +1,7 @@
 #include "simulator/command/choice.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "simulator/command/cards.h"

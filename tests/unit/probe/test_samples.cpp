@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <span>
 
 #include "golden.h"
 #include "probing.h"
@@ -105,21 +106,23 @@ TEST_P(EverySample, ATooLargeSizeEnds) {
 TEST_P(EverySample, ExtremeFieldsEnd) {
     Bytes bytes = sample(GetParam()).build();
     const std::size_t swept = bytes.size() > 100000 ? 64 : bytes.size() > 30000 ? 120 : 700;
-    const std::uint8_t values[][4] = {{0, 0, 0, 0},
-                                      {0, 0, 0, 1},
-                                      {1, 0, 0, 0},
-                                      {0, 0, 0, 7},
-                                      {7, 0, 0, 0},
-                                      {0xFF, 0xFF, 0xFF, 0xFF},
-                                      {0x7F, 0xFF, 0xFF, 0xFF},
-                                      {0xFF, 0xFF, 0xFF, 0x7F}};
+    constexpr std::uint8_t kValues[][4] = {{0xFF, 0xFF, 0xFF, 0xFF},
+                                           {0x7F, 0xFF, 0xFF, 0xFF},
+                                           {0xFF, 0xFF, 0xFF, 0x7F},
+                                           {0, 0, 0, 0},
+                                           {0, 0, 0, 1},
+                                           {1, 0, 0, 0},
+                                           {0, 0, 0, 7},
+                                           {7, 0, 0, 0}};
+    // What 32 bits change is where large sizes wrap; a program for them is emulated, and slow.
+    constexpr std::size_t kAsked = sizeof(void*) == 4 ? 3 : std::size(kValues);
     for (std::size_t at = 0; at + 4 <= bytes.size(); ++at) {
         if (at > swept && at + swept / 2 < bytes.size()) {
             at = bytes.size() - swept / 2;
         }
         const auto place = bytes.begin() + static_cast<std::ptrdiff_t>(at);
         const Bytes original(place, place + 4);
-        for (const auto& value : values) {
+        for (const auto& value : std::span(kValues).first(kAsked)) {
             std::copy(std::begin(value), std::end(value), place);
             ASSERT_EQ(faultOf(probeBytes(bytes), bytes.size()), "")
                 << "at " << at << " byte " << static_cast<int>(value[0]);
