@@ -24,6 +24,12 @@ ADDRESS_SPACE = 6 << 30  # bytes; a fault may ask for all there is
 SWEEPS = "*/*"  # tests over many samples, which take long and notice least
 
 
+def test_folders(folder):
+    """Whose tests the folder is asked of."""
+    places = [target.split("/")[2] for target in TESTS.get(folder, ([], ""))[0] if "/" in target]
+    return places or [folder]
+
+
 class Tree:
     def __init__(self, name, folder, asan, flags=""):
         self.folder = folder

@@ -249,6 +249,31 @@ TEST(FailedReads, EveryReadOfASampleMatters) {
     }
 }
 
+// A sector of the card that cannot be read: either nobody needs it, or the record says so.
+TEST(FailedReads, ABadSectorIsNotNeededOrIsToldOf) {
+    constexpr std::size_t kSector = 512, kLargest = 24 * 1024;
+    for (const Sample& one : samples()) {
+        const Bytes bytes = one.build();
+        if (one.kind != Kind::Good || bytes.size() > kLargest) {
+            continue;
+        }
+        const std::string whole = dump(probeBytes(bytes));
+        for (std::size_t at = 0; at < bytes.size(); at += kSector) {
+            TestFile file(bytes);
+            file.badFrom = at;
+            file.badTo = at + kSector;
+            const Outcome outcome = probeFile(file);
+            // The last time stamp of Flash Video, which its play time is taken from, may be
+            // missing.
+            const bool isUntimed = outcome.info->containerType == probe::kContainerFlv &&
+                                   outcome.info->durationSeconds == 0;
+            EXPECT_TRUE(dump(outcome) == whole || isUntimed || outcome.claimed == 0 ||
+                        outcome.info->status != probe::kOk)
+                << one.name << " at " << at;
+        }
+    }
+}
+
 // A sector behind the head: what of a sample stands there is a failed read, and the rest of the
 // record stays as it was constructed.
 TEST(FailedReads, BehindTheHead) {

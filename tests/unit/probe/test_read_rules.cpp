@@ -103,6 +103,7 @@ TEST(Reasons, SayWhyAFileIsDeclined) {
               {"MP4 and 3GP", join({ftyp("none", "none"), plain}),
                "its ftyp box names none of the accepted brands"},
               {"ASF", plain, "does not begin with the GUID of the Header Object"},
+              {"Ogg", plain, "does not begin with OggS"},
               {"MPEG program stream", Bytes(0x40000), "no pack start code in its first 256 bytes"},
               {"MPEG program stream", riff("CDXA", Bytes(0x40000)),
                "a VideoCD without a pack start code in its first 2 MiB"},
