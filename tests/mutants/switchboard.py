@@ -105,12 +105,12 @@ class Switchboard:
             if self.run([test], 0, {"MUTANT_TRACE": str(file)}) != 0:
                 sys.exit(f"mutants: {test.command[0]} {test.name or ''} fails without a fault")
             test.seconds = processor_seconds() - began
+            # The tests of a program start together, and only once: what it tells of itself counts.
+            told = re.search(r"\((\d+) ms total\)", self.local.printed)
+            if test.name and told:
+                test.seconds = int(told.group(1)) / 1000
             reached = file.read_bytes() if file.exists() else b""
             test.reached = {i for i, byte in enumerate(reached) if byte}
-        # Together the tests of a program start once.
-        start = min((test.seconds for test in self.tests if test.name), default=0.0)
-        for test in self.tests:
-            test.seconds -= start if test.name else 0.0
         self.tests.sort(key=lambda test: test.seconds)
 
     def scratch(self):
@@ -128,7 +128,7 @@ class Switchboard:
         if tests[0].name:
             command += ["--gtest_brief=1", "--gtest_filter=" + ":".join(t.name for t in tests)]
         folder = self.local.folder if more else self.scratch()
-        status, _ = self.tree.call(*command, limit=600, cpu=3 + int(5 * seconds),
+        status, self.local.printed = self.tree.call(*command, limit=600, cpu=3 + int(5 * seconds),
                                    cwd=tests[0].where,
                                    more={"MUTANT": str(number), "TMPDIR": str(folder), **(more or {})})
         return status

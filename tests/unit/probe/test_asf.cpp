@@ -237,7 +237,8 @@ TEST(Asf, ATrackNumberIsAsLongAsItsTypeAtLeast) {
             const Bytes value = Builder().u8(9).padTo(bytes).take();
             const Bytes file = asf::file(
                 {asf::audioStream(1),
-                 asf::extendedContent({asf::attribute(u"WM/TrackNumber", one.type, value)})});
+                 asf::extendedContent({asf::attribute(u"WM/TrackNumber", one.type, value)}),
+                 asf::fileProperties(1000)});
             EXPECT_EQ(probeBytes(file).info->hasTrack, bytes >= one.bytes ? 1u : 0u)
                 << one.type << ' ' << bytes;
         }

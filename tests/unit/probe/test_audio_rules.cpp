@@ -249,6 +249,15 @@ TEST(FlacRules, TheFramesBeginBehindTheLastOf64Blocks) {
         << "the stream information is the first of the 64";
 }
 
+TEST(FlacRules, ThereAre36BitsOfSamples) {
+    for (unsigned bit = 4; bit < 36; ++bit) {
+        const std::uint64_t samples = std::uint64_t{1} << bit;
+        EXPECT_EQ(probeBytes(cutTo(audio::flac(samples, 16), 300)).info->durationSeconds,
+                  samples / 16)
+            << bit;
+    }
+}
+
 TEST(FlacRules, ASingleSampleHasABitRate) {
     const Bytes bytes = cutTo(audio::flac(1, 100), 442);
     EXPECT_EQ(probeBytes(bytes).info->audioBitRate, 400u * 8 * 100);
