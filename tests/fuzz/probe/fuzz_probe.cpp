@@ -1,11 +1,13 @@
 // One fuzz target: the recogniser number FUZZED_RECOGNISER of the chain (counted from 0), or the
-// whole probe when that is -1. Built once per target.
+// whole probe when that is -1. Built once per target. The input is a packed file
+// of at most LARGEST_FILE bytes.
 #include <cstdlib>
 
 #include "platform/file.h"
 #include "probe/media_info.h"
 #include "probe/recognisers.h"
 #include "probe/record/diagnostics.h"
+#include "tests/fuzz/packed.h"
 
 namespace {
 
@@ -30,7 +32,9 @@ void requireSoundRecord(const probe::MediaInfo& info) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     probe::setDiagnosticSink(nullptr);
-    const auto file = platform::openMemory({data, size});
+    static std::vector<std::uint8_t> bytes;
+    fuzz::unpack({data, size}, LARGEST_FILE, bytes);
+    const auto file = platform::openMemory(bytes);
     constexpr bool kWhole = FUZZED_RECOGNISER < 0;
     constexpr std::size_t kFirst = kWhole ? 0 : static_cast<std::size_t>(FUZZED_RECOGNISER);
     constexpr std::size_t kCount = kWhole ? 10 : 1;
@@ -45,6 +49,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A few passes over the file; a read of less than a sector counts as one.
     const std::uint64_t cost =
         window.counts().bytes + window.counts().reads * probe::ReadWindow::kSector;
-    require(cost <= 5 * std::uint64_t{size} + 16 * probe::ReadWindow::kLargest);
+    require(cost <= 5 * std::uint64_t{bytes.size()} + 16 * probe::ReadWindow::kLargest);
     return 0;
 }

@@ -1,8 +1,11 @@
 #!/bin/sh
-# The probe's seeds are the samples of its tests, and what fuzzing has found: make_seeds.sh FOLDER.
+# The probe's seeds are the samples of its tests, and what fuzzing has found, packed: make_seeds.sh FOLDER.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
-(cd "$root" && cmake --preset native && cmake --build out/build/native --target probe_samples)
-mkdir -p "$1"
-"$root/out/build/native/tests/unit/probe/probe_samples" "$1"
-"$root/tests/fuzz/probe/unpack_findings.sh" "$1"
+unit=$root/out/build/native/tests/unit
+(cd "$root" && cmake --preset native && cmake --build out/build/native --target probe_samples fuzz_pack)
+files=$(mktemp -d)
+trap 'rm -rf "$files"' EXIT
+"$unit/probe/probe_samples" "$files"
+"$root/tests/fuzz/probe/unpack_findings.sh" "$files"
+"$unit/fuzz_pack" "$files" "$1"
