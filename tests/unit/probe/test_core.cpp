@@ -103,6 +103,11 @@ TEST(BitReader, SkipsToTheEndAndNoFurther) {
         EXPECT_EQ(reader.ok(), count <= 16) << count;
         EXPECT_EQ(reader.bitPosition(), std::min<std::size_t>(count, 16)) << count;
         reader.skip(0);
+        probe::BitReader twice(bytes);
+        twice.skip(3);
+        twice.skip(count - 3);
+        EXPECT_EQ(twice.ok(), count <= 16) << count;
+        EXPECT_EQ(twice.bitPosition(), std::min<std::size_t>(count, 16)) << count;
         EXPECT_EQ(reader.ok(), count <= 16) << "the first failure holds: " << count;
     }
 }
