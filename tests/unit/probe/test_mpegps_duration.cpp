@@ -64,7 +64,7 @@ TEST(MpegPsPlayTime, ThePlacesCountFromTheFirstPack) {
     EXPECT_EQ(measure(file, {.offset = 9 * kPackEvery, .time = 9 * kMillisecond}).duration,
               (9 * 64 - 9) * kMillisecond);
     ASSERT_EQ(file.looks.size(), 17u);
-    for (std::uint64_t i = 1; i <= 8; ++i) {
+    for (std::size_t i = 1; i <= 8; ++i) {
         EXPECT_EQ(file.looks[2 * i - 1].offset, (9 + 63 * i) * kPackEvery) << i;
     }
 }
