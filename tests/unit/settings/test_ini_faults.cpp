@@ -129,6 +129,7 @@ TEST(IniFaults, NothingOfOtherProgramsIsLost) {
         {"as large as can be", {.bytes = large}, 1, {large + "\n[MISC]\nDMB=3\n"}},
         {"one byte larger", {.bytes = large + "x"}, 0, {}},
         {"shorter than told", {.bytes = kOthers, .extraSize = 5000}, 0, {}},
+        {"grown by a byte since", {.bytes = kOthers, .extraSize = ~std::uint64_t{0}}, 0, {}},
         {"sector not readable", {.bytes = blocks, .rawReadFailsAt = 8192}, 0, {}},
         {"end of text at once", {.bytes = "\x1A"}, 0, {}},
         {"end of text at its end", {.bytes = std::string(kOthers) + "\x1A"}, 0, {}},
