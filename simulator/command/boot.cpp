@@ -84,8 +84,10 @@ bool startHub(const Unit& unit, int panel, std::string& why) {
     const std::string log = (unit.run() / "wine.log").string();
     for (int attempt = 1;; ++attempt) {
         const pid_t hub = process::startDetached(
-            {wineLoader(), "explorer", desktop, "H:\\.unit\\bin\\hub.exe",
-             panel > 0 ? "--panel" : "--no-panel", std::to_string(panel)},
+            // By its path: Wine would find it by its name with the help of one more process.
+            {wineLoader(), "C:\\windows\\system32\\explorer.exe", desktop,
+             "H:\\.unit\\bin\\hub.exe", panel > 0 ? "--panel" : "--no-panel",
+             std::to_string(panel)},
             {.environment = environment, .folder = unit.device.string(), .logFile = log});
         if (hub < 0) {
             why = "Wine is missing; install it with: apt-get install wine wine64";

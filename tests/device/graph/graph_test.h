@@ -43,6 +43,21 @@ protected:
                                                window_);
     }
 
+    // Runs, and waits until the graph has begun. Wine lets it begin on a thread of its own, which
+    // takes the list of filters apart and puts it together again while others may be looking.
+    void run() {
+        EXPECT_EQ(control_.RunGraph(), 1);
+        platform::ComPtr<IMediaControl> graph;
+        control_.builder()->QueryInterface(IID_IMediaControl, graph.outVoid());
+        OAFilterState state = 0;
+        HRESULT result = VFW_S_STATE_INTERMEDIATE;
+        while (result == VFW_S_STATE_INTERMEDIATE) {
+            result = graph->GetState(10, &state);
+        }
+        EXPECT_EQ(result, S_OK);
+        EXPECT_EQ(state, State_Running);
+    }
+
     // What the control prints while taking the graph apart.
     std::string takeApart() {
         ::testing::internal::CaptureStdout();

@@ -46,7 +46,7 @@ protected:
 TEST_F(AudioClock, SoundlessFileGetsAnAudioRendererForIt) {
     build(L"silent.mp4");
     EXPECT_EQ(control_.totalAudioStreams(), 0u);
-    EXPECT_EQ(control_.RunGraph(), 1);
+    run();
     use(nullptr);
     EXPECT_EQ(setAudioClock(), "[TCMovieManager]m_TotalAudioStreamNum : 0\n");
     platform::ComPtr<IBaseFilter> added;
@@ -60,7 +60,7 @@ TEST_F(AudioClock, SoundlessFileGetsAnAudioRendererForIt) {
 
 TEST_F(AudioClock, OfOneStreamStaysAsTheGraphChose) {
     build(L"sound.mp4");
-    EXPECT_EQ(control_.RunGraph(), 1);
+    run();
     addRenderer(first_, L"first");
     use(nullptr);
     EXPECT_EQ(setAudioClock(), "");

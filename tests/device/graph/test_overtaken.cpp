@@ -45,7 +45,7 @@ protected:
         control_.DestroyFilterGraph();
         if (next_ != nullptr) {
             EXPECT_EQ(build(next_), kGraphBuilt);
-            EXPECT_EQ(control_.RunGraph(), 1);
+            run();
             filtersOfNext_ = filters();
             graphOfNext_ = control_.builder();
         }
