@@ -126,6 +126,13 @@ TEST(Mp4Edges, ADescriptorsLengthHasSevenBitsAByte) {
     }
 }
 
+TEST(Mp4Edges, ADescriptorsLengthHasFourBytesAtMost) {
+    // The fourth announces a fifth, which is the content's first.
+    const Bytes other = Builder().u8(6).be32(0x80808083).be24(0x000000).take();
+    const Outcome outcome = probeTrack("soun", soundOf(join({other, decoderConfig()})));
+    EXPECT_EQ(outcome.info->audioBitRate, 64'000u);
+}
+
 TEST(Mp4Edges, TheStreamsPriorityAnnouncesNothing) {
     for (unsigned priority = 0; priority < 32; ++priority) {
         const Outcome outcome = probeTrack("soun", soundOf(decoderConfig(), priority));
@@ -172,6 +179,36 @@ TEST(Mp4Edges, AnAvcConfigurationOfNoSetsHasNoAspect) {
         const Outcome outcome = probeTrack(
             "vide", join({stsd(1, visualEntry("avc1", 64, 48, configuration)), tables(5)}));
         EXPECT_EQ(outcome.info->pixelAspectX, sets == 0 ? 0u : 12u) << sets;
+    }
+}
+
+TEST(Mp4Edges, AParameterSetIsAsLongAsItsLength) {
+    const Bytes set = sps({});
+    for (const std::size_t length : {std::size_t{3}, set.size() - 1, set.size()}) {
+        Bytes configuration = avcC(set);
+        configuration[8 + 7] = static_cast<std::uint8_t>(length);
+        const Outcome outcome = probeTrack(
+            "vide", join({stsd(1, visualEntry("avc1", 64, 48, configuration)), tables(5)}));
+        EXPECT_EQ(outcome.info->pixelAspectX, length < 4 ? 0u : 12u) << length;
+    }
+}
+
+TEST(Mp4Edges, OfAnotherFormatOnlyTheFixedPartIsRead) {
+    const Bytes noBox = Builder().be32(5).be32(5).be32(5).take();
+    EXPECT_EQ(probeTrack("vide", join({stsd(1, visualEntry("s263", 64, 48, noBox)), tables(5)}))
+                  .info->videoWidth,
+              64u);
+    EXPECT_EQ(probeTrack("soun", join({stsd(1, audioEntry("samr", 1, 8000, noBox)), tables(5)}))
+                  .info->audioSampleRate,
+              8000u);
+}
+
+TEST(Mp4Edges, AnEntryThatIsLongerThanItsDescriptionIsNone) {
+    for (const unsigned longer : {0u, 1u}) {
+        Bytes entry = audioEntry("mp4a", 2, 24000);
+        entry[3] = static_cast<std::uint8_t>(entry[3] + longer);
+        const Outcome outcome = probeTrack("soun", join({stsd(1, entry), tables(5)}));
+        EXPECT_EQ(outcome.info->audioSampleRate, longer == 0 ? 24'000u : 0u) << longer;
     }
 }
 

@@ -318,5 +318,68 @@ TEST(H264, OneZeroBeforeAOneIsNoStartCode) {
     EXPECT_EQ(sets, 1);
 }
 
+// Annex B: 00 00 01 ends a set wherever it stands; what was to come counts as 0.
+TEST(H264, AStartCodeEndsASet) {
+    int sets = 0;
+    for (unsigned turn = 0; turn < 8; ++turn) {
+        const std::uint32_t aspect = std::rotl(0xFF000001u, static_cast<int>(turn));
+        Bytes set = sps({.aspectIdc = 255, .sarWidth = aspect >> 16, .sarHeight = aspect & 0xFFFF});
+        const auto escape =
+            std::ranges::search(set, std::to_array<std::uint8_t>({0, 0, 3, 1})).begin();
+        if (escape == set.end()) {
+            continue;
+        }
+        ++sets;
+        set.erase(escape + 2);
+        const std::uint32_t left = aspect >> (8 + turn) << (8 + turn);
+        const probe::PixelAspect found = probe::FindAspectInSps(std::span(set).subspan(1));
+        EXPECT_EQ(found.horizontal, left >> 16) << turn;
+        EXPECT_EQ(found.vertical, left & 0xFFFF) << turn;
+    }
+    EXPECT_EQ(sets, 1);
+}
+
+// 7.4.1.1: the 3 behind two zeros is dropped; zeros in front of it count no more.
+TEST(H264, OnlyAThreeBehindTwoZerosIsDropped) {
+    for (int turn = 0; turn < 8; ++turn) {
+        const std::uint32_t aspect = std::rotl(0x00000003u, turn);
+        const Bytes set =
+            sps({.aspectIdc = 255, .sarWidth = aspect >> 16, .sarHeight = aspect & 0xFFFF});
+        const probe::PixelAspect found = probe::FindAspectInSps(std::span(set).subspan(1));
+        EXPECT_EQ(found.horizontal, aspect >> 16) << turn;
+        EXPECT_EQ(found.vertical, aspect & 0xFFFF) << turn;
+    }
+    Bytes set = sps({});
+    set[1] = 0;  // a profile of 0 and the constraint flags 3
+    set[2] = 3;
+    EXPECT_EQ(probe::FindAspectInSps(std::span(set).subspan(1)).horizontal, 12u);
+}
+
+TEST(H264, WithoutAStartCodeThereIsNoSet) {
+    Bytes bytes = sps({});
+    bytes.resize(100, 0x33);
+    EXPECT_EQ(aspectIn(bytes, bytes.size(), 1000).horizontal, 0u);
+    bytes.erase(bytes.begin());
+    EXPECT_EQ(aspectIn(bytes, bytes.size(), 1000).horizontal, 0u);
+}
+
+TEST(H264, NoMoreThanTheSetIsRead) {
+    const auto search = [](std::size_t at, const Bytes& set, std::size_t bad) {
+        const Bytes bytes = Builder().fill(at, 0x44).be24(1).bytes(set).padTo(30'000, 0x33).take();
+        TestFile file(bytes);
+        file.badFrom = bad;
+        file.badTo = bytes.size();
+        probe::ReadWindow window(file);
+        probe::PixelAspect aspect;
+        const bool done = probe::findAspectInH264(window, 0, bytes.size(), bytes.size(), aspect);
+        EXPECT_EQ(aspect.horizontal, done ? 12u : 0u) << at;
+        return done;
+    };
+    const Bytes set = sps({});
+    EXPECT_TRUE(search(20, set, 4096)) << "the first 256 bytes are enough";
+    EXPECT_FALSE(search(4096 - 40, set, 4096)) << "of which some cannot be read";
+    EXPECT_FALSE(search(5000, set, 4096)) << "nor the start code";
+}
+
 }  // namespace
 }  // namespace probe_test
