@@ -118,6 +118,41 @@ TEST(FlvRules, ATagThatNoFlagAnnouncesIsPassedOver) {
     }
 }
 
+// What stands behind a tag of no bytes is its size, which a damaged file may have wrong.
+TEST(FlvRules, ATagOfNoBytesTellsNothing) {
+    File file(kVideo | kAudio);
+    file.tag(8, {});
+    Bytes bytes = file.tag(9, {}).video().end();
+    bytes[9 + 15] = 0x2F;       // as sound: layer III, 44,100 Hz
+    bytes[9 + 15 + 15] = 0x17;  // as a picture: AVC
+    const Outcome outcome = probeBytes(bytes);
+    EXPECT_EQ(outcome.info->status, probe::kOk);
+    EXPECT_EQ(outcome.info->videoFourCC, 0xFFFFFFFFu);
+    EXPECT_NE(outcome.info->audioFormatTag, 0x55u);
+    EXPECT_NE(outcome.info->audioSampleRate, 44'100u);
+}
+
+TEST(FlvRules, OfASoundTagOneByteIsNeeded) {
+    constexpr std::size_t kSector = 512, kBad = 10 * kSector;
+    for (const std::size_t front : {0u, 1u}) {
+        // Sound whose data begin that many bytes in front of a sector that cannot be read.
+        const std::size_t picture = kBad - front - (9 + 15 + 15);
+        const Bytes bytes = File(kVideo | kAudio)
+                                .video(0, 1, picture - 1)
+                                .tag(8, Bytes(2000, 0xAF))
+                                .video(0, 1, 20'000)
+                                .end();
+        ASSERT_EQ(bytes[kBad - front], 0xAF);
+        ASSERT_EQ(bytes[kBad - front - 11], 8);
+        TestFile file(bytes);
+        file.badFrom = kBad;
+        file.badTo = kBad + kSector;
+        const Outcome outcome = probeFile(file);
+        EXPECT_EQ(outcome.info->containerType, front == 1 ? 11u : 0u);
+        EXPECT_EQ(outcome.info->audioSampleRate, front == 1 ? 44'100u : 0u);
+    }
+}
+
 TEST(FlvRules, ATagThatTheFileCutsFails) {
     for (const unsigned type : {8u, 9u, 18u}) {
         const std::uint8_t flags = type == 8 ? kAudio : kVideo;

@@ -24,7 +24,7 @@ Bytes twoStreams() {
 
 TEST(AviRules, EveryPictureOfTheFirstTwoStreamsCounts) {
     for (const char* id : {"00dc", "00db", "01dc", "01db", "02dc", "10dc", "00dd", "00wb", "00eb",
-                           "0Adc", "01pc", "11db"}) {
+                           "0Adc", "01pc", "11db", "00d\xE3"}) {
         const bool counts = std::string_view("00dc 00db 01dc 01db").find(id) != std::string::npos;
         const Outcome outcome = probeBytes(
             withIndexOf(twoStreams(), {idx1Entry("00dc", 4, 1000), idx1Entry(id, 80, 3000)}));
