@@ -316,5 +316,20 @@ TEST(Asf, WhatIsReadBeyondAnObjectUsesUpTheWalk) {
     }
 }
 
+TEST(Asf, AValueThatReachesBeyondTheHeaderEndsTheWalk) {
+    const Bytes year = asf::attribute(u"WM/Year", u"2011");
+    const auto hasYear = [&year](std::size_t length) {
+        Bytes other = asf::attribute(u"Other", 0, {});
+        other[other.size() - 2] = static_cast<std::uint8_t>(length);
+        other[other.size() - 1] = static_cast<std::uint8_t>(length >> 8);
+        const Bytes bytes = asf::file({asf::audioStream(1), asf::extendedContent({other, year})});
+        return probeBytes(bytes).info->hasYear;
+    };
+    EXPECT_EQ(hasYear(0), 1u);
+    EXPECT_EQ(hasYear(year.size()), 0u);
+    EXPECT_EQ(hasYear(year.size() + 1), 0u);
+    EXPECT_EQ(hasYear(0xFFFF), 0u);
+}
+
 }  // namespace
 }  // namespace probe_test

@@ -360,6 +360,29 @@ TEST(ApeRules, OnlyTheCountedItemsAreRead) {
     }
 }
 
+// The items end where the footer begins; one that reaches further is none, nor is what follows it.
+TEST(ApeRules, AnItemThatReachesIntoTheFooterEndsThem) {
+    const Bytes tag = audio::apeTag({{"Genre", "G"}, {"Title", "T"}});
+    constexpr std::size_t kBehindGenre = 1 + 4 + 4 + 6 + 1;  // the value, and the other item
+    for (const std::size_t size :
+         {std::size_t{1}, kBehindGenre, kBehindGenre + 1, kBehindGenre + 32, std::size_t{5000}}) {
+        Builder patched;
+        patched.bytes(tag).patchLe32(0, size);
+        const Outcome outcome = probeBytes(apeWith(patched.take()));
+        EXPECT_EQ(outcome.info->hasGenre, size <= kBehindGenre ? 1u : 0u) << size;
+        EXPECT_EQ(outcome.info->hasTitle, size == 1 ? 1u : 0u) << size;
+    }
+}
+
+TEST(ApeRules, ATagMayBeAsLargeAsTheFile) {
+    const Bytes whole = apeWith(audio::apeTag({{"Title", "T"}}));
+    for (const std::size_t more : {0u, 1u}) {
+        Builder bytes;
+        bytes.bytes(whole).patchLe32(whole.size() - 20, whole.size() + more);
+        EXPECT_EQ(probeBytes(bytes.take()).info->status, more == 0 ? probe::kOk : probe::kFail);
+    }
+}
+
 TEST(AsfRules, OfAFlagsWordSevenBitsAreTheNumber) {
     // Stream 3 with all other flags set, and stream 4: the lower number is described.
     const auto stream = [](unsigned flags, unsigned channels) {
