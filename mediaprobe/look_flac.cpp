@@ -18,7 +18,8 @@ namespace {
 constexpr std::uint64_t kInfo = 8;        // behind "fLaC" and a block header of 4 bytes
 constexpr std::uint64_t kInfoBytes = 34;  // of which the last 16 are a checksum
 constexpr std::size_t kMostTail = std::size_t{1} << 20;  // an eighth of it is rare
-constexpr std::size_t kMostHeaderBytes = 16, kFooterBytes = 2;
+constexpr std::size_t kMostHeaderBytes = 16;
+constexpr std::size_t kFooterBytes = 2;
 
 // Section 8.2: +0 least and +2 most samples of a block, +4 least and +7 most bytes of a frame (0
 // unknown), +10 packed: sample rate (20 bits), channels - 1 (3), bits of a sample - 1 (5), samples
@@ -175,7 +176,8 @@ bool readInfo(Look& look, std::uint64_t start, StreamInfo& info) {
 // APE tag (a footer of 32 bytes: +0 "APETAGEX", +12 bytes of items and footer, +20 flags, of which
 // the top bit announces a header of 32 bytes).
 std::uint64_t soundEnd(Look& look) {
-    constexpr std::uint64_t kId3Bytes = 128, kFooter = 32;
+    constexpr std::uint64_t kId3Bytes = 128;
+    constexpr std::uint64_t kFooter = 32;
     std::uint64_t end = look.seen.fileBytes;
     std::uint8_t tag[3], footer[kFooter];
     if (end > kId3Bytes && look.read(end - kId3Bytes, tag) && std::memcmp(tag, "TAG", 3) == 0) {

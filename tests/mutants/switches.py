@@ -156,6 +156,27 @@ class Extents:
         return [(token.start, self.tokens[self.angle(i + 1, 1)].end)
                 for i, token in enumerate(self.tokens) if token.text == "template"]
 
+    def is_part_of_text(self, start):
+        """Whether a text begins here that is written in several pieces."""
+        i = self.at.get(start, 0)
+        pieces = self.tokens[max(i - 1, 0):i + 2]
+        return self.tokens[i].text.endswith('"') and sum(t.text.endswith('"') for t in pieces) > 1
+
+    def sizes(self):
+        """The sizes of arrays that are declared with them: `type name[size]`. As a compiler's extension
+        those of a function may vary, but such an array is none to the functions that it is handed to."""
+        found, last = [], None
+        for i, token in enumerate(self.tokens):
+            if token.text != "[" or i < 2:
+                continue
+            is_word = [re.fullmatch(r"[A-Za-z_]\w*", t.text) for t in self.tokens[i - 2:i]]
+            declared = all(is_word) and self.tokens[i - 2].text not in BEFORE_OPERAND
+            following = self.tokens[i - 2].text == "," and last == i - 3
+            if declared or following or last == i - 1:
+                last = closing(self.tokens, i)
+                found.append((token.start, self.tokens[last].end))
+        return found
+
     def relaxed(self):
         for i, token in enumerate(self.tokens):
             behind = self.tokens[min(i + 1, len(self.tokens) - 1)].text
@@ -197,7 +218,7 @@ class Switched:
         self.extents = Extents(source)
         self.pieces, self.owners, self.line = [], {}, 1
         self.numbers, self.names = set(), set()
-        nodes, constant = {}, self.extents.parameters()
+        nodes, constant = {}, self.extents.parameters() + self.extents.sizes()
         for one in self.extents.relaxed():
             if one.name in kept or not one.possible:
                 constant.append((one.start, one.reach))
@@ -210,6 +231,8 @@ class Switched:
             if place is None:
                 continue
             start, end, statement = place
+            if self.extents.is_part_of_text(start):
+                continue
             put = fault.put
             if source[fault.start:fault.end] == "!":
                 put = "static_cast<bool>("
@@ -320,6 +343,9 @@ def faults_with_errors(printed, switched, where):
             of_lines = of_lines or set(switched[path].owners.get(number, ())
                                        if path in switched else ())
         named = holding(words, paths) if not of_lines else set()
+        if not of_lines and not named:  # the line itself, as the compiler shows it
+            shown = re.findall(r"^ *\d+ \| (.*)", block, re.MULTILINE)
+            named = holding({w for line in shown for w in re.findall(r"\w+", line)}, paths)
         numbers |= of_lines
         kept |= named
         if not of_lines and not named:

@@ -185,18 +185,18 @@ expect "a program stream may hold unknown sound" 1 \
 status --explain all/avi_second_vids_leaves_the_first >status.txt
 expect "an AVI without a sound stream" 1 "$(grep -c 'the player refuses it: without audio' out.txt)"
 expect "--explain of a missing file" 2 "$(status --explain missing.avi)"
-# Hostile sizes in sparse files of 300 MiB: the memory stays small, whatever they declare.
+# Hostile sizes in sparse files of 48 MiB: the memory stays small, whatever they declare.
 # hostile NAME BYTES: a file that begins with the bytes (printf escapes)
 hostile() {
     # shellcheck disable=SC2059  # the bytes as printf's escapes
     printf "$2" >"$1"
-    truncate -s 300M "$1"
+    truncate -s 48M "$1"
 }
 little() { # NAME WANTED-STATUS
     (ulimit -v "$space" && timeout 60 "$probe" "$1" >out.txt 2>err.txt)
     expect "$1 in an address space of $space KiB" "$2" $?
 }
-hostile list.avi 'RIFF\0\0\0\0AVI LIST\0\0\0\x12hdrlavih\x38\0\0\0'
+hostile list.avi 'RIFF\0\0\0\0AVI LIST\0\0\0\x02hdrlavih\x38\0\0\0'
 little list.avi 1
 cp all/avi_idx1_before_movi picture.avi
 patch_size() { # what the four letters of a chunk or list type are found by, bytes, their place
@@ -205,12 +205,12 @@ patch_size() { # what the four letters of a chunk or list type are found by, byt
     printf "$2" | dd of=picture.avi bs=1 seek=$at conv=notrunc 2>dd.txt
 }
 patch_size movi '\xff\xff\xff\x7f' -4
-patch_size 00dc '\0\0\0\x10' 4
-truncate -s 300M picture.avi
+patch_size 00dc '\0\0\0\x02' 4
+truncate -s 48M picture.avi
 little picture.avi 0
-hostile moov.mp4 '\0\0\0\x14ftypisom\0\0\2\0isom\x12\0\0\0moov'
+hostile moov.mp4 '\0\0\0\x14ftypisom\0\0\2\0isom\x02\0\0\0moov'
 little moov.mp4 1
-hostile tables.mp4 '\0\0\0\x14ftypisom\0\0\2\0isom\x12\0\0\0moov\x11\0\0\0trak\0\0\0\x08tkhd'
+hostile tables.mp4 '\0\0\0\x14ftypisom\0\0\2\0isom\x02\0\0\0moov\x01\xf0\0\0trak\0\0\0\x08tkhd'
 little tables.mp4 1
 if [ -e /dev/full ]; then
     "$probe" $good >/dev/full 2>err.txt
