@@ -4,7 +4,8 @@
 run_packages="g++ cmake make ninja-build g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-nanum ffmpeg
  x11-utils imagemagick gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
  gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev librsvg2-bin libcli11-dev
- nlohmann-json3-dev libpugixml-dev libpng-dev libxcb-xtest0-dev"
+ nlohmann-json3-dev libpugixml-dev libpng-dev libxcb-shape0-dev
+ libxcb-xtest0-dev"
 # To test it.
 test_packages="$run_packages clang clang-format clang-tidy cppcheck shellcheck
  libclang-rt-14-dev libbenchmark-dev python3-jsonschema groff zsh lld llvm-14

@@ -11,7 +11,9 @@
 #include "simulator/command/display.h"
 #include "simulator/command/hearing.h"
 #include "simulator/command/prefix.h"
+#include "simulator/command/screen.h"
 #include "simulator/shared/json.h"
+#include "simulator/shared/messages.h"
 #include "simulator/shared/tape_reader.h"
 
 namespace headunit {
@@ -206,6 +208,11 @@ std::string playerCommandLine(bool pip) {
 }
 
 bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why) {
+    Screen screen;
+    if (!screen.open(unit, why)) {
+        return false;
+    }
+    screen.letThrough(tape::kWaitingSign);
     if (!options.connectFolder.empty() && !ask(unit, {"connect", options.connectFolder}, why)) {
         return false;
     }

@@ -1,5 +1,6 @@
 #include "simulator/command/screen.h"
 
+#include <xcb/shape.h>
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
@@ -167,6 +168,16 @@ bool Screen::press(Button button, std::string& why) {
     return button == Button::Same ||
            (send(button == Button::Down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, 1, 0, 0) &&
             sync(why));
+}
+
+// An input shape without a rectangle.
+void Screen::letThrough(const std::string& title) {
+    if (const unsigned window = findTitled(server_, window_, title); window != 0) {
+        xcb_shape_rectangles(server_, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                             XCB_CLIP_ORDERING_UNSORTED, window, 0, 0, 0, nullptr);
+        std::string unused;
+        sync(unused);
+    }
 }
 
 // As if the panel had been clicked: the player's windows take the display's focus with them

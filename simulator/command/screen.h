@@ -28,6 +28,9 @@ public:
     // Moves the pointer to a point of the screen, or of the panel beside it.
     bool point(int x, int y, std::string& why);
     bool press(Button button, std::string& why);
+    // Touches go through the window of that title from now on, as X sees it. Nothing when there is
+    // none.
+    void letThrough(const std::string& title);
     // Presses and releases a key, by its name or as the letter that it types.
     bool key(const std::string& name, std::string& why);
 

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr wchar_t kClass[] = L"ani_waiting.sign";
 constexpr int kSide = 88;   // pixels
 constexpr int kRing = 28;   // from the middle to the dots' middles
 constexpr int kRadius = 7;  // of a dot
@@ -102,22 +101,25 @@ LRESULT CALLBACK procedure(HWND receiver, UINT message, WPARAM wParam, LPARAM lP
         case WM_NCHITTEST:
             return HTTRANSPARENT;
         default:
-            return DefWindowProcW(receiver, message, wParam, lParam);
+            return DefWindowProcA(receiver, message, wParam, lParam);
     }
 }
 
 // Makes the window, hidden. False when Windows refuses.
 bool create() {
-    WNDCLASSW description = {};
+    WNDCLASSA description = {};
     description.lpfnWndProc = procedure;
     description.hInstance = GetModuleHandleW(nullptr);
-    description.lpszClassName = kClass;
-    RegisterClassW(&description);
-    // Only a layered window that is transparent too lets touches through to other processes.
+    description.lpszClassName = tape::kWaitingSign;
+    RegisterClassA(&description);
+    // Windows lets touches through to other processes only where a window is layered and
+    // transparent. For X it is a window as any other, whose touches would come back from here: Wine
+    // loses a move that arrives from another process while the player takes the one before. So they
+    // go past it there as well, see Screen::letThrough, which finds it by its title.
     constexpr DWORD kStyle =
         WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_TRANSPARENT;
-    window = CreateWindowExW(kStyle, kClass, L"", WS_POPUP, 0, 0, kSide, kSide, nullptr, nullptr,
-                             description.hInstance, nullptr);
+    window = CreateWindowExA(kStyle, tape::kWaitingSign, tape::kWaitingSign, WS_POPUP, 0, 0, kSide,
+                             kSide, nullptr, nullptr, description.hInstance, nullptr);
     if (window == nullptr) {
         return false;
     }

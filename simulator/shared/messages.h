@@ -33,6 +33,8 @@ inline constexpr char kPlayer[] = "Video";
 inline constexpr char kProcessManager[] = "Processmanager";
 inline constexpr char kNavigation[] = "Orvi";
 inline constexpr char kWaiting[] = "ani_waiting";
+// The window in which that one shows that the driver has to wait.
+inline constexpr char kWaitingSign[] = "ani_waiting.sign";
 inline constexpr char kBoard[] = "board";
 inline constexpr char kRecorder[] = "recorder";
 inline constexpr char kSystem[] = "system";
