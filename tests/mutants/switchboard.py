@@ -50,18 +50,25 @@ class Switchboard:
         self.build()
         self.trace()
 
-    def build(self):
+    def read(self):
+        """What the last build of all left out: numbers of faults, and (path, name) of what is constexpr."""
         stored = json.loads(self.store.read_text()) if self.store.exists() else {}
-        left_out = {self.names[n] for n in stored.get("faults", []) if n in self.names}
-        kept = {tuple(x) for x in stored.get("names", [])}
+        return ({self.names[n] for n in stored.get("faults", []) if n in self.names},
+                {tuple(x) for x in stored.get("names", [])})
+
+    def lay_out(self, left_out, kept):
         # A source without a fault may hold a constant of a type whose values are switched.
         of_path = {path: {} for path in self.paths if "constinit" in (ROOT / path).read_text()}
         for number, fault in self.faults.items():
             of_path.setdefault(fault["path"], {})[number] = fault["fault"]
+        self.switched = {path: Switched((ROOT / path).read_text(), faults, left_out,
+                                        {name for where, name in kept if where == path})
+                         for path, faults in of_path.items()}
+
+    def build(self):
+        left_out, kept = self.read()
         for turn in range(ROUNDS):
-            self.switched = {path: Switched((ROOT / path).read_text(), faults, left_out,
-                                            {name for where, name in kept if where == path})
-                             for path, faults in of_path.items()}
+            self.lay_out(left_out, kept)
             self.tree.update({path: one.text for path, one in self.switched.items()})
             if turn == 0:
                 self.tree.configure()
