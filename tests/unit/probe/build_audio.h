@@ -142,6 +142,11 @@ inline Bytes ape(const Ape& a) {
     return builder.padTo(500, 0x11).take();
 }
 
+// The same with a tag behind it.
+inline Bytes apeWith(const Bytes& tag) {
+    return Builder().bytes(ape({})).bytes(tag).take();
+}
+
 // "fLaC" with its stream information as the last block.
 inline Bytes flac(std::uint64_t samples, std::uint64_t sampleRate = 44100, unsigned channels = 2,
                   bool isLast = true) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -21,9 +22,10 @@ struct Indexed {
     std::size_t index = 0;  // where the standard index begins
 };
 
-// Two pictures, and one standard index that ends the file. The offset of its first entry is put
-// in: that of the second picture.
-Indexed withStandardIndex(Entries entries, std::uint32_t count, std::size_t between = 0) {
+// Two pictures, and one standard index with nothing or a chunk behind it. The offset of its first
+// entry is put in: that of the second picture.
+Indexed withStandardIndex(Entries entries, std::uint32_t count, std::size_t between = 0,
+                          const Bytes& behind = {}, std::string_view id = "00dc") {
     Indexed made;
     for (int pass = 0; pass < 2; ++pass) {
         const Bytes headers = join(
@@ -36,10 +38,10 @@ Indexed withStandardIndex(Entries entries, std::uint32_t count, std::size_t betw
             entries[0].first = movi + static_cast<std::uint32_t>(pictures.size() / 2) + 8;
         }
         made.index = movi + pictures.size() + 8 + between;
-        made.bytes = aviWithIndex(headers,
-                                  join({pictures, chunk("JUNK", Bytes(between)),
-                                        standardIndex("00dc", 0, entries, count)}),
-                                  {});
+        made.bytes = aviWithIndex(
+            headers,
+            join({pictures, chunk("JUNK", Bytes(between)), standardIndex(id, 0, entries, count)}),
+            behind);
     }
     return made;
 }
@@ -89,14 +91,79 @@ TEST(AviStandardIndex, EndsWithTheFile) {
     }
 }
 
+// Its last block as well is no longer than what is left of it.
+TEST(AviStandardIndex, OfManyBlocksEndsWithItsCount) {
+    const Bytes behind = chunk("JUNK", Bytes(100'000, 0x11));
+    for (const std::uint32_t count : {8191u, 8192u, 8193u, 20'000u}) {
+        const Entries entries(count, {7, 100});
+        const Outcome outcome = probeBytes(withStandardIndex(entries, count, 0, behind).bytes);
+        EXPECT_EQ(outcome.info->videoBitRate, rateOf(std::uint64_t{count} * 100, count)) << count;
+    }
+}
+
+TEST(AviStandardIndex, IsOfPicturesByTheLastTwoLettersOfItsName) {
+    const Entries entries = {{7, 5000}};
+    const auto rateFor = [&entries](std::string_view id) {
+        return probeBytes(withStandardIndex(entries, 1, 0, {}, id).bytes).info->videoBitRate;
+    };
+    for (const std::string_view id : {"00dc", "00db", "07dc", "xxdb"}) {
+        EXPECT_EQ(rateFor(id), 5000u * 8 * 1000) << id;
+    }
+    for (const std::string_view id : {"00dd", "00dC", "00wb", "00tx", "dc00",
+                                      "00\xE4"
+                                      "c",
+                                      "00d\xE3", "00Dc", "00d\xE2"}) {
+        EXPECT_EQ(rateFor(id), 0u) << id;
+    }
+}
+
+// A super index leads anywhere. Behind the file's end stand zeros, an index of no entries; an
+// offset of 32 one bits is what a seek that fails answers with.
+TEST(AviStandardIndex, MayBeginAnywhere) {
+    struct Case {
+        std::uint64_t offset;
+        std::uint32_t containerType;
+    };
+    for (const Case& one :
+         {Case{0x7FFFFFFE, 1}, Case{0x7FFFFFFF, 1}, Case{0xFFFFFFFE, 1}, Case{0xFFFFFFFF, 0},
+          Case{0x1'7FFFFFFF, 1}, Case{0x1'FFFFFFFF, 0}, Case{0x7FFFFFFF'FFFFFFFE, 1},
+          // At the second byte of the file stands a count of more than memory holds.
+          Case{1, 0}}) {
+        const Bytes super =
+            join({superIndex("00dc", {{one.offset, 32}}), chunk("JUNK", Bytes(64))});
+        const Bytes bytes =
+            aviWithIndex(join({avih(kPace), videoList("XVID", 64, 48, super)}), Bytes(64), {});
+        EXPECT_EQ(probeBytes(bytes).info->containerType, one.containerType) << one.offset;
+    }
+}
+
+// Of a super index the entries that the header list holds are followed, and no more: another one
+// would lead to the file's start, where no index is.
+TEST(AviStandardIndex, AsManyAsTheHeaderListHolds) {
+    for (std::size_t held = 14; held <= 18; ++held) {
+        for (const std::uint32_t more : {0u, 1u, 100u}) {
+            const std::vector<SuperEntry> entries(held, SuperEntry{0x7FFF0000, 32});
+            const auto count = static_cast<std::uint32_t>(held) + more;
+            const Bytes super = superIndex("00dc", entries, 4, count);
+            const Bytes bytes =
+                aviWithIndex(join({avih(kPace), videoList("XVID", 64, 48, super)}), Bytes(64), {});
+            EXPECT_EQ(probeBytes(bytes).info->containerType, 1u) << held << ' ' << more;
+        }
+    }
+}
+
 TEST(AviStandardIndex, ItsHeaderIsReadOnce) {
     // Far behind what is at hand: the walk's own reads, then header and entry.
-    const Indexed none = withStandardIndex({{0, 64}}, 0, 100'000);
-    const Indexed one = withStandardIndex({{0, 64}}, 1, 100'000);
-    TestFile without(none.bytes), with(one.bytes);
+    const Bytes indexed = withStandardIndex({{0, 64}}, 1, 100'000).bytes;
+    Bytes plain = indexed;
+    constexpr std::string_view kSuperIndex = "indx";
+    const auto at = std::search(plain.begin(), plain.end(), kSuperIndex.begin(), kSuperIndex.end());
+    ASSERT_NE(at, plain.end());
+    *at = 'x';
+    TestFile without(plain), with(indexed);
     probeFile(without);
     probeFile(with);
-    EXPECT_EQ(with.reads, without.reads + 1) << "the entry alone";
+    EXPECT_EQ(with.reads, without.reads + 2);
 }
 
 TEST(AviStandardIndex, ItsHeaderOrEntryThatCannotBeReadFails) {
@@ -127,6 +194,80 @@ TEST(AviStandardIndex, OfSoundThatCannotBeReadFails) {
     TestFile file(bytes);
     file.badFrom = at;
     file.badTo = at + 32;
+    EXPECT_EQ(probeFile(file).info->containerType, 0u);
+}
+
+// An idx1 of these entries behind a picture, with `behind` after it; where the idx1's entries
+// begin.
+Indexed withIdx1(std::uint32_t entries, std::size_t before, const Bytes& behind,
+                 std::uint32_t claimed = 0) {
+    const Bytes headers = join({avih(kPace), videoList("XVID", 64, 48)});
+    Builder index;
+    for (std::uint32_t i = 0; i < entries; ++i) {
+        index.bytes(idx1Entry("00dc", 4, 100));
+    }
+    Builder body;
+    body.text("idx1").le32(claimed != 0 ? claimed : index.size()).bytes(index.view());
+    const Bytes movi = join({chunk("00dc", volPayload(3)), chunk("JUNK", Bytes(before))});
+    Indexed made;
+    made.index = moviTypeAt(headers) + 4 + movi.size() + 8;
+    made.bytes = aviWithIndex(headers, movi, join({body.view(), behind}));
+    return made;
+}
+
+TEST(AviIdx1, OfManyBlocksEndsWithItsSize) {
+    Builder more;
+    for (int i = 0; i < 9000; ++i) {
+        more.bytes(idx1Entry("00dc", 4, 70'000));
+    }
+    const Bytes behind = chunk("JUNK", more.take());
+    for (const std::uint32_t count : {4095u, 4096u, 4097u, 9000u}) {
+        const Outcome outcome = probeBytes(withIdx1(count, 0, behind).bytes);
+        EXPECT_EQ(outcome.info->videoBitRate, rateOf(std::uint64_t{count} * 100, count)) << count;
+        EXPECT_EQ(outcome.info->durationSeconds, count / 1000) << count;
+    }
+}
+
+// A file that turns out shorter than its size ends the index where it ends.
+TEST(AviIdx1, EndsWhereTheFileDoes) {
+    const Indexed made = withIdx1(1200, 0, {});
+    for (const std::size_t missing : {0u, 1u, 15u, 16u, 17u, 3200u}) {
+        const Bytes bytes = withoutLast(made.bytes, missing);
+        TestFile file(bytes);
+        file.claimedSize = made.bytes.size();
+        const Outcome outcome = probeFile(file);
+        EXPECT_EQ(outcome.info->containerType, 1u) << missing;
+        const std::uint32_t held = 1200 - (static_cast<std::uint32_t>(missing) + 15) / 16;
+        EXPECT_EQ(outcome.info->videoBitRate, rateOf(std::uint64_t{held} * 100, held)) << missing;
+    }
+}
+
+// The file's end cuts its last entry, which begins a sector that cannot be read.
+TEST(AviIdx1, ACutEntryThatCannotBeReadFails) {
+    constexpr std::size_t kSector = 512;
+    const std::size_t begin = withIdx1(8, 0, {}).index + 8 * 16 - 16;
+    const std::size_t before = kSector - begin % kSector;
+    Indexed made = withIdx1(8, before, {}, 8 * 16);
+    made.bytes.resize(made.index + 7 * 16 + 5);
+    ASSERT_EQ((made.index + 7 * 16) % kSector, 0u);
+    ASSERT_EQ(probeBytes(made.bytes).info->containerType, 1u);
+    TestFile file(made.bytes);
+    file.badFrom = made.index + 7 * 16;
+    file.badTo = file.badFrom + 1;
+    EXPECT_EQ(probeFile(file).info->containerType, 0u);
+}
+
+// Where the entries count from is read of the first one, even where there is none.
+TEST(AviIdx1, AFirstOffsetThatCannotBeReadFails) {
+    constexpr std::size_t kSector = 512;
+    const Bytes behind = chunk("JUNK", Bytes(3000));
+    const std::size_t before = kSector - (withIdx1(0, 0, behind).index + 8) % kSector;
+    const Indexed made = withIdx1(0, before, behind);
+    ASSERT_EQ((made.index + 8) % kSector, 0u);
+    ASSERT_EQ(probeBytes(made.bytes).info->containerType, 1u);
+    TestFile file(made.bytes);
+    file.badFrom = made.index + 8;
+    file.badTo = file.badFrom + 1;
     EXPECT_EQ(probeFile(file).info->containerType, 0u);
 }
 

@@ -93,6 +93,13 @@ TEST(BitReader, CountsZerosUpToTheNextOne) {
     EXPECT_TRUE(reader.ok());
     EXPECT_EQ(reader.zeros(32), 12u) << "and no one behind them";
     EXPECT_FALSE(reader.ok());
+    // Exactly as many as are put up with, and then the end.
+    const std::array<std::uint8_t, 4> none{};
+    for (const unsigned most : {31u, 32u}) {
+        probe::BitReader last(none);
+        EXPECT_EQ(last.zeros(most), 32u);
+        EXPECT_EQ(last.ok(), most == 31);
+    }
 }
 
 TEST(BitReader, SkipsToTheEndAndNoFurther) {
@@ -395,6 +402,21 @@ TEST(Dispatcher, AsksTheTenRecognisersInTheirOrder) {
         EXPECT_STREQ(probe::recognisers()[i].name, kOrder[i].name);
         EXPECT_STREQ(probe::recognisers()[i].looksAt, kOrder[i].looksAt);
     }
+}
+
+TEST(Dispatcher, ARecogniserAnswersWith1Or0) {
+    const probe::DiagnosticSink before = probe::setDiagnosticSink(nullptr);
+    for (const Sample& one : samples()) {
+        const Bytes bytes = one.build();
+        TestFile file(bytes);
+        probe::ReadWindow window(file);
+        for (const probe::Recogniser& recogniser : probe::recognisers()) {
+            probe::MediaRecord record;
+            const int claimed = recogniser.recognise(record, window);
+            EXPECT_TRUE(claimed == 0 || claimed == 1) << one.name << ": " << recogniser.name;
+        }
+    }
+    probe::setDiagnosticSink(before);
 }
 
 TEST(Dispatcher, ShortFilesAreRecognisedByNobody) {

@@ -54,6 +54,46 @@ TEST(FlvRules, OnlyTagsOfKnownTypesAndOfStream0AreTheLast) {
     }
 }
 
+// A search that cannot read what it needs, or meets an end before the one it was told, has no
+// answer.
+TEST(FlvRules, ASearchThatCannotBeFinishedHasNoAnswer) {
+    const Bytes bytes = File(kVideo).video(0).video(3000, 2, 10'000).video(5000).end();
+    const std::size_t large = kFirstTag + kStep;
+    for (const std::size_t bad : {std::size_t{0}, large}) {
+        TestFile file(bytes);
+        file.badFrom = bad;
+        file.badTo = bad + 1;
+        probe::ReadWindow window(file);
+        std::uint32_t milliseconds = 0;
+        EXPECT_EQ(
+            probe::findLastFlvTimestamp(window, 9, bytes.size(), probe::FlvTags::Any, milliseconds),
+            bad == 0)
+            << bad;
+    }
+    for (const std::size_t missing : {0u, 1u, 30u}) {
+        TestFile file(bytes);
+        probe::ReadWindow window(file);
+        std::uint32_t milliseconds = 0;
+        EXPECT_EQ(probe::findLastFlvTimestamp(window, 9, bytes.size() + missing,
+                                              probe::FlvTags::Any, milliseconds),
+                  missing == 0)
+            << missing;
+    }
+}
+
+// The upper four bits of a picture's first byte: 1 is a key frame.
+TEST(FlvRules, OfKeyFramesTheLastIsOneOfType1) {
+    for (unsigned type = 0; type < 16; ++type) {
+        const Bytes bytes = File(kVideo).video(1000).video(3000).video(5000, type).end();
+        TestFile file(bytes);
+        probe::ReadWindow window(file);
+        std::uint32_t milliseconds = 0;
+        EXPECT_TRUE(probe::findLastFlvTimestamp(window, 9, bytes.size(), probe::FlvTags::KeyFrames,
+                                                milliseconds));
+        EXPECT_EQ(milliseconds, type == 1 ? 5000u : 3000u) << type;
+    }
+}
+
 TEST(FlvRules, EveryByteOfTheTimeStampCounts) {
     for (const std::uint32_t stamp : {0x00000FA0u, 0x0000FF00u, 0x00FF0000u, 0xFF000000u}) {
         EXPECT_EQ(secondsOf(File(kVideo).video(0).video(stamp).end()), stamp / 1000) << stamp;
@@ -130,6 +170,61 @@ TEST(FlvRules, ATagOfNoBytesTellsNothing) {
     EXPECT_EQ(outcome.info->videoFourCC, 0xFFFFFFFFu);
     EXPECT_NE(outcome.info->audioFormatTag, 0x55u);
     EXPECT_NE(outcome.info->audioSampleRate, 44'100u);
+    EXPECT_EQ(outcome.info->audioChannels, 1u);
+}
+
+TEST(FlvRules, OnlyAScriptTagIsReadAsAScript) {
+    const Bytes script =
+        join({flv::text("onMetaData"), flv::ecmaArray({{"width", flv::number(480)}})});
+    for (unsigned type = 0; type < 256; ++type) {
+        const Bytes bytes = File(kVideo).tag(type, script).video().end();
+        EXPECT_EQ(probeBytes(bytes).info->videoWidth, type == 18 ? 480u : 0u) << type;
+    }
+}
+
+TEST(FlvRules, OnePictureASecondLastsASecond) {
+    for (const double rate : {0.0, 1.0, 2.0, 1000000.0}) {
+        const Bytes bytes =
+            File(kVideo).script(flv::ecmaArray({{"framerate", flv::number(rate)}})).video().end();
+        EXPECT_EQ(probeBytes(bytes).info->frameTimeMicroseconds,
+                  rate > 0 ? static_cast<std::uint32_t>(1000000 / rate) : 0u)
+            << rate;
+    }
+}
+
+// A sector that cannot be read lies within the numbers of a script, or begins with the data of a
+// picture: what is needed of it fails the file, and what is passed over does not.
+TEST(FlvRules, ATagThatCannotBeReadFails) {
+    constexpr std::size_t kSector = 512, kBad = 8 * kSector;
+    struct Case {
+        const char* name;
+        Bytes script;
+        std::uint32_t containerType;
+    };
+    std::initializer_list<Bytes> none = {};
+    Builder numbers, names;
+    numbers.bytes(flv::strictArray(none)).patchBe32(1, 1000);
+    for (int i = 0; i < 1000; ++i) {
+        numbers.bytes(flv::number(i));
+    }
+    names.bytes(flv::text(std::string(9000, 'x')));
+    for (const Case& one : {Case{"numbers", numbers.take(), 0}, Case{"a text", names.take(), 11}}) {
+        const Bytes bytes = File(kVideo).script(one.script).video(0, 1, 20'000).end();
+        TestFile file(bytes);
+        file.badFrom = kBad;
+        file.badTo = kBad + kSector;
+        EXPECT_EQ(probeFile(file).info->containerType, one.containerType) << one.name;
+    }
+    for (const std::size_t front : {0u, 9u, 10u}) {
+        // Of the picture's data, which begin there, ten bytes are read.
+        const Bytes text = flv::text(std::string(kBad - front - 9 - 15 - 3 - 15, 'x'));
+        const Bytes bytes = File(kVideo).tag(18, text).video(0, 1, 20'000).end();
+        ASSERT_EQ(bytes[kBad - front], 0x17);
+        TestFile file(bytes);
+        file.badFrom = kBad;
+        file.badTo = kBad + kSector;
+        EXPECT_EQ(probeFile(file).info->containerType, front < 10 ? 0u : 11u) << front;
+    }
 }
 
 TEST(FlvRules, OfASoundTagOneByteIsNeeded) {
@@ -209,6 +304,26 @@ TEST(FlvRules, AValueIsPassedOverToItsLastByte) {
     EXPECT_EQ(widthOf(join({{17, 8, 8, 8, 8}, array})), 480u);
     for (const unsigned type : {9u, 18u, 255u}) {
         EXPECT_EQ(widthOf(join({{static_cast<std::uint8_t>(type)}, array})), 480u) << type;
+    }
+}
+
+// A value of no known type ends its array; what follows is read as the next key, here one that
+// leads beyond the script.
+TEST(FlvRules, AValueOfNoTypeEndsItsArray) {
+    for (const unsigned type : {5u, 9u, 18u}) {
+        const Bytes inner = flv::strictArray({{static_cast<std::uint8_t>(type)}, flv::number(480)});
+        EXPECT_EQ(widthOf(join({flv::text("onMetaData"), flv::ecmaArray({{"width", inner}})})),
+                  type == 5 ? 480u : 0u)
+            << type;
+    }
+}
+
+TEST(FlvRules, ANumberThatIsCutLeavesTheOneBefore) {
+    const Bytes array = flv::ecmaArray({{"width", flv::number(480)}, {"width", flv::number(320)}});
+    for (const std::size_t missing : {3u, 4u, 11u}) {
+        EXPECT_EQ(widthOf(join({flv::text("onMetaData"), withoutLast(array, missing)})),
+                  missing == 3 ? 320u : 480u)
+            << missing;
     }
 }
 

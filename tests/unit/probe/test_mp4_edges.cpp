@@ -201,6 +201,13 @@ TEST(Mp4Edges, OfAnotherFormatOnlyTheFixedPartIsRead) {
     EXPECT_EQ(probeTrack("soun", join({stsd(1, audioEntry("samr", 1, 8000, noBox)), tables(5)}))
                   .info->audioSampleRate,
               8000u);
+    for (const char* format : {"mp4a", "samr", "ac-3", "mp4s"}) {
+        const Bytes entry = audioEntry(format, 2, 8000, esds(0x6B, 96'000, {}));
+        const Outcome outcome = probeTrack("soun", join({stsd(1, entry), tables(5)}));
+        const bool isRead = std::string_view(format) == "mp4a";
+        EXPECT_EQ(outcome.info->audioBitRate, isRead ? 96'000u : 0u) << format;
+        EXPECT_EQ(outcome.info->audioFormatTag, isRead ? 0x55u : 0xFFu) << format;
+    }
 }
 
 TEST(Mp4Edges, AnEntryThatIsLongerThanItsDescriptionIsNone) {
@@ -209,6 +216,53 @@ TEST(Mp4Edges, AnEntryThatIsLongerThanItsDescriptionIsNone) {
         entry[3] = static_cast<std::uint8_t>(entry[3] + longer);
         const Outcome outcome = probeTrack("soun", join({stsd(1, entry), tables(5)}));
         EXPECT_EQ(outcome.info->audioSampleRate, longer == 0 ? 24'000u : 0u) << longer;
+    }
+}
+
+// A box may be no more than its header, the last one of its parent as well.
+TEST(Mp4Edges, AHeaderThatEndsItsParentIsABox) {
+    for (const char* name : {"free", "stts", "stsc", "stco", "stsz", "stsd"}) {
+        const Outcome outcome = probeTrack(
+            "vide", join({stsd(1, visualEntry("mp4v", 64, 48)), tables(2), box(name, {})}));
+        EXPECT_EQ(outcome.lines, name[0] == 'f' ? "" : kNoMemory) << name;
+    }
+}
+
+// A box that is larger than its parent ends with it, whatever stands behind.
+TEST(Mp4Edges, ABoxEndsWithItsParent) {
+    for (const std::uint32_t count : {1u, 2u, 50u}) {
+        Builder offsets;
+        offsets.bytes(table("stco", count, {100})).patchBe32(0, 500);
+        const Outcome outcome = probeTrack(
+            "vide", join({stsd(1, visualEntry("mp4v", 64, 48)), tables(1), offsets.take()}));
+        EXPECT_EQ(outcome.lines, count == 1 ? "" : kNoMemory) << count;
+    }
+}
+
+// The handler's name may be missing, and the file end with its type.
+TEST(Mp4Edges, AFieldMayEndTheFile) {
+    for (const std::size_t missing : {0u, 1u}) {
+        const Bytes handler =
+            box("hdlr", withoutLast(Builder().be64(0).text("hint").take(), missing));
+        const Bytes media = box("mdia", join({mdhd(1000), handler}));
+        const Bytes bytes = join({ftyp("isom", "isom"), box("free", Bytes(300)),
+                                  box("moov", box("trak", join({tkhd(), media})))});
+        const Outcome outcome = probeBytes(bytes);
+        EXPECT_EQ(outcome.info->containerType, 2u) << missing;
+    }
+}
+
+// An entry that is counted and missing, where the file ends with its description.
+TEST(Mp4Edges, AnEntryBehindTheEndIsNone) {
+    const Bytes whole = visualEntry("mp4v", 64, 48);
+    for (const std::uint32_t count : {1u, 2u}) {
+        for (const std::size_t left : {0u, 1u, 7u, 8u}) {
+            const Bytes entries = Builder().bytes(whole).fill(left).take();
+            const Bytes stbl = join({tables(2), stsd(count, entries)});
+            const Bytes bytes = join({ftyp("isom", "isom"), box("free", Bytes(300)),
+                                      box("moov", track("vide", 1000, stbl))});
+            EXPECT_EQ(probeBytes(bytes).lines, count == 1 ? "" : kNoMemory) << left;
+        }
     }
 }
 

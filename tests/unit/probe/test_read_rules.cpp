@@ -50,6 +50,37 @@ TEST(FileCursor, DoesNotMoveOutOfItsStretch) {
     }
 }
 
+TEST(FileCursor, PassesAllOfItsStretchAndNoMore) {
+    const Bytes bytes(100, 1);
+    for (const std::uint64_t count : {19u, 20u, 21u, 90u}) {
+        TestFile file(bytes);
+        probe::ReadWindow window(file);
+        probe::FileCursor cursor(window, 10, 30);
+        cursor.skip(count);
+        EXPECT_EQ(cursor.ok(), count <= 20) << count;
+        EXPECT_EQ(cursor.position(), count <= 20 ? 10 + count : 10) << count;
+        EXPECT_EQ(cursor.u8(), count < 20 ? 1u : 0u) << count;
+        EXPECT_EQ(cursor.remaining(), count > 20 ? 20u : 0u) << count;
+    }
+}
+
+// What cannot be read is 0 in every width, and a stretch that ends before it begins is empty.
+TEST(FileCursor, BehindItsEndStandZeros) {
+    const Bytes bytes(100, 0xFF);
+    for (const std::uint64_t end : {0u, 9u, 10u}) {
+        TestFile file(bytes);
+        probe::ReadWindow window(file);
+        probe::FileCursor cursor(window, 10, end);
+        EXPECT_EQ(cursor.remaining(), 0u) << end;
+        EXPECT_EQ(cursor.u8() | cursor.le16() | cursor.le32() | cursor.le64() | cursor.be16() |
+                      cursor.be32() | cursor.be64(),
+                  0u)
+            << end;
+        EXPECT_FALSE(cursor.ok()) << end;
+        EXPECT_FALSE(cursor.readFailed()) << end;
+    }
+}
+
 TEST(Head, FewerBytesThanTheMagicDoNotBeginWithIt) {
     const auto bytes = std::to_array<std::uint8_t>({'R', 'I', 'F', 'F'});
     EXPECT_TRUE(probe::beginsWith(bytes, "RIFF"));
@@ -64,6 +95,15 @@ TEST(Diagnostics, GoToStandardOutputUnlessTheyAreSilenced) {
     testing::internal::CaptureStdout();
     probe::diagnose("ERROR: %s %d\n", "heard", 2);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "ERROR: heard 2\n");
+}
+
+TEST(Diagnostics, AreCutAt255Characters) {
+    for (const std::size_t length : {254u, 255u, 256u, 1000u}) {
+        testing::internal::CaptureStdout();
+        probe::diagnose("%s", std::string(length, 'x').c_str());
+        EXPECT_EQ(testing::internal::GetCapturedStdout().size(),
+                  std::min(length, std::size_t{255}));
+    }
 }
 
 std::string heardReason;
@@ -244,6 +284,23 @@ TEST(H264, ACodeOfMoreThan32ZerosMakesTheSetInvalid) {
         w.bits(0, zeros - 20);
         w.bits(1, 1);
         w.bits(0x3FFFFFFF, std::min(zeros, 32u));
+        w.golomb(2);
+        EXPECT_EQ(probe::FindAspectInSps(endSet(w)).horizontal, zeros <= 32 ? 10u : 0u) << zeros;
+    }
+}
+
+// However its zeros lie in their bytes: here they begin one.
+TEST(H264, ACodeOf32ZerosMayFillItsBytes) {
+    for (const unsigned zeros : {32u, 33u}) {
+        BitWriter w;
+        w.bits(66, 8);
+        w.bits(0, 8);
+        w.bits(30, 8);
+        w.bits(0, 16);  // seq_parameter_set_id
+        w.bits(0, zeros - 16);
+        w.bits(1, 1);
+        w.bits(0x3FFFFFFF, 32);
+        w.golomb(0);
         w.golomb(2);
         EXPECT_EQ(probe::FindAspectInSps(endSet(w)).horizontal, zeros <= 32 ? 10u : 0u) << zeros;
     }
