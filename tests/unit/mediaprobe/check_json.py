@@ -47,6 +47,9 @@ good = by_name["mp4_avc_and_aac"]
 expect("names of a good file", (good["containerName"], good["videoCodec"], good["audioCodec"],
                                 good["damaged"], good["error"]) ==
        ("MP4/3GP", "H.264", "AAC", None, None))
+nameless = [line for line in lines if line["videoFourCC"] == 0xFFFFFFFF]
+expect("a picture of no known codec", nameless and
+       all(line["videoCodec"] == "unknown" for line in nameless))
 missing = by_name["missing.avi"]
 expect("an error as data", missing["error"] == "there is no such file" and
        missing["open"] == "0x80070002" and missing["containerName"] is None)

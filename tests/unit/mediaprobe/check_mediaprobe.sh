@@ -65,10 +65,20 @@ cp $good "tree/a.mp4"
 ln -s .. "tree/deep/loop"
 expect "a tree with a loop" 0 "$(status --json -r tree)"
 expect "every file of the tree once" 4 "$(wc -l <out.txt)"
+expect "and nothing else is told" "" "$(cat err.txt)"
 expect "in a fixed order" "a.mp4 b.mp4" \
     "$(head -2 out.txt | sed 's/.*tree\/\([ab].mp4\).*/\1/' | xargs)"
 expect "a Korean name" 1 "$(grep -c '"path": "tree/deep/한국어 녹화.wav"' out.txt)"
 expect "quotes are escaped" 1 "$(grep -c 'a quote\\" and \\\\ back.gif' out.txt)"
+# The list is the fourth file that is open, and no fifth may be.
+echo tree >folders.txt
+(
+    exec 3>&- 4>&- 5>&- 6>&- 7>&- 8>&- 9>&-
+    ulimit -n 4
+    exec "$probe" -r --files-from folders.txt
+) >out.txt 2>err.txt </dev/null
+expect "a folder that cannot be listed" 2 $?
+expect "is named, and not called empty" "mediaprobe: tree cannot be listed" "$(cat err.txt)"
 expect "an empty folder" 0 "$(status -r tree/empty)"
 expect "an empty folder says so" 1 "$(grep -c '^mediaprobe: tree/empty holds no file' err.txt)"
 mkdir links

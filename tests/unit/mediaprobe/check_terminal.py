@@ -4,9 +4,12 @@ progress line. The terminal is a pseudo terminal.
 Usage: check_terminal.py MEDIAPROBE PROBE_SAMPLES"""
 import os
 import pty
+import re
+import select
 import subprocess
 import sys
 import tempfile
+import threading
 
 probe, samples = [os.path.abspath(path) for path in sys.argv[1:3]]
 failed = 0
@@ -51,19 +54,27 @@ def run(arguments, on_terminal, environment=None, feed=None):
         return told.replace(b"\r\n", b"\n"), plain.read()
 
 
-def until_progress(process, terminal):
-    """Names the good file again and again until the progress line shows."""
-    told = b""
-    os.set_blocking(terminal, False)
-    while b" files, " not in told:
-        process.stdin.write(b"good.mp4\n" * 100)
-        process.stdin.flush()
-        try:
-            told += os.read(terminal, 65536)
-        except BlockingIOError:
-            pass
-    os.set_blocking(terminal, True)
-    return told
+def until_progress(*names):
+    """Names these files again and again until the progress line shows. What is told meanwhile is read
+    all the time, or both would wait for each other."""
+    def feed(process, terminal):
+        seen = threading.Event()
+
+        def name_files():
+            while not seen.is_set():
+                process.stdin.write("".join(name + "\n" for name in names).encode() * 100)
+                process.stdin.flush()
+
+        writer = threading.Thread(target=name_files)
+        writer.start()
+        told = b""
+        while writer.is_alive():
+            if select.select([terminal], [], [], 0.01)[0]:
+                told += os.read(terminal, 65536)
+            if b" files, " in told:
+                seen.set()
+        return told
+    return feed
 
 
 with tempfile.TemporaryDirectory() as work:
@@ -73,6 +84,10 @@ with tempfile.TemporaryDirectory() as work:
     os.link(os.path.join(work, "good.mp4"), os.path.join(work, odd))
     os.link(os.path.join(work, "good.mp4"), os.path.join(work.encode(), b"\xc7\xd1.mp4"))
     damaged = "avi_4097_zero_headers_fail"
+    # Its data chunk declares more than there is.
+    with open(os.path.join(work, "cut.wav"), "wb") as file:
+        file.write(b"RIFF\x24\x10\0\0WAVEfmt \x10\0\0\0\1\0\2\0\x44\xac\0\0\x10\xb1\2\0\4\0\x10\0"
+                   b"data\0\x10\0\0" + bytes(3000))
 
     both = ("stdout", "stderr")
     told, _ = run(["good.mp4"], both)
@@ -105,10 +120,16 @@ with tempfile.TemporaryDirectory() as work:
     told, _ = run(["--explain", "--color=never", odd], both)
     expect("--explain shows the escaped name", odd.encode() not in told)
 
-    told, piped = run(["--json", "-"], ("stderr",), feed=until_progress)
+    told, piped = run(["--json", "-"], ("stderr",), feed=until_progress("good.mp4"))
     expect("a progress line while a pipe takes the lines", b" files, 0 faulty" in told)
     expect("it is wiped at the end", told.endswith(b"\r\x1b[K"))
     expect("it is not in the pipe", b"faulty" not in piped)
+    told, _ = run(["--json", "-"], ("stderr",),
+                  feed=until_progress("good.mp4", damaged, "cut.wav", "gone.avi"))
+    shown = re.findall(rb"([\d,]+) files, ([\d,]+) faulty", told)
+    numbers = [[int(number.replace(b",", b"")) for number in one] for one in shown]
+    expect("of four files all but the good one are faulty",
+           numbers and all(faulty == files // 4 * 3 + max(files % 4 - 1, 0) for files, faulty in numbers))
     told, _ = run(["good.mp4"], ("stderr",))
     expect("short work shows none", told == b"")
 

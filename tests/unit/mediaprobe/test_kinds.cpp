@@ -96,6 +96,11 @@ TEST(Kinds, BrandsAndForms) {
               "WAVE, but without a format, or below 2,048 bytes");
     EXPECT_EQ(noteOf(padded("ID3")),
               "an ID3 tag, but no six frames of MPEG audio in a row behind it");
+    // By all of their letters.
+    for (const char* other : {"RIFX\x01\x01\x01\x01WAVE", "RIFX\x01\x01\x01\x01WEBP", "ID4", "xD3",
+                              "QIFF\x01\x01\x01\x01WAVE"}) {
+        EXPECT_EQ(noteOf(padded(other)), "") << other;
+    }
 }
 
 TEST(Kinds, FramesOfMpegAudio) {

@@ -65,6 +65,42 @@ TEST(Options, HelpAndVersionNeedNoFile) {
     EXPECT_EQ(parsed({"--version"}).told, "mediaprobe 1.0.0\n");
 }
 
+TEST(Options, HelpTellsOfEachOption) {
+    EXPECT_EQ(parsed({"--help"}).told, R"(Tells what the player's probe finds out about media files.
+Usage: mediaprobe [OPTIONS] [FILE...]
+
+Positionals:
+  FILE ...                A file, a folder with -r, or - for names on standard input
+
+Options:
+  -h,--help               Show this text and end
+  --version               Show the version and end
+  --json                  One line of JSON per file
+  --explain               What each recogniser looked at and why it declined,
+                          what was read, what the player takes from the file,
+                          and whether it would refuse it
+  -r,--recursive          Look into folders and all folders below them;
+                          links to folders are not followed
+  --files-from FILE       Read names from FILE, one a line; - is standard input
+  -0,--null               Names in lists end with a NUL, as find -print0 writes them
+  -j,--jobs N             Look at N files at a time; 0: one for each core.
+                          The output keeps its order
+  --color WHEN            Colours: auto (on a terminal, unless NO_COLOR
+                          is set), always or never
+
+Exit status: 0 when every file was opened and recognised with status 0, 1 when one was not
+recognised or its headers could not be read, 2 on wrong use or when one could not be opened;
+the worst wins.
+)");
+}
+
+// What was typed may hold a line end, the answer none.
+TEST(Options, WrongUseStaysOneLineWhateverWasTyped) {
+    const std::string what = wrong({"-j", "a\nb", "x"});
+    EXPECT_NE(what.find("a b"), std::string::npos) << what;
+    EXPECT_EQ(what.find('\n'), std::string::npos) << what;
+}
+
 TEST(Options, WrongUseIsOneLineThatNamesTheRemedy) {
     const std::vector<std::vector<std::string>> cases = {
         {},          {"--jsno", "a"},    {"-x", "a"},       {"--files-from"},
