@@ -24,6 +24,10 @@ protected:
                           const char16_t* section = u"MISC", const char16_t* key = u"DMB") {
         put(kFile, text);
         EXPECT_EQ(settings::writeIniInt(section, key, value, kPath), 1);
+        return lines();
+    }
+
+    std::string lines() {
         std::string now = contents(kFile);
         for (std::size_t at; (at = now.find("\r\n")) != std::string::npos;) {
             now.erase(at, 1);
@@ -120,6 +124,17 @@ TEST_F(IniStore, WritesInPlace) {
     };
     for (const WriteCase& c : cases) {
         EXPECT_EQ(rewritten(c.before, 42), c.after) << c.name;
+    }
+}
+
+// The end of the last line, the section's line and the key's, each name of 127 characters or more.
+TEST_F(IniStore, AddsTheLongestSectionKeyAndValueWhole) {
+    for (const std::size_t length : {127u, 128u, 300u}) {
+        const std::u16string section(length, u's'), key(length, u'k'), value(length, u'v');
+        put(kFile, "[X]\nA=1");
+        EXPECT_EQ(settings::writeIniString(section.c_str(), key.c_str(), value.c_str(), kPath), 1);
+        EXPECT_EQ(lines(), "[X]\nA=1\n[" + std::string(127, 's') + "]\n" + std::string(127, 'k') +
+                               "=" + std::string(127, 'v') + "\n");
     }
 }
 

@@ -20,8 +20,8 @@ protected:
 };
 
 TEST_F(GraphEvents, ThoseWithoutAnAction) {
-    for (const long code : {1L, 73L, 33770L, 33772L, 2L, 12L, 14L, 33023L, 33025L, 33768L, 33774L,
-                            33775L, 33778L, 36862L, 36864L}) {
+    for (const long code : {0L, 1L, 73L, 33770L, 33772L, 2L, 12L, 14L, 33023L, 33025L, 33768L,
+                            33774L, 33775L, 33778L, 36862L, 36864L}) {
         EXPECT_LINES(event(code, 3, 4), freed(code, 3, 4));
     }
 }
