@@ -2,11 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <string>
-#include <utility>
 
 #include "build_asf.h"
-#include "probe/asf/header.h"
 #include "probing.h"
 
 namespace probe_test {
