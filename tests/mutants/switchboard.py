@@ -4,23 +4,16 @@ tests, those that reach it are run, the quickest first."""
 import json
 import os
 import re
-import resource
 import shutil
 import sys
 import threading
 from collections import defaultdict
 
 from switches import Switched, faults_with_errors
-from tree import OUT, ROOT, Tree
+from tree import OUT, ROOT, Tree, processor_seconds
 
 ROUNDS = 40  # of building, leaving out what does not compile
 FILTER_LENGTH = 100_000  # characters of a list of tests
-
-
-def processor_seconds():
-    """What the programs that have ended took, which a busy machine does not change."""
-    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
-    return usage.ru_utime + usage.ru_stime
 
 
 class Test:

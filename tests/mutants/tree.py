@@ -2,6 +2,7 @@
 
 import json
 import os
+import resource
 import shutil
 import signal
 import subprocess
@@ -32,6 +33,12 @@ def test_folders(folder):
     return places or [folder]
 
 
+def processor_seconds():
+    """What the programs that have ended took, which a busy machine does not change."""
+    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return usage.ru_utime + usage.ru_stime
+
+
 class Tree:
     def __init__(self, name, folder, asan, flags=""):
         self.folder = folder
@@ -41,7 +48,7 @@ class Tree:
         self.flags = "-O0 -w" + (f" {SANITIZERS}" if asan else "") + flags
         self.space = "unlimited" if asan else str(ADDRESS_SPACE)
         self.targets, self.tests = TESTS.get(folder, ([f"tests/unit/{folder}/all"], None))
-        self.limit = 600.0
+        self.limit, self.cpu = 600.0, "unlimited"
 
     def update(self, instead=None):
         """Makes the copy the same as the checkout, but for the texts of `instead`, by path."""
@@ -101,7 +108,7 @@ class Tree:
 
     def test(self, gtest_filter="*"):
         return self.ctest("--output-on-failure", "--stop-on-failure", "--timeout",
-                          str(int(self.limit)), limit=self.limit * 2,
+                          str(int(self.limit)), limit=self.limit * 2, cpu=self.cpu,
                           more={"GTEST_FILTER": gtest_filter})
 
     def commands(self):
@@ -129,11 +136,13 @@ class Tree:
 
     def check(self):
         """That the tests pass without a fault, and how long they take."""
-        began = time.monotonic()
+        began, used = time.monotonic(), processor_seconds()
         status, printed = self.test()
         if status != 0 or "No tests were found" in printed:
             sys.exit(f"mutants: the tests of {self.folder} fail without a fault:\n{printed[-4000:]}")
-        self.limit = 20 + 5 * (time.monotonic() - began)
+        # A busy machine may take far longer than now, but no more of a processor's time.
+        self.limit = 120 + 20 * (time.monotonic() - began)
+        self.cpu = 3 + int(5 * (processor_seconds() - used))
 
     def compiled(self):
         """The files below the folder that the tests are made of."""
