@@ -43,8 +43,10 @@ std::string readLine(const fs::path& file) {
     return line;
 }
 
-int wine(const process::Arguments& arguments) {
-    process::Arguments all = {wineLoader()};
+// `program` below C:\windows. By its name alone Wine would ask one more program to find and start
+// it, and on a busy machine that one has failed.
+int wine(const std::string& program, const process::Arguments& arguments) {
+    process::Arguments all = {wineLoader(), "C:\\windows\\" + program};
     all.insert(all.end(), arguments.begin(), arguments.end());
     // No display: nothing of this needs one.
     return process::run(all, {.environment = wineEnvironment(prepared(), ""),
@@ -55,7 +57,7 @@ bool createPrefix(std::string& why) {
     std::error_code error;
     fs::remove_all(prepared(), error);
     fs::create_directories(prepared(), error);
-    if (wine({"wineboot", "-i"}) != 0) {
+    if (wine("system32\\wineboot.exe", {"-i"}) != 0) {
         why = "Wine could not make its prefix; see out/prefix.log";
         return false;
     }
@@ -64,7 +66,7 @@ bool createPrefix(std::string& why) {
 
 // What the unit has in its registry, and not of a desktop's: before the filters are registered.
 bool importRegistry(std::string& why) {
-    if (wine({"regedit", "/S", "Z:" + registryFile().string()}) != 0) {
+    if (wine("regedit.exe", {"/S", "Z:" + registryFile().string()}) != 0) {
         why = "the unit's registry could not be written; see out/prefix.log";
         return false;
     }
@@ -85,7 +87,7 @@ bool installFilters(std::string& why) {
         why = "the vendor's filters could not be copied: " + error.message();
         return false;
     }
-    if (wine({"regsvr32", "/s", kFiltersName}) != 0) {
+    if (wine("system32\\regsvr32.exe", {"/s", kFiltersName}) != 0) {
         why = "the vendor's filters could not be registered; see out/prefix.log";
         return false;
     }

@@ -14,11 +14,13 @@ reuse=no
 [ "${1:-}" != --reuse ] || { reuse=yes; shift; }
 unset DISPLAY  # the unit runs without a display, so that nobody's desktop is in the way
 
-# Everything that git knows of, as it stands here, with its times.
+# Everything that git knows of, as it stands here, with its times to the last digit: the prefix goes by
+# them.
 make_copy() {
     [ ! -x "$copy/headunit" ] || "$copy/headunit" kill >/dev/null 2>&1
     rm -rf "$work" && mkdir -p "$log" && git clone --quiet --no-checkout "$root" "$copy" &&
-        (cd "$root" && git ls-files -z | tar -c --null -T - --ignore-failed-read) | tar -x -C "$copy" &&
+        (cd "$root" && git ls-files -z |
+            tar -c --format=posix --null -T - --ignore-failed-read) | tar -x -C "$copy" &&
         git -C "$copy" reset --quiet
 }
 
