@@ -6,9 +6,24 @@
 #include <dshow.h>
 #include <wrl/client.h>
 
+#include <algorithm>
+#include <initializer_list>
+
 #include "simulator/filters/enumerators.h"
 
 namespace filters {
+
+// An interface of a filter's own, not counted.
+struct Face {
+    const IID& iid;
+    void* face;
+};
+// Null when there is none for `iid`.
+inline void* findFace(REFIID iid, std::initializer_list<Face> faces) {
+    const auto found =
+        std::ranges::find_if(faces, [&iid](const Face& face) { return face.iid == iid; });
+    return found == faces.end() ? nullptr : found->face;
+}
 
 class BaseFilter : public IBaseFilter {
 public:

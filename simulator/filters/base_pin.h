@@ -5,6 +5,8 @@
 
 #include <dshow.h>
 
+#include <functional>
+
 #include "simulator/filters/enumerators.h"
 
 namespace filters {
@@ -76,6 +78,54 @@ private:
     ComPtr<IPin> peer_;
     MediaType type_;
 };
+
+// What a pin does where its filter has nothing to add: each may be empty.
+struct PinRules {
+    // Whether it takes (input) or could give (output) this type; required.
+    std::function<bool(const AM_MEDIA_TYPE& type)> takes;
+    // The types an output pin offers, best first.
+    std::function<TypeList()> offers = {};
+    // A connection is being made; a failure refuses it.
+    std::function<HRESULT(IPin* peer, const AM_MEDIA_TYPE& type)> connected = {};
+    std::function<void()> disconnected = {};
+    std::function<HRESULT()> endOfStream = {};
+    // A further interface of the pin's, not counted; null for another `iid`.
+    std::function<void*(REFIID iid)> finds = {};
+};
+
+// A pin that no samples pass through.
+class Pin final : public BasePin {
+public:
+    Pin(IBaseFilter* owner, PIN_DIRECTION direction, const wchar_t* name, PinRules rules)
+        : BasePin(owner, direction, name), rules_(std::move(rules)) {}
+
+    HRESULT STDMETHODCALLTYPE EndOfStream() override {
+        return rules_.endOfStream ? rules_.endOfStream() : S_OK;
+    }
+
+protected:
+    void* findInterface(REFIID iid) override { return rules_.finds ? rules_.finds(iid) : nullptr; }
+    HRESULT checkType(const AM_MEDIA_TYPE& type) override {
+        return rules_.takes(type) ? S_OK : S_FALSE;
+    }
+    TypeList offeredTypes() override { return rules_.offers ? rules_.offers() : TypeList(); }
+    HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override {
+        return rules_.connected ? rules_.connected(peer, type) : S_OK;
+    }
+    void disconnected() override {
+        if (rules_.disconnected) {
+            rules_.disconnected();
+        }
+    }
+
+private:
+    const PinRules rules_;
+};
+
+// For PinRules::takes.
+inline std::function<bool(const AM_MEDIA_TYPE&)> ofMajorType(const GUID& majorType) {
+    return [&majorType](const AM_MEDIA_TYPE& type) { return type.majortype == majorType; };
+}
 
 // An input pin that samples come to.
 class SamplePin : public BasePin, public IMemInputPin {

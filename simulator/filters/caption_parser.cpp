@@ -39,16 +39,23 @@ std::u16string decodeFile(std::span<const std::uint8_t> file) {
 
 }  // namespace
 
-CaptionParser::CaptionParser() : BaseFilter(vendor::kCaptionParserClass) {
+CaptionParser::CaptionParser()
+    : BaseFilter(vendor::kCaptionParserClass),
+      input_(this, PINDIR_INPUT, L"Input",
+             {.takes = ofMajorType(MEDIATYPE_Stream),
+              .connected = [this](IPin* peer, const AM_MEDIA_TYPE&) { return readFile(peer); },
+              .disconnected = [this] { captions_.clear(); }}),
+      output_(this, PINDIR_OUTPUT, L"Output",
+              {.takes = ofMajorType(MEDIATYPE_Text),
+               .offers = [this] { return offeredTypes(); },
+               .finds = [this](REFIID iid) -> void* {
+                   return iid == kCaptionTrack ? static_cast<CaptionTrack*>(this) : nullptr;
+               }}) {
 }
 
 void* CaptionParser::findInterface(REFIID iid) {
     return iid == vendor::kCaptionParserControl ? static_cast<vendor::CaptionParserControl*>(this)
                                                 : nullptr;
-}
-
-PinList CaptionParser::pins() {
-    return {ComPtr<IPin>(&input_), ComPtr<IPin>(&output_)};
 }
 
 HRESULT CaptionParser::setSubtitleType(DWORD type) {
@@ -60,29 +67,17 @@ HRESULT CaptionParser::setSubtitleType(DWORD type) {
 }
 
 HRESULT CaptionParser::setPosition(DWORD a, DWORD b) {
-    tape::Line("filter")
-        .text("filter", vendor::kCaptionParserName)
-        .text("what", L"position")
-        .number("start", a)
-        .number("end", b);
+    tape::FilterLine(vendor::kCaptionParserName, L"position").number("start", a).number("end", b);
     return S_OK;
 }
 
-HRESULT CaptionParser::Input::checkType(const AM_MEDIA_TYPE& type) {
-    return type.majortype == MEDIATYPE_Stream ? S_OK : S_FALSE;
-}
-
-HRESULT CaptionParser::Input::connected(IPin* peer, const AM_MEDIA_TYPE&) {
+HRESULT CaptionParser::readFile(IPin* peer) {
     ComPtr<IAsyncReader> reader;
-    const HRESULT result = peer->QueryInterface(IID_PPV_ARGS(&reader));
-    return FAILED(result) ? result : parser_->readFile(reader.Get());
-}
-
-HRESULT CaptionParser::readFile(IAsyncReader* reader) {
     LONGLONG total = 0;
     LONGLONG available = 0;
-    HRESULT result = reader->Length(&total, &available);
-    if (FAILED(result) || total <= 0 || total > static_cast<LONGLONG>(kLargestSubtitleFile)) {
+    HRESULT result = peer->QueryInterface(IID_PPV_ARGS(&reader));
+    if (FAILED(result) || FAILED(result = reader->Length(&total, &available)) || total <= 0 ||
+        total > static_cast<LONGLONG>(kLargestSubtitleFile)) {
         return FAILED(result) ? result : S_OK;  // no captions; the output pin will say so
     }
     std::vector<std::uint8_t> file(static_cast<std::size_t>(total));
@@ -91,31 +86,18 @@ HRESULT CaptionParser::readFile(IAsyncReader* reader) {
         return result;
     }
     captions_ = readCaptions(subtitleType_, decodeFile(file));
-    tape::Line("filter")
-        .text("filter", vendor::kCaptionParserName)
-        .text("what", L"captions read")
+    tape::FilterLine(vendor::kCaptionParserName, L"captions read")
         .number("count", static_cast<std::int64_t>(captions_.size()));
     return S_OK;
 }
 
-void* CaptionParser::Output::findInterface(REFIID iid) {
-    return iid == kCaptionTrack ? static_cast<CaptionTrack*>(this) : nullptr;
+TypeList CaptionParser::offeredTypes() const {
+    return captions_.empty() ? TypeList() : TypeList{MediaType(MEDIATYPE_Text, GUID_NULL)};
 }
 
-HRESULT CaptionParser::Output::checkType(const AM_MEDIA_TYPE& type) {
-    return type.majortype == MEDIATYPE_Text ? S_OK : S_FALSE;
-}
-
-TypeList CaptionParser::Output::offeredTypes() {
-    if (parser_->captions().empty()) {
-        return {};
-    }
-    return {MediaType(MEDIATYPE_Text, GUID_NULL)};
-}
-
-const Caption* CaptionParser::Output::at(DWORD milliseconds) {
-    const int index = captionAt(parser_->captions(), milliseconds);
-    return index < 0 ? nullptr : &parser_->captions()[static_cast<std::size_t>(index)];
+const Caption* CaptionParser::at(DWORD milliseconds) {
+    const int index = captionAt(captions_, milliseconds);
+    return index < 0 ? nullptr : &captions_[static_cast<std::size_t>(index)];
 }
 
 }  // namespace filters

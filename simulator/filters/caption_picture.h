@@ -3,11 +3,10 @@
 
 #include <windows.h>
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "graph/vendor_interfaces.h"
+#include "simulator/filters/canvas.h"
 
 namespace filters {
 
@@ -21,16 +20,11 @@ class CaptionPicture {
 public:
     // Draws `text` for a picture of this width, broken into lines that fit it.
     void draw(const std::wstring& text, const CaptionLook& look, int pictureWidth);
-    void clear() { width_ = height_ = 0; }
-    bool empty() const { return width_ == 0; }
-    // Lays it over a picture that covers `area` of a 32-bit bitmap with rows of `stride` pixels;
-    // what reaches beyond `area` or `clip` is cut off.
-    void blend(std::uint32_t* pixels, int stride, const RECT& area, const RECT& clip) const;
+    // Lays it over the lower part of a picture that covers `area`; what reaches beyond is cut off.
+    void blend(HDC target, const RECT& area) const;
 
 private:
-    std::vector<std::uint32_t> pixels_;
-    int width_ = 0;
-    int height_ = 0;
+    Canvas picture_;
     int bottomMargin_ = 0;
 };
 

@@ -14,7 +14,20 @@ constexpr LONGLONG kMillisecond = 10000;  // in the 100 ns of stream times
 
 }  // namespace
 
-CaptionRenderer::CaptionRenderer() : BaseFilter(vendor::kCaptionRendererClass) {
+CaptionRenderer::CaptionRenderer()
+    : BaseFilter(vendor::kCaptionRendererClass),
+      input_(this, PINDIR_INPUT, L"Input",
+             {.takes = ofMajorType(MEDIATYPE_Text),
+              .connected =
+                  [this](IPin* peer, const AM_MEDIA_TYPE&) {
+                      return peer->QueryInterface(kCaptionTrack,
+                                                  reinterpret_cast<void**>(track_.GetAddressOf()));
+                  },
+              .disconnected =
+                  [this] {
+                      show(nullptr);
+                      track_.Reset();
+                  }}) {
 }
 
 CaptionRenderer::~CaptionRenderer() {
@@ -25,24 +38,6 @@ CaptionRenderer::~CaptionRenderer() {
 void* CaptionRenderer::findInterface(REFIID iid) {
     return iid == vendor::kCaptionRendererStyle ? static_cast<vendor::CaptionRendererStyle*>(this)
                                                 : nullptr;
-}
-
-PinList CaptionRenderer::pins() {
-    return {ComPtr<IPin>(&input_)};
-}
-
-HRESULT CaptionRenderer::Input::checkType(const AM_MEDIA_TYPE& type) {
-    return type.majortype == MEDIATYPE_Text ? S_OK : S_FALSE;
-}
-
-HRESULT CaptionRenderer::Input::connected(IPin* peer, const AM_MEDIA_TYPE&) {
-    return peer->QueryInterface(kCaptionTrack,
-                                reinterpret_cast<void**>(renderer_->track_.GetAddressOf()));
-}
-
-void CaptionRenderer::Input::disconnected() {
-    renderer_->show(nullptr);
-    renderer_->track_.Reset();
 }
 
 HRESULT CaptionRenderer::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) {

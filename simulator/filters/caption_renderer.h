@@ -35,31 +35,17 @@ public:
 
 protected:
     void* findInterface(REFIID iid) override;
-    PinList pins() override;
+    PinList pins() override { return {ComPtr<IPin>(&input_)}; }
 
 private:
     ~CaptionRenderer() override;
-
-    class Input final : public BasePin {
-    public:
-        explicit Input(CaptionRenderer* renderer)
-            : BasePin(renderer, PINDIR_INPUT, L"Input"), renderer_(renderer) {}
-
-    protected:
-        HRESULT checkType(const AM_MEDIA_TYPE& type) override;
-        HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override;
-        void disconnected() override;
-
-    private:
-        CaptionRenderer* const renderer_;
-    };
 
     void show(const Caption* caption);
 
     ComPtr<CaptionTrack> track_;
     CaptionLook look_;
     DWORD shownStart_ = kOpenEnd;  // start of the caption on the screen; kOpenEnd: none
-    Input input_{this};
+    Pin input_;
 };
 
 }  // namespace filters

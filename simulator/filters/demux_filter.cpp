@@ -18,7 +18,16 @@ void DemuxFilter::expectFile() {
     fileRefused = false;
 }
 
-DemuxFilter::DemuxFilter() : BaseFilter(kDemuxClass) {
+DemuxFilter::DemuxFilter()
+    : BaseFilter(kDemuxClass),
+      input_(this, PINDIR_INPUT, L"Input",
+             {.takes = ofMajorType(MEDIATYPE_Stream),
+              .connected = [this](IPin* file,
+                                  const AM_MEDIA_TYPE& type) { return openFile(file, type); },
+              .disconnected = [this] { closeFile(); }}),
+      undecoded_(this, PINDIR_OUTPUT, L"Video",
+                 {.takes = ofMajorType(MEDIATYPE_Video),
+                  .offers = [this] { return TypeList{videoType(codec_, 0, 0)}; }}) {
     splitter_.make();
 }
 
@@ -28,23 +37,14 @@ DemuxFilter::~DemuxFilter() {
 }
 
 void* DemuxFilter::findInterface(REFIID iid) {
-    if (iid == vendor::kDemuxValues) {
-        return static_cast<vendor::DemuxValues*>(this);
-    }
-    if (iid == vendor::kDemuxOptions) {
-        return static_cast<vendor::DemuxOptions*>(this);
-    }
-    if (iid == vendor::kAudioStreams) {
-        return static_cast<vendor::AudioStreams*>(this);
-    }
-    if (iid == vendor::kAudioStreamSelection) {
-        return static_cast<vendor::AudioStreamSelection*>(this);
-    }
-    if (iid == vendor::kFilterStatus) {
-        return static_cast<vendor::FilterStatus*>(this);
-    }
-    if (iid == vendor::kOwnerWindow) {
-        return static_cast<vendor::OwnerWindow*>(this);
+    if (void* const own = findFace(
+            iid, {{vendor::kDemuxValues, static_cast<vendor::DemuxValues*>(this)},
+                  {vendor::kDemuxOptions, static_cast<vendor::DemuxOptions*>(this)},
+                  {vendor::kAudioStreams, static_cast<vendor::AudioStreams*>(this)},
+                  {vendor::kAudioStreamSelection, static_cast<vendor::AudioStreamSelection*>(this)},
+                  {vendor::kFilterStatus, static_cast<vendor::FilterStatus*>(this)},
+                  {vendor::kOwnerWindow, static_cast<vendor::OwnerWindow*>(this)}})) {
+        return own;
     }
     void* const found = splitter_.query(iid);
     if (found) {
@@ -85,29 +85,19 @@ PinList DemuxFilter::pins() {
     return all;
 }
 
-HRESULT DemuxFilter::Input::checkType(const AM_MEDIA_TYPE& type) {
-    return type.majortype == MEDIATYPE_Stream ? S_OK : S_FALSE;
-}
-
-HRESULT DemuxFilter::Input::connected(IPin* peer, const AM_MEDIA_TYPE& type) {
-    return demux_->openFile(peer, type);
-}
-
 HRESULT DemuxFilter::openFile(IPin* file, const AM_MEDIA_TYPE& type) {
     HRESULT result = fileRefused ? VFW_E_INVALID_FILE_FORMAT : reader_.attach(file);
     if (FAILED(result)) {
         return result;
     }
-    tape::Line("filter").text("filter", vendor::kDemuxName).text("what", L"opening");
+    tape::FilterLine(vendor::kDemuxName, L"opening");
     codec_ = sniffVideoCodec(reader_);
     chipLacksCodec_ = codec_ && (!chipDecodes(codec_) || tape::fault(L"NullDecoder"));
     // GStreamer's demuxer never finishes with a file without its index.
     result = lacksIndex(reader_) ? VFW_E_INVALID_FILE_FORMAT : splitter_.open(type);
     open_ = SUCCEEDED(result);
     fileRefused = !open_;
-    tape::Line("filter")
-        .text("filter", vendor::kDemuxName)
-        .text("what", open_ ? L"opened" : L"refused");
+    tape::FilterLine(vendor::kDemuxName, open_ ? L"opened" : L"refused");
     if (open_) {
         for (const ComPtr<IPin>& pin : splitter_.outputs()) {
             streams_.push_back(std::make_unique<StreamPin>(this, this, pin.Get()));
@@ -133,18 +123,6 @@ void DemuxFilter::retireStreams() {
         retired_.push_back(std::move(stream));
     }
     streams_.clear();
-}
-
-TypeList DemuxFilter::UndecodedVideo::offeredTypes() {
-    VIDEOINFOHEADER header{};
-    header.bmiHeader.biSize = sizeof header.bmiHeader;
-    header.bmiHeader.biCompression = demux_->codec_;
-    header.bmiHeader.biPlanes = 1;
-    MediaType type(MEDIATYPE_Video, subtypeOfFourcc(demux_->codec_));
-    type.edit().bFixedSizeSamples = FALSE;
-    type.edit().bTemporalCompression = TRUE;
-    type.setFormat(FORMAT_VideoInfo, &header, sizeof header);
-    return {type};
 }
 
 HRESULT DemuxFilter::valueA(DWORD* value) {

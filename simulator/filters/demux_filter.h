@@ -90,34 +90,6 @@ protected:
 private:
     ~DemuxFilter() override;
 
-    class Input final : public BasePin {
-    public:
-        explicit Input(DemuxFilter* demux)
-            : BasePin(demux, PINDIR_INPUT, L"Input"), demux_(demux) {}
-
-    protected:
-        HRESULT checkType(const AM_MEDIA_TYPE& type) override;
-        HRESULT connected(IPin* peer, const AM_MEDIA_TYPE& type) override;
-        void disconnected() override { demux_->closeFile(); }
-
-    private:
-        DemuxFilter* const demux_;
-    };
-
-    // Compressed video that no decoder of the chip takes.
-    class UndecodedVideo final : public BasePin {
-    public:
-        explicit UndecodedVideo(DemuxFilter* demux)
-            : BasePin(demux, PINDIR_OUTPUT, L"Video"), demux_(demux) {}
-
-    protected:
-        HRESULT checkType(const AM_MEDIA_TYPE&) override { return S_OK; }
-        TypeList offeredTypes() override;
-
-    private:
-        DemuxFilter* const demux_;
-    };
-
     HRESULT openFile(IPin* file, const AM_MEDIA_TYPE& type);
     void closeFile();
     // Hands the result on; when the splitter was lost over it the streams stay alone.
@@ -135,8 +107,8 @@ private:
     double durationSeconds();
     std::vector<StreamPin*> streamsOf(const GUID& majorType);
 
-    Input input_{this};
-    UndecodedVideo undecoded_{this};
+    Pin input_;
+    Pin undecoded_;  // compressed video that no decoder of the chip takes
     ReaderPin reader_{this};
     Splitter splitter_{this, &reader_};
     std::vector<std::unique_ptr<StreamPin>> streams_, retired_;

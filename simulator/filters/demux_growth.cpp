@@ -134,9 +134,7 @@ void DemuxFilter::playOn() {
         }
     }
     result = SUCCEEDED(result) ? openAgain() : result;
-    tape::Line("filter")
-        .text("filter", vendor::kDemuxName)
-        .text("what", L"played on")
+    tape::FilterLine(vendor::kDemuxName, L"played on")
         .number("fromMilliseconds", end / 10000)
         .number("result", result);
     if (FAILED(result)) {

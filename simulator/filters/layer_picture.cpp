@@ -1,6 +1,5 @@
 // What stands on the video layer: the last picture at its place, the caption over it, black around.
 #include <algorithm>
-#include <cstring>
 
 #include "simulator/filters/video_layer.h"
 
@@ -29,7 +28,7 @@ void VideoLayer::place(const void* user, const Placement& placement) {
     }
     placement_ = placement;
     compose(true);
-    paint({0, 0, width_, height_});
+    paintAll();
 }
 
 void VideoLayer::show(const void* user, const PictureFormat& format, IMediaSample* sample,
@@ -48,7 +47,7 @@ void VideoLayer::show(const void* user, const PictureFormat& format, IMediaSampl
     const RECT before = drawn_;
     const RECT wanted = destination();
     compose(!EqualRect(&before, &wanted));
-    paint(EqualRect(&before, &wanted) ? drawn_ : RECT{0, 0, width_, height_});
+    paint(EqualRect(&before, &wanted) ? drawn_ : canvas_.area());
 }
 
 void VideoLayer::forget() {
@@ -67,7 +66,7 @@ void VideoLayer::setCaption(const std::wstring& text, const CaptionLook& look) {
 
 void VideoLayer::redraw() {
     const std::lock_guard guard(lock_);
-    paint({0, 0, width_, height_});
+    paintAll();
 }
 
 void VideoLayer::leave(const void* user) {
@@ -79,7 +78,7 @@ void VideoLayer::leave(const void* user) {
     forget();
     placement_ = {};
     compose(true);
-    paint({0, 0, width_, height_});
+    paintAll();
 }
 
 RECT VideoLayer::pictureArea() {
@@ -108,26 +107,22 @@ RECT VideoLayer::destination() const {
             place.bottom = place.top + used;
         }
     }
-    const RECT layer = {0, 0, width_, height_};
+    const RECT layer = canvas_.area();
     RECT visible;
     return IntersectRect(&visible, &place, &layer) ? place : RECT{};
 }
 
 void VideoLayer::compose(bool everything) {
-    if (!pixels_) {
-        return;
-    }
-    GdiFlush();
+    const auto pixels = canvas_.pixels();
     if (everything) {
-        std::memset(pixels_, 0,
-                    static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) * 4);
+        std::ranges::fill(pixels, 0U);
     }
     drawn_ = destination();
     if (IsRectEmpty(&drawn_)) {
         return;
     }
-    const RECT layer = {0, 0, width_, height_};
-    scaler_.draw(format_, picture_, {pixels_, width_, areaOf(drawn_), areaOf(layer)});
+    scaler_.draw(format_, picture_,
+                 {pixels.data(), canvas_.width(), areaOf(drawn_), areaOf(canvas_.area())});
     if (captionText_.empty()) {
         return;
     }
@@ -135,18 +130,18 @@ void VideoLayer::compose(bool everything) {
         captionWidth_ = drawn_.right - drawn_.left;
         caption_.draw(captionText_, captionLook_, captionWidth_);
     }
-    caption_.blend(pixels_, width_, drawn_, layer);
+    caption_.blend(canvas_.context(), drawn_);
 }
 
 void VideoLayer::paint(const RECT& area) {
     RECT visible;
-    const RECT layer = {0, 0, width_, height_};
-    if (!window_ || !bitmapContext_ || !IntersectRect(&visible, &area, &layer)) {
+    const RECT layer = canvas_.area();
+    if (!window_ || !IntersectRect(&visible, &area, &layer)) {
         return;
     }
     const HDC context = GetDC(window_);
     BitBlt(context, visible.left, visible.top, visible.right - visible.left,
-           visible.bottom - visible.top, bitmapContext_, visible.left, visible.top, SRCCOPY);
+           visible.bottom - visible.top, canvas_.context(), visible.left, visible.top, SRCCOPY);
     ReleaseDC(window_, context);
     bringToScreen();
 }

@@ -8,8 +8,8 @@
 #include "simulator/filters/caption_renderer.h"
 #include "simulator/filters/class_ids.h"
 #include "simulator/filters/demux_filter.h"
+#include "simulator/filters/module.h"
 #include "simulator/filters/null_decoder.h"
-#include "simulator/filters/registration.h"
 #include "simulator/filters/video_renderer.h"
 #include "simulator/tape/faults.h"
 #include "simulator/tape/tape.h"
@@ -28,9 +28,7 @@ public:
     FILTERS_JOIN_UNKNOWN(BaseFilter)
 
     HRESULT STDMETHODCALLTYPE Load(LPCOLESTR path, const AM_MEDIA_TYPE*) override {
-        tape::Line("filter")
-            .text("filter", L"file source")
-            .text("what", L"open failed by command")
+        tape::FilterLine(L"file source", L"open failed by command")
             .text("path", path)
             .number("result", result_);
         return result_;

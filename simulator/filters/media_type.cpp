@@ -4,17 +4,23 @@
 
 namespace filters {
 
-namespace {
-
-// The base of all subtypes made from a four-character code: {XXXXXXXX-0000-0010-8000-00AA00389B71}.
-constexpr GUID kFourccBase = {0, 0, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
-
-}  // namespace
-
+// {XXXXXXXX-0000-0010-8000-00AA00389B71}
 GUID subtypeOfFourcc(DWORD fourcc) {
-    GUID subtype = kFourccBase;
-    subtype.Data1 = fourcc;
-    return subtype;
+    return {fourcc, 0, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
+}
+
+MediaType videoType(DWORD fourcc, LONG width, LONG height) {
+    VIDEOINFOHEADER header{};
+    header.bmiHeader.biSize = sizeof header.bmiHeader;
+    header.bmiHeader.biWidth = width;
+    header.bmiHeader.biHeight = height;
+    header.bmiHeader.biCompression = fourcc;
+    header.bmiHeader.biPlanes = 1;
+    MediaType type(MEDIATYPE_Video, subtypeOfFourcc(fourcc));
+    type.edit().bFixedSizeSamples = FALSE;
+    type.edit().bTemporalCompression = TRUE;
+    type.setFormat(FORMAT_VideoInfo, &header, sizeof header);
+    return type;
 }
 
 MediaType::MediaType(const GUID& majorType, const GUID& subtype) {
@@ -85,12 +91,8 @@ AM_MEDIA_TYPE* MediaType::clone() const {
 }
 
 bool MediaType::matches(const AM_MEDIA_TYPE* wanted) const {
-    if (!wanted) {
-        return true;
-    }
-    const bool major = wanted->majortype == GUID_NULL || wanted->majortype == type_.majortype;
-    const bool sub = wanted->subtype == GUID_NULL || wanted->subtype == type_.subtype;
-    return major && sub;
+    return !wanted || ((wanted->majortype == GUID_NULL || wanted->majortype == type_.majortype) &&
+                       (wanted->subtype == GUID_NULL || wanted->subtype == type_.subtype));
 }
 
 }  // namespace filters

@@ -35,5 +35,8 @@ private:
 
 // The subtype of a four-character code, as AVI and ASF name codecs.
 GUID subtypeOfFourcc(DWORD fourcc);
+// Video of that subtype, of variable size, with a VIDEOINFOHEADER; 0 pixels where the size is
+// unknown.
+MediaType videoType(DWORD fourcc, LONG width, LONG height);
 
 }  // namespace filters

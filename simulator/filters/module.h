@@ -11,4 +11,10 @@ inline HINSTANCE moduleHandle() {
     return reinterpret_cast<HINSTANCE>(&__ImageBase);
 }
 
+// registration.cpp
+// Whether the library has this class of filters.
+bool isOwnClass(const CLSID& classId);
+// Enters all into the registry: S_OK or the first failure; may be called again.
+HRESULT registerAll();
+
 }  // namespace filters

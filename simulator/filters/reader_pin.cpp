@@ -97,11 +97,7 @@ void ReaderPin::reportFailure(const char* why, LONGLONG offset) {
     if (player) {
         PostMessageW(player, RegisterWindowMessageW(vendor::kReadFailMessage), 0, 0);
     }
-    tape::Line("filter")
-        .text("filter", vendor::kDemuxName)
-        .text("what", L"read failed")
-        .text("why", why)
-        .number("offset", offset);
+    tape::FilterLine(vendor::kDemuxName, L"read failed").text("why", why).number("offset", offset);
 }
 
 HRESULT ReaderPin::admit(LONGLONG offset, LONG bytes) {

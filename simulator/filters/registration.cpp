@@ -1,5 +1,5 @@
-#include "simulator/filters/registration.h"
-
+// Enters the filters into the registry: as COM classes and, where the graph builder shall find
+// them by itself, with the filter mapper.
 #include <dshow.h>
 #include <wrl/client.h>
 
@@ -53,9 +53,10 @@ std::wstring keyOf(const CLSID& classId) {
     return L"Software\\Classes\\CLSID\\" + textOf(classId);
 }
 
-LSTATUS setText(const std::wstring& key, const wchar_t* name, const wchar_t* text) {
+bool setText(const std::wstring& key, const wchar_t* name, const wchar_t* text) {
     const auto bytes = static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t));
-    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text, bytes);
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text, bytes) ==
+           ERROR_SUCCESS;
 }
 
 std::wstring ownPath() {
@@ -67,19 +68,16 @@ std::wstring ownPath() {
 // The system's file reader is given out by this library, so that opening files can be made to fail.
 HRESULT takeReader() {
     const std::wstring server = keyOf(CLSID_AsyncReader) + L"\\InprocServer32";
-    return setText(server, nullptr, ownPath().c_str()) == ERROR_SUCCESS ? S_OK : E_FAIL;
+    return setText(server, nullptr, ownPath().c_str()) ? S_OK : E_FAIL;
 }
 
 HRESULT registerClass(const CLSID& classId, const wchar_t* name) {
     const std::wstring path = ownPath();
-    if (path.empty()) {
-        return E_FAIL;
-    }
     const std::wstring key = keyOf(classId);
     const std::wstring server = key + L"\\InprocServer32";
-    const bool done = setText(key, nullptr, name) == ERROR_SUCCESS &&
-                      setText(server, nullptr, path.c_str()) == ERROR_SUCCESS &&
-                      setText(server, L"ThreadingModel", L"Both") == ERROR_SUCCESS;
+    const bool done = !path.empty() && setText(key, nullptr, name) &&
+                      setText(server, nullptr, path.c_str()) &&
+                      setText(server, L"ThreadingModel", L"Both");
     return done ? S_OK : E_FAIL;
 }
 
@@ -98,11 +96,6 @@ HRESULT registerWithMapper(IFilterMapper2* mapper, const Row& row) {
                                   row.instance, &filter);
 }
 
-HRESULT makeMapper(ComPtr<IFilterMapper2>* mapper) {
-    return CoCreateInstance(CLSID_FilterMapper2, nullptr, CLSCTX_INPROC_SERVER, IID_IFilterMapper2,
-                            reinterpret_cast<void**>(mapper->GetAddressOf()));
-}
-
 }  // namespace
 
 bool isOwnClass(const CLSID& classId) {
@@ -113,7 +106,8 @@ bool isOwnClass(const CLSID& classId) {
 HRESULT registerAll() {
     CoInitialize(nullptr);
     ComPtr<IFilterMapper2> mapper;
-    HRESULT result = makeMapper(&mapper);
+    HRESULT result =
+        CoCreateInstance(CLSID_FilterMapper2, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&mapper));
     for (const Row& row : kRows) {
         if (SUCCEEDED(result) && isOwnClass(*row.classId)) {
             result = registerClass(*row.classId, row.name);

@@ -60,9 +60,7 @@ HRESULT Splitter::watched(const wchar_t* what, std::function<HRESULT()> call) {
     if (callWatched([made] { made->result = made->function(); }, reader_->activity(), Patience{})) {
         return made->result;
     }
-    tape::Line("filter")
-        .text("filter", vendor::kDemuxName)
-        .text("what", L"splitter left behind")
+    tape::FilterLine(vendor::kDemuxName, L"splitter left behind")
         .text("over", what)
         .text("file", reader_->path().c_str());
     outer_->AddRef();  // never given back: threads of the library may still come to it

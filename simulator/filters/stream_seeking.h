@@ -39,59 +39,32 @@ public:
     ULONG STDMETHODCALLTYPE AddRef() override { return pin_->AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return pin_->Release(); }
 
-    HRESULT STDMETHODCALLTYPE GetCapabilities(DWORD* capabilities) override {
-        return seeking_ ? seeking_->GetCapabilities(capabilities) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CheckCapabilities(DWORD* capabilities) override {
-        return seeking_ ? seeking_->CheckCapabilities(capabilities) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE IsFormatSupported(const GUID* format) override {
-        return seeking_ ? seeking_->IsFormatSupported(format) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE QueryPreferredFormat(GUID* format) override {
-        return seeking_ ? seeking_->QueryPreferredFormat(format) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetTimeFormat(GUID* format) override {
-        return seeking_ ? seeking_->GetTimeFormat(format) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE IsUsingTimeFormat(const GUID* format) override {
-        return seeking_ ? seeking_->IsUsingTimeFormat(format) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetTimeFormat(const GUID* format) override {
-        return seeking_ ? seeking_->SetTimeFormat(format) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetDuration(LONGLONG* duration) override {
-        return seeking_ ? seeking_->GetDuration(duration) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetStopPosition(LONGLONG* stop) override {
-        return seeking_ ? seeking_->GetStopPosition(stop) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetCurrentPosition(LONGLONG* current) override {
-        return seeking_ ? seeking_->GetCurrentPosition(current) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ConvertTimeFormat(LONGLONG* target, const GUID* targetFormat,
-                                                LONGLONG source,
-                                                const GUID* sourceFormat) override {
-        return seeking_ ? seeking_->ConvertTimeFormat(target, targetFormat, source, sourceFormat)
-                        : E_NOTIMPL;
-    }
     HRESULT STDMETHODCALLTYPE SetPositions(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                                            DWORD stopFlags) override;
-    HRESULT STDMETHODCALLTYPE GetPositions(LONGLONG* current, LONGLONG* stop) override {
-        return seeking_ ? seeking_->GetPositions(current, stop) : E_NOTIMPL;
+    // The others are the splitter's.
+#define FILTERS_HAND_ON(Method, Parameters, Arguments)            \
+    HRESULT STDMETHODCALLTYPE Method Parameters override {        \
+        return seeking_ ? seeking_->Method Arguments : E_NOTIMPL; \
     }
-    HRESULT STDMETHODCALLTYPE GetAvailable(LONGLONG* earliest, LONGLONG* latest) override {
-        return seeking_ ? seeking_->GetAvailable(earliest, latest) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetRate(double rate) override {
-        return seeking_ ? seeking_->SetRate(rate) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetRate(double* rate) override {
-        return seeking_ ? seeking_->GetRate(rate) : E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetPreroll(LONGLONG* preroll) override {
-        return seeking_ ? seeking_->GetPreroll(preroll) : E_NOTIMPL;
-    }
+    FILTERS_HAND_ON(GetCapabilities, (DWORD * capabilities), (capabilities))
+    FILTERS_HAND_ON(CheckCapabilities, (DWORD * capabilities), (capabilities))
+    FILTERS_HAND_ON(IsFormatSupported, (const GUID* format), (format))
+    FILTERS_HAND_ON(QueryPreferredFormat, (GUID * format), (format))
+    FILTERS_HAND_ON(GetTimeFormat, (GUID * format), (format))
+    FILTERS_HAND_ON(IsUsingTimeFormat, (const GUID* format), (format))
+    FILTERS_HAND_ON(SetTimeFormat, (const GUID* format), (format))
+    FILTERS_HAND_ON(GetDuration, (LONGLONG * duration), (duration))
+    FILTERS_HAND_ON(GetStopPosition, (LONGLONG * stop), (stop))
+    FILTERS_HAND_ON(GetCurrentPosition, (LONGLONG * current), (current))
+    FILTERS_HAND_ON(ConvertTimeFormat,
+                    (LONGLONG * to, const GUID* toFormat, LONGLONG from, const GUID* fromFormat),
+                    (to, toFormat, from, fromFormat))
+    FILTERS_HAND_ON(GetPositions, (LONGLONG * current, LONGLONG* stop), (current, stop))
+    FILTERS_HAND_ON(GetAvailable, (LONGLONG * earliest, LONGLONG* latest), (earliest, latest))
+    FILTERS_HAND_ON(SetRate, (double rate), (rate))
+    FILTERS_HAND_ON(GetRate, (double* rate), (rate))
+    FILTERS_HAND_ON(GetPreroll, (LONGLONG * preroll), (preroll))
+#undef FILTERS_HAND_ON
 
 private:
     bool playing() const;

@@ -28,7 +28,7 @@ LRESULT CALLBACK VideoLayer::layerProcedure(HWND window, UINT message, WPARAM w,
             BeginPaint(window, &paintInfo);
             EndPaint(window, &paintInfo);
             const std::lock_guard guard(layer.lock_);
-            layer.paint({0, 0, layer.width_, layer.height_});
+            layer.paintAll();
             return 0;
         }
         default:
@@ -121,8 +121,9 @@ void VideoLayer::followOwner() {
     ClientToScreen(owner_, &origin);
     {
         const std::lock_guard guard(lock_);
-        if (client.right != width_ || client.bottom != height_) {
-            createBitmap(client.right, client.bottom);
+        if (client.right != canvas_.width() || client.bottom != canvas_.height()) {
+            canvas_.make(client.right, client.bottom);
+            compose(true);
         }
     }
     const bool appears = !IsWindowVisible(window_);
@@ -141,46 +142,11 @@ void VideoLayer::followOwner() {
 
 void VideoLayer::ownerGone() {
     const std::lock_guard guard(lock_);
-    releaseBitmap();
+    canvas_.clear();
+    drawn_ = {};
     DestroyWindow(window_);
     window_ = nullptr;
     owner_ = nullptr;
-}
-
-void VideoLayer::releaseBitmap() {
-    if (bitmapContext_) {
-        SelectObject(bitmapContext_, bitmapBefore_);
-        DeleteObject(bitmap_);
-        DeleteDC(bitmapContext_);
-    }
-    bitmapContext_ = nullptr;
-    pixels_ = nullptr;
-    width_ = height_ = 0;
-    drawn_ = {};
-}
-
-void VideoLayer::createBitmap(int width, int height) {
-    releaseBitmap();
-    if (width <= 0 || height <= 0) {
-        return;
-    }
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;  // the first row on top
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    bitmap_ = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    if (!bitmap_) {
-        return;
-    }
-    bitmapContext_ = CreateCompatibleDC(nullptr);
-    bitmapBefore_ = SelectObject(bitmapContext_, bitmap_);
-    pixels_ = static_cast<std::uint32_t*>(bits);
-    width_ = width;
-    height_ = height;
-    compose(true);
 }
 
 }  // namespace filters

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "graph/vendor_interfaces.h"
+#include "simulator/filters/canvas.h"
 #include "simulator/filters/caption_picture.h"
 #include "simulator/filters/picture/picture_scaler.h"
 
@@ -62,8 +63,6 @@ private:
     static LRESULT CALLBACK layerProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
     static LRESULT CALLBACK ownerProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
     bool createWindow();
-    void createBitmap(int width, int height);
-    void releaseBitmap();
     void applyKey();
     void followOwner();
     void ownerGone();
@@ -72,17 +71,13 @@ private:
     void forget();
     void compose(bool everything);
     void paint(const RECT& area);
+    void paintAll() { paint(canvas_.area()); }
 
     std::mutex lock_;
     HWND owner_ = nullptr;
     WNDPROC ownerBefore_ = nullptr;
     HWND window_ = nullptr;
-    HDC bitmapContext_ = nullptr;
-    HBITMAP bitmap_ = nullptr;
-    HGDIOBJ bitmapBefore_ = nullptr;
-    std::uint32_t* pixels_ = nullptr;
-    int width_ = 0;
-    int height_ = 0;
+    Canvas canvas_;
     COLORREF key_ = RGB(0xF8, 0, 0xF8);
     bool keyEnabled_ = true;
     const void* user_ = nullptr;

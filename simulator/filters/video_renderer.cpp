@@ -1,9 +1,15 @@
 #include "simulator/filters/video_renderer.h"
 
+// VIDEOINFOHEADER2
+#include <dvdmedia.h>
+
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
+#include <optional>
 
+#include "simulator/filters/codecs/chip_codecs.h"
 #include "simulator/tape/tape.h"
 
 namespace filters {
@@ -12,6 +18,34 @@ namespace {
 
 constexpr DWORD kRenderShow = 10;
 constexpr DWORD kRenderHide = 12;
+constexpr LONG kLargestSide = 8192;
+// Pictures of at least this height carry the colours of high definition television.
+constexpr LONG kFullHdHeight = 720;
+
+const BITMAPINFOHEADER* headerOf(const AM_MEDIA_TYPE& type) {
+    if (type.formattype == FORMAT_VideoInfo && type.cbFormat >= sizeof(VIDEOINFOHEADER)) {
+        return &reinterpret_cast<const VIDEOINFOHEADER*>(type.pbFormat)->bmiHeader;
+    }
+    if (type.formattype == FORMAT_VideoInfo2 && type.cbFormat >= sizeof(VIDEOINFOHEADER2)) {
+        return &reinterpret_cast<const VIDEOINFOHEADER2*>(type.pbFormat)->bmiHeader;
+    }
+    return nullptr;
+}
+
+// Nothing for pictures that cannot be shown.
+std::optional<PictureFormat> formatOf(const AM_MEDIA_TYPE& type) {
+    const BITMAPINFOHEADER* const header = headerOf(type);
+    if (type.majortype != MEDIATYPE_Video || !header ||
+        type.subtype != subtypeOfFourcc(packFourcc('I', '4', '2', '0'))) {
+        return std::nullopt;
+    }
+    const LONG height = std::abs(header->biHeight);
+    if (header->biWidth <= 0 || header->biWidth > kLargestSide || height == 0 ||
+        height > kLargestSide) {
+        return std::nullopt;
+    }
+    return PictureFormat{header->biWidth, height, height >= kFullHdHeight};
+}
 
 }  // namespace
 
@@ -32,45 +66,37 @@ VideoRenderer::~VideoRenderer() {
     seeking_.Reset();
 }
 
-void* VideoRenderer::findInterface(REFIID iid) {
-    if (iid == IID_IAMFilterMiscFlags) {
-        return static_cast<IAMFilterMiscFlags*>(this);
-    }
-    if (iid == vendor::kVideoRenderSwitch) {
-        return static_cast<vendor::VideoRenderSwitch*>(this);
-    }
-    if (iid == vendor::kChromaKey) {
-        return static_cast<vendor::ChromaKey*>(this);
-    }
-    if (iid == vendor::kOwnerWindow) {
-        return static_cast<vendor::OwnerWindow*>(this);
-    }
-    if (iid == vendor::kFilterStatus) {
-        return static_cast<vendor::FilterStatus*>(this);
-    }
-    if (iid == vendor::kStartOption1 || iid == vendor::kStartOption2) {
-        return static_cast<vendor::StartOption*>(this);
-    }
-    if (seeking_ && (iid == IID_IMediaSeeking || iid == IID_IMediaPosition)) {
-        void* found = nullptr;
-        if (SUCCEEDED(seeking_.Get()->QueryInterface(iid, &found))) {
-            Release();  // the caller counts
-            return found;
-        }
-    }
-    return nullptr;
+HRESULT VideoRenderer::Input::checkType(const AM_MEDIA_TYPE& type) {
+    return renderer_->available_ && formatOf(type) ? S_OK : S_FALSE;
 }
 
-PinList VideoRenderer::pins() {
-    return {ComPtr<IPin>(&input_)};
+HRESULT VideoRenderer::Input::connected(IPin*, const AM_MEDIA_TYPE& type) {
+    const auto found = formatOf(type);
+    format_ = found.value_or(format_);
+    return found ? S_OK : VFW_E_TYPE_NOT_ACCEPTED;
+}
+
+void* VideoRenderer::findInterface(REFIID iid) {
+    void* found = nullptr;
+    if (seeking_ && (iid == IID_IMediaSeeking || iid == IID_IMediaPosition) &&
+        SUCCEEDED(seeking_.Get()->QueryInterface(iid, &found))) {
+        Release();  // the caller counts
+        return found;
+    }
+    return findFace(iid,
+                    {{IID_IAMFilterMiscFlags, static_cast<IAMFilterMiscFlags*>(this)},
+                     {vendor::kVideoRenderSwitch, static_cast<vendor::VideoRenderSwitch*>(this)},
+                     {vendor::kChromaKey, static_cast<vendor::ChromaKey*>(this)},
+                     {vendor::kOwnerWindow, static_cast<vendor::OwnerWindow*>(this)},
+                     {vendor::kFilterStatus, static_cast<vendor::FilterStatus*>(this)},
+                     {vendor::kStartOption1, static_cast<vendor::StartOption*>(this)},
+                     {vendor::kStartOption2, static_cast<vendor::StartOption*>(this)}});
 }
 
 HRESULT VideoRenderer::Stop() {
     const std::lock_guard guard(lock_);
     if (state_ != State_Stopped) {
-        tape::Line("filter")
-            .text("filter", vendor::kVideoRendererName)
-            .text("what", L"stopped")
+        tape::FilterLine(vendor::kVideoRendererName, L"stopped")
             .number("shown", shown_)
             .number("dropped", dropped_)
             .number("longestGapMs", longestGap_);
@@ -90,8 +116,7 @@ HRESULT VideoRenderer::Pause() {
     }
     state_ = State_Paused;
     changed_.notify_all();
-    const bool waiting = input_.peer() && !hasPicture_;
-    return waiting ? S_FALSE : S_OK;
+    return input_.peer() && !hasPicture_ ? S_FALSE : S_OK;
 }
 
 HRESULT VideoRenderer::Run(REFERENCE_TIME start) {
@@ -126,19 +151,10 @@ HRESULT VideoRenderer::SetSyncSource(IReferenceClock* clock) {
     return BaseFilter::SetSyncSource(clock);
 }
 
-ULONG VideoRenderer::GetMiscFlags() {
-    return AM_FILTER_MISC_FLAGS_IS_RENDERER;
-}
-
-void VideoRenderer::place() {
-    VideoLayer::instance().place(this, placement_);
-}
-
 HRESULT VideoRenderer::setRender(DWORD value) {
     if (value == kRenderShow || value == kRenderHide) {
-        tape::Line("filter")
-            .text("filter", vendor::kVideoRendererName)
-            .text("what", value == kRenderShow ? L"layer on" : L"layer off");
+        tape::FilterLine(vendor::kVideoRendererName,
+                         value == kRenderShow ? L"layer on" : L"layer off");
         placement_.shown = value == kRenderShow;
         place();
     }
@@ -149,9 +165,7 @@ HRESULT VideoRenderer::setOutput(const vendor::VideoOutput* output) {
     if (std::memcmp(&placement_.output, output, sizeof *output) != 0) {
         const RECT& place = output->rectangle;
         const std::int64_t edges[] = {place.left, place.top, place.right, place.bottom};
-        tape::Line("filter")
-            .text("filter", vendor::kVideoRendererName)
-            .text("what", L"output")
+        tape::FilterLine(vendor::kVideoRendererName, L"output")
             .numbers("rect", edges)
             .number("enabled", output->enabled)
             .number("layer", output->layer);
@@ -169,17 +183,10 @@ HRESULT VideoRenderer::setModeFlags(DWORD flags, DWORD aspectX, DWORD aspectY) {
     return S_OK;
 }
 
-HRESULT VideoRenderer::redrawFrame() {
-    place();
-    return S_OK;
-}
-
 HRESULT VideoRenderer::setKey(DWORD red, DWORD green, DWORD blue) {
     const bool own = !red && !green && !blue;
     key_ = own ? RGB(0xF8, 0, 0xF8) : RGB(red & 0xFF, green & 0xFF, blue & 0xFF);
-    tape::Line("filter")
-        .text("filter", vendor::kVideoRendererName)
-        .text("what", L"key")
+    tape::FilterLine(vendor::kVideoRendererName, L"key")
         .number("red", red)
         .number("green", green)
         .number("blue", blue);
@@ -195,22 +202,11 @@ HRESULT VideoRenderer::enableKey(DWORD enable) {
 
 HRESULT VideoRenderer::setOwnerWindow(HWND window) {
     if (VideoLayer::instance().owner() != window) {
-        tape::Line("filter")
-            .text("filter", vendor::kVideoRendererName)
-            .text("what", L"owner")
+        tape::FilterLine(vendor::kVideoRendererName, L"owner")
             .number("window", reinterpret_cast<LONG_PTR>(window));
     }
     VideoLayer::instance().setOwner(window);
     place();
-    return S_OK;
-}
-
-HRESULT VideoRenderer::status(DWORD* value) {
-    *value = input_.peer() ? 1 : 0;
-    return S_OK;
-}
-
-HRESULT VideoRenderer::setValue(DWORD) {
     return S_OK;
 }
 

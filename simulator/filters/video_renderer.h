@@ -10,7 +10,6 @@
 #include "simulator/filters/base_filter.h"
 #include "simulator/filters/base_pin.h"
 #include "simulator/filters/owner_window_face.h"
-#include "simulator/filters/picture_type.h"
 #include "simulator/filters/video_layer.h"
 
 namespace filters {
@@ -34,12 +33,15 @@ public:
     HRESULT STDMETHODCALLTYPE GetState(DWORD milliseconds, FILTER_STATE* state) override;
     HRESULT STDMETHODCALLTYPE SetSyncSource(IReferenceClock* clock) override;
 
-    ULONG STDMETHODCALLTYPE GetMiscFlags() override;
+    ULONG STDMETHODCALLTYPE GetMiscFlags() override { return AM_FILTER_MISC_FLAGS_IS_RENDERER; }
 
     HRESULT STDMETHODCALLTYPE setRender(DWORD value) override;
     HRESULT STDMETHODCALLTYPE setOutput(const vendor::VideoOutput* output) override;
     HRESULT STDMETHODCALLTYPE setModeFlags(DWORD flags, DWORD aspectX, DWORD aspectY) override;
-    HRESULT STDMETHODCALLTYPE redrawFrame() override;
+    HRESULT STDMETHODCALLTYPE redrawFrame() override {
+        place();
+        return S_OK;
+    }
 
     HRESULT STDMETHODCALLTYPE setKey(DWORD red, DWORD green, DWORD blue) override;
     HRESULT STDMETHODCALLTYPE enableKey(DWORD enable) override;
@@ -47,12 +49,15 @@ public:
     HRESULT STDMETHODCALLTYPE setOwnerWindow(HWND window) override;
 
     // 0 nothing connected, 1 connected.
-    HRESULT STDMETHODCALLTYPE status(DWORD* value) override;
-    HRESULT STDMETHODCALLTYPE setValue(DWORD value) override;
+    HRESULT STDMETHODCALLTYPE status(DWORD* value) override {
+        *value = input_.peer() ? 1 : 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE setValue(DWORD) override { return S_OK; }
 
 protected:
     void* findInterface(REFIID iid) override;
-    PinList pins() override;
+    PinList pins() override { return {ComPtr<IPin>(&input_)}; }
 
 private:
     using Lock = std::unique_lock<std::mutex>;
@@ -83,16 +88,12 @@ private:
         const PictureFormat& format() const { return format_; }
         // Whether the decoder can go on while one of its buffers is held.
         bool mayKeep() const { return buffers_ > 1; }
-        // A sample may bring a new type with it.
-        bool changeFormat(const AM_MEDIA_TYPE& type) { return readPictureFormat(type, &format_); }
+
+        // The samples' own, which one of them may bring with it.
+        HRESULT connected(IPin*, const AM_MEDIA_TYPE& type) override;
 
     protected:
-        HRESULT checkType(const AM_MEDIA_TYPE& type) override {
-            return renderer_->available_ && readPictureFormat(type, nullptr) ? S_OK : S_FALSE;
-        }
-        HRESULT connected(IPin*, const AM_MEDIA_TYPE& type) override {
-            return changeFormat(type) ? S_OK : VFW_E_TYPE_NOT_ACCEPTED;
-        }
+        HRESULT checkType(const AM_MEDIA_TYPE& type) override;
         void disconnected() override { allocator_.Reset(); }
 
     private:
@@ -114,7 +115,7 @@ private:
     bool waitUntilDue(Lock& lock, REFERENCE_TIME time);
     // How long the picture still has, in 100 ns; negative when it is late.
     REFERENCE_TIME untilDue(REFERENCE_TIME time);
-    void place();
+    void place() { VideoLayer::instance().place(this, placement_); }
     void complete();
 
     const bool available_;

@@ -61,7 +61,7 @@ HRESULT VideoRenderer::receive(IMediaSample* sample) {
     }
     AM_MEDIA_TYPE* changedType = nullptr;
     if (sample->GetMediaType(&changedType) == S_OK) {
-        input_.changeFormat(*changedType);
+        input_.connected(nullptr, *changedType);
         CoTaskMemFree(changedType->pbFormat);
         CoTaskMemFree(changedType);
     }
@@ -71,9 +71,7 @@ HRESULT VideoRenderer::receive(IMediaSample* sample) {
     if (!hasPicture_) {
         // The first picture is shown at once and held until the graph runs.
         draw(sample);
-        tape::Line("filter")
-            .text("filter", vendor::kVideoRendererName)
-            .text("what", L"first picture");
+        tape::FilterLine(vendor::kVideoRendererName, L"first picture");
         setCued(true);
         return waitUntilDue(lock, timed ? begin : 0) ? S_OK : S_FALSE;
     }

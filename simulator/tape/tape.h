@@ -35,6 +35,13 @@ private:
     std::string line_;
 };
 
+// A line of the kind "filter": what one of the vendor's filters was told or does.
+struct FilterLine : Line {
+    FilterLine(const wchar_t* filter, const wchar_t* what) : Line("filter") {
+        text("filter", filter).text("what", what);
+    }
+};
+
 // Marks this moment as the boot of the unit: empties the tape and makes "ms" count from now.
 // Called once by the process that starts the others.
 void begin();

@@ -1,22 +1,19 @@
-// What a decoded picture looks like in memory. Planar layouts are those of Windows: rows padded to
-// four bytes, chroma planes of half width and height.
+// What a decoded picture looks like in memory: I420 as Windows lays it out, rows padded to four
+// bytes, a plane of luma, then two of chroma with half the width and height. Wine's splitter brings
+// every other layout to this one.
 #pragma once
 
 namespace filters {
 
-enum class PixelLayout { I420, Yv12, Nv12, Rgb32 };
-
 struct PictureFormat {
-    PixelLayout layout = PixelLayout::I420;
-    int width = 0;          // pixels
-    int height = 0;         // pixels
-    bool bottomUp = false;  // RGB only: the last row comes first
-    bool fullHd = false;    // colours after ITU-R BT.709 instead of BT.601
+    int width = 0;        // pixels
+    int height = 0;       // pixels
+    bool fullHd = false;  // colours after ITU-R BT.709 instead of BT.601
 
-    int bytes() const;         // of one picture
-    int lumaStride() const;    // bytes a row of luma, or of the RGB picture
-    int chromaStride() const;  // bytes a row of one chroma plane (of both for Nv12)
+    int lumaStride() const { return (width + 3) & ~3; }  // bytes a row
+    int chromaStride() const { return ((width + 1) / 2 + 3) & ~3; }
     int lumaRows() const { return (height + 1) & ~1; }
+    int bytes() const { return (lumaStride() + chromaStride()) * lumaRows(); }  // of one picture
 };
 
 }  // namespace filters

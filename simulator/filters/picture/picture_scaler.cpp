@@ -96,7 +96,7 @@ PictureScaler::Steps PictureScaler::makeSteps(int source, int target) {
 
 void PictureScaler::prepare(const PictureFormat& format, int width, int height) {
     if (width == width_ && height == height_ && format.width == format_.width &&
-        format.height == format_.height && format.layout == format_.layout) {
+        format.height == format_.height) {
         return;
     }
     format_ = format;
@@ -107,7 +107,7 @@ void PictureScaler::prepare(const PictureFormat& format, int width, int height) 
     chromaColumns_ = makeSteps((format.width + 1) / 2, width);
     chromaRows_ = makeSteps((format.height + 1) / 2, height);
     const auto longest = static_cast<std::size_t>(std::max(width, format.width) + kSpare);
-    for (auto* row : {&blended_, &y_, &u_, &v_, &split_[0], &split_[1]}) {
+    for (auto* row : {&blended_, &y_, &u_, &v_}) {
         row->assign(longest, 0);
     }
 }
@@ -152,72 +152,6 @@ const std::uint8_t* PictureScaler::spared(const std::uint8_t* row, int width,
     return copy.data();
 }
 
-void PictureScaler::drawPlanes(const PictureFormat& format, const std::uint8_t* picture,
-                               const PixelTarget& target) {
-    const bool interleaved = format.layout == PixelLayout::Nv12;
-    const int chromaWidth = (format.width + 1) / 2;
-    const int chromaStride = format.chromaStride();
-    const std::uint8_t* first = picture + format.lumaStride() * format.lumaRows();
-    const std::uint8_t* second = first + chromaStride * (format.lumaRows() / 2);
-    const std::uint8_t* const end = picture + format.bytes();
-    if (format.layout == PixelLayout::Yv12) {
-        std::swap(first, second);
-    }
-    const bool halved = width_ == format.width;
-    const Matrix& matrix = format.fullHd ? kHighDefinition : kStandard;
-    const int left = std::max(target.clip.left, target.place.left);
-    const int count = std::min(target.clip.right, target.place.right) - left;
-    const int skip = left - target.place.left;
-    const Steps identity(static_cast<std::size_t>(chromaWidth));
-    const Steps& columns = halved ? identity : chromaColumns_;
-    for (int y = std::max(target.clip.top, target.place.top);
-         y < std::min(target.clip.bottom, target.place.bottom); ++y) {
-        const auto row = static_cast<std::size_t>(y - target.place.top);
-        const std::uint8_t* luma =
-            planeRow(picture, format.lumaStride(), format.width, lumaRows_[row], lumaColumns_, y_);
-        const std::uint8_t* u = first;
-        const std::uint8_t* v = second;
-        Step chromaRow = chromaRows_[row];
-        int stride = chromaStride;
-        if (interleaved) {
-            const std::uint8_t* pairs = first + chromaRow.index * chromaStride;
-            for (int x = 0; x < chromaWidth; ++x) {
-                split_[0][static_cast<std::size_t>(x)] = pairs[2 * x];
-                split_[1][static_cast<std::size_t>(x)] = pairs[2 * x + 1];
-            }
-            u = split_[0].data();
-            v = split_[1].data();
-            chromaRow = {0, 0};
-            stride = 0;
-        }
-        u = planeRow(u, stride, chromaWidth, chromaRow, columns, u_);
-        v = planeRow(v, stride, chromaWidth, chromaRow, columns, v_);
-        u = spared(u, chromaWidth, end, u_);
-        v = spared(v, chromaWidth, end, v_);
-        const int chromaSkip = halved ? skip / 2 : skip;
-        convertRow(luma + skip, u + chromaSkip, v + chromaSkip, halved, matrix,
-                   target.pixels + static_cast<std::ptrdiff_t>(y) * target.stride + left, count);
-    }
-}
-
-void PictureScaler::drawRgb(const PictureFormat& format, const std::uint8_t* picture,
-                            const PixelTarget& target) {
-    for (int y = std::max(target.clip.top, target.place.top);
-         y < std::min(target.clip.bottom, target.place.bottom); ++y) {
-        int sourceRow = lumaRows_[static_cast<std::size_t>(y - target.place.top)].index;
-        if (format.bottomUp) {
-            sourceRow = format.height - 1 - sourceRow;
-        }
-        const std::uint8_t* source = picture + sourceRow * format.lumaStride();
-        std::uint32_t* out = target.pixels + static_cast<std::ptrdiff_t>(y) * target.stride;
-        for (int x = std::max(target.clip.left, target.place.left);
-             x < std::min(target.clip.right, target.place.right); ++x) {
-            const Step step = lumaColumns_[static_cast<std::size_t>(x - target.place.left)];
-            std::memcpy(out + x, source + step.index * 4, 4);
-        }
-    }
-}
-
 void PictureScaler::draw(const PictureFormat& format, const std::uint8_t* picture,
                          const PixelTarget& target) {
     const int width = target.place.right - target.place.left;
@@ -226,10 +160,31 @@ void PictureScaler::draw(const PictureFormat& format, const std::uint8_t* pictur
         return;
     }
     prepare(format, width, height);
-    if (format.layout == PixelLayout::Rgb32) {
-        drawRgb(format, picture, target);
-    } else {
-        drawPlanes(format, picture, target);
+    const int chromaWidth = (format.width + 1) / 2;
+    const int stride = format.chromaStride();
+    const std::uint8_t* const first = picture + format.lumaStride() * format.lumaRows();
+    const std::uint8_t* const second = first + stride * (format.lumaRows() / 2);
+    const std::uint8_t* const end = picture + format.bytes();
+    const bool halved = width == format.width;
+    const Matrix& matrix = format.fullHd ? kHighDefinition : kStandard;
+    const int left = std::max(target.clip.left, target.place.left);
+    const int count = std::min(target.clip.right, target.place.right) - left;
+    const int skip = left - target.place.left;
+    const int chromaSkip = halved ? skip / 2 : skip;
+    const Steps identity(static_cast<std::size_t>(chromaWidth));
+    const Steps& columns = halved ? identity : chromaColumns_;
+    for (int y = std::max(target.clip.top, target.place.top);
+         y < std::min(target.clip.bottom, target.place.bottom); ++y) {
+        const auto row = static_cast<std::size_t>(y - target.place.top);
+        const std::uint8_t* luma =
+            planeRow(picture, format.lumaStride(), format.width, lumaRows_[row], lumaColumns_, y_);
+        const std::uint8_t* u = planeRow(first, stride, chromaWidth, chromaRows_[row], columns, u_);
+        const std::uint8_t* v =
+            planeRow(second, stride, chromaWidth, chromaRows_[row], columns, v_);
+        u = spared(u, chromaWidth, end, u_);
+        v = spared(v, chromaWidth, end, v_);
+        convertRow(luma + skip, u + chromaSkip, v + chromaSkip, halved, matrix,
+                   target.pixels + static_cast<std::ptrdiff_t>(y) * target.stride + left, count);
     }
 }
 

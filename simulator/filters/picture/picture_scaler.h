@@ -36,10 +36,6 @@ private:
 
     void prepare(const PictureFormat& format, int width, int height);
     static Steps makeSteps(int source, int target);
-    void drawRgb(const PictureFormat& format, const std::uint8_t* picture,
-                 const PixelTarget& target);
-    void drawPlanes(const PictureFormat& format, const std::uint8_t* picture,
-                    const PixelTarget& target);
     // The row itself, or a copy of it when whole vectors would be read from behind `end`.
     static const std::uint8_t* spared(const std::uint8_t* row, int width, const std::uint8_t* end,
                                       std::vector<std::uint8_t>& copy);
@@ -51,7 +47,7 @@ private:
     int width_ = 0;
     int height_ = 0;
     Steps lumaColumns_, lumaRows_, chromaColumns_, chromaRows_;
-    std::vector<std::uint8_t> blended_, y_, u_, v_, split_[2];
+    std::vector<std::uint8_t> blended_, y_, u_, v_;
 };
 
 }  // namespace filters
