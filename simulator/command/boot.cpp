@@ -31,21 +31,16 @@ struct PeerProgram {
 constexpr PeerProgram kPeers[] = {
     {"processmanager", "Processmanager"}, {"orvi", "Orvi"}, {"ani_waiting", "ani_waiting"}};
 
-// `panel` is how many pixels the panel has beside the screen.
-bool startDisplay(const Unit& unit, const BootOptions& options, int& panel, std::string& why) {
+// Gives how many pixels the panel has beside the screen.
+int startDisplay(const Unit& unit, const BootOptions& options) {
     const char* display = std::getenv("DISPLAY");
-    panel = options.panel ? kPanelWidth : 0;
+    const int panel = options.panel ? kPanelWidth : 0;
     if (options.headless || display == nullptr || *display == '\0') {
-        return startOwnDisplay(unit, kScreenWidth + panel, why);
+        startOwnDisplay(unit, kScreenWidth + panel);
+        return panel;
     }
-    int width = 0;
-    if (!useDesktop(unit, display, width, why)) {
-        return false;
-    }
-    if (options.panel) {
-        panel = std::clamp(width - kScreenWidth, kNarrowestPanel, kPanelWidth);
-    }
-    return true;
+    const int width = useDesktop(unit, display);
+    return options.panel ? std::clamp(width - kScreenWidth, kNarrowestPanel, kPanelWidth) : 0;
 }
 
 std::string lastLineOf(const std::string& path) {
@@ -70,13 +65,11 @@ bool awaitHub(const Unit& unit, pid_t hub) {
     return true;
 }
 
-bool startHub(const Unit& unit, int panel, std::string& why) {
+void startHub(const Unit& unit, int panel) {
     const std::string desktop = "/desktop=" + unit.desktopName() + "," +
                                 std::to_string(kScreenWidth + panel) + "x" +
                                 std::to_string(kScreenHeight);
-    if (!writeToken(unit, why)) {
-        return false;
-    }
+    writeToken(unit);
     auto environment = wineEnvironment(unit.prefix(), readRunFile(unit, "display"));
     // With this the panel does what only the PC can.
     std::error_code error;
@@ -92,45 +85,40 @@ bool startHub(const Unit& unit, int panel, std::string& why) {
              std::to_string(panel)},
             {.environment = environment, .folder = unit.device.string(), .logFile = log});
         if (hub < 0) {
-            why = "Wine is missing; install it with: apt-get install wine wine64";
-            return false;
+            throw Failure("Wine is missing; install it with: apt-get install wine wine64");
         }
         if (awaitHub(unit, hub)) {
-            return true;
+            return;
         }
         // Seen once in some thousand boots: Wine's desktop ends as soon as it has begun.
         if (process::isAlive(hub) || attempt == kHubAttempts) {
             const std::string last = lastLineOf(log);
-            why = "the unit did not start inside Wine; see " + log +
-                  (last.empty() ? std::string() : ", which ends with: " + last);
-            return false;
+            throw Failure("the unit did not start inside Wine; see " + log +
+                          (last.empty() ? std::string() : ", which ends with: " + last));
         }
     }
 }
 
-bool startPeers(const Unit& unit, const BootOptions& options, std::string& why) {
-    const auto wanted = [&options](const PeerProgram& peer) {
-        return std::find(options.without.begin(), options.without.end(), peer.name) ==
-               options.without.end();
-    };
+bool isWanted(const BootOptions& options, const std::string& peer) {
+    return std::ranges::find(options.without, peer) == options.without.end();
+}
+
+void startPeers(const Unit& unit, const BootOptions& options) {
     const std::string late =
         options.lateMilliseconds > 0 ? " --late " + std::to_string(options.lateMilliseconds) : "";
     for (const PeerProgram& peer : kPeers) {
         const std::string passive =
             options.passive && peer.name == std::string("processmanager") ? " --passive" : "";
-        const std::string commandLine =
-            "H:\\.unit\\bin\\" + std::string(peer.name) + ".exe" + passive + late;
-        if (wanted(peer) && !ask(unit, {"start", peer.window, "H:\\", commandLine}, why)) {
-            return false;
+        if (isWanted(options, peer.name)) {
+            demand(unit, {"start", peer.window, "H:\\",
+                          "H:\\.unit\\bin\\" + std::string(peer.name) + ".exe" + passive + late});
         }
     }
     for (const PeerProgram& peer : kPeers) {
-        if (wanted(peer) &&
-            !ask(unit, {"await", peer.window, std::to_string(kPeerPatience)}, why)) {
-            return false;
+        if (isWanted(options, peer.name)) {
+            demand(unit, {"await", peer.window, std::to_string(kPeerPatience)});
         }
     }
-    return true;
 }
 
 // The process manager is told when the player has painted and loaded the rest; without a process
@@ -161,93 +149,84 @@ bool hasEnded(const Json& line, long long process) {
            numberOf(line, "process", -1) == process;
 }
 
-// `why` brings the player's process number, as the unit has answered, and takes the reason.
-bool waitForFirstFrame(const Unit& unit, std::uint64_t from, bool managed, std::string& why) {
-    const long long process = std::atoll(why.c_str());
+void awaitFirstFrame(const Unit& unit, std::uint64_t from, bool managed, long long process) {
     TapeReader reader(unit.tape(), from);
     const long long end = process::nowMilliseconds() + kFramePatience;
     while (process::nowMilliseconds() < end) {
         while (const auto line = reader.next()) {
-            if (isShown(line->value)) {
-                return true;
+            // A box waits for the user before anything can be shown; that is up to the user.
+            if (isShown(line->value) ||
+                (textOf(line->value, "kind") == "box" && line->value.contains("text"))) {
+                return;
             }
             if (hasEnded(line->value, process)) {
-                why = "the player ended at once with exit value " +
-                      std::to_string(numberOf(line->value, "exit", 0)) +
-                      "; see: " + commandFor(unit, "log");
-                return false;
-            }
-            if (textOf(line->value, "kind") == "box" && line->value.contains("text")) {
-                // It waits for the user before it can show anything; that is up to the user.
-                return true;
+                throw Failure("the player ended at once with exit value " +
+                              std::to_string(numberOf(line->value, "exit", 0)) +
+                              "; see: " + commandFor(unit, "log"));
             }
         }
         if (!managed && playerIsVisible(unit)) {
-            return true;
+            return;
         }
         process::sleepMilliseconds(10);
     }
-    why = "the player showed no frame within " + std::to_string(kFramePatience / 1000) + " s";
-    return false;
+    throw Failure("the player showed no frame within " + std::to_string(kFramePatience / 1000) +
+                  " s");
 }
 
-bool startEverything(const Unit& unit, const BootOptions& options, std::string& why) {
-    int panel = 0;
-    Choice choice;
-    return prepareHearing(unit, options.hear, why) && startDisplay(unit, options, panel, why) &&
-           copyPrefix(unit.device, unit.prefix(), why) && startHub(unit, panel, why) &&
-           ask(unit, {"note", "boot" + options.words}, why) && startPeers(unit, options, why) &&
-           choose(unit, options.play, choice, why) && remember(unit, choice, why) &&
-           (options.noPlayer || startPlayer(unit, options, why));
+void startEverything(const Unit& unit, const BootOptions& options) {
+    prepareDevice(unit);
+    preparePrefix();
+    prepareHearing(unit, options.hear);
+    const int panel = startDisplay(unit, options);
+    copyPrefix(unit.device, unit.prefix());
+    startHub(unit, panel);
+    demand(unit, {"note", "boot" + options.words});
+    startPeers(unit, options);
+    remember(unit, choose(unit, options.play));
+    if (!options.noPlayer) {
+        startPlayer(unit, options);
+    }
 }
 
 }  // namespace
 
-std::string playerCommandLine(bool pip) {
-    return std::string("H:\\ResidentFlash\\apps\\movie.exe") + (pip ? " PIP" : "");
+long long launchPlayer(const Unit& unit, bool pip) {
+    const std::string line =
+        std::string("H:\\ResidentFlash\\apps\\movie.exe") + (pip ? " PIP" : "");
+    return std::atoll(demand(unit, {"start", "movie.exe", "H:\\", line, "output"}).c_str());
 }
 
-bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why) {
+void startPlayer(const Unit& unit, const BootOptions& options) {
     Screen screen;
-    if (!screen.open(unit, why)) {
-        return false;
+    if (std::string why; !screen.open(unit, why)) {
+        throw Failure(why);
     }
     screen.letThrough(tape::kWaitingSign);
-    if (!options.connectFolder.empty() && !ask(unit, {"connect", options.connectFolder}, why)) {
-        return false;
+    if (!options.connectFolder.empty()) {
+        demand(unit, {"connect", options.connectFolder});
     }
     const std::uint64_t from = tapeEnd(unit.tape());
-    const bool managed = std::find(options.without.begin(), options.without.end(),
-                                   "processmanager") == options.without.end();
-    return ask(unit, {"start", "movie.exe", "H:\\", playerCommandLine(options.pip), "output"},
-               why) &&
-           waitForFirstFrame(unit, from, managed, why);
+    awaitFirstFrame(unit, from, isWanted(options, "processmanager"),
+                    launchPlayer(unit, options.pip));
 }
 
-bool boot(const Unit& unit, const BootOptions& options, std::string& why) {
-    std::error_code error;
-    fs::create_directories(unit.run(), error);
-    if (error) {
-        why = "cannot make " + unit.run().string() + ": " + error.message();
-        return false;
-    }
+void boot(const Unit& unit, const BootOptions& options) {
+    makeFolder(unit.run());
     // Of two commands that boot one unit at the same time the second finds it running.
     const process::FileLock lock((unit.run() / "lock").string(), LOCK_EX);
     if (isRunning(unit)) {
-        why = "a unit runs in " + unit.device.string() +
-              " already; end it with: " + commandFor(unit, "kill");
-        return false;
+        throw Failure("a unit runs in " + unit.device.string() +
+                      " already; end it with: " + commandFor(unit, "kill"));
     }
     const EndsOnInterrupt guard(unit);
     endUnit(unit);
-    if (!prepareDevice(unit, why) || !preparePrefix(why)) {
-        return false;
+    try {
+        startEverything(unit, options);
+    } catch (const Failure&) {
+        endUnit(unit);
+        throw;
     }
-    if (startEverything(unit, options, why)) {
-        return true;
-    }
-    endUnit(unit);
-    return false;
 }
 
 }  // namespace headunit

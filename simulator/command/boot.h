@@ -22,18 +22,20 @@ struct BootOptions {
     fs::path play;                     // a recording or a folder of the PC or of the unit
 };
 
+// All throw what cannot be done.
+
 // Makes the unit's folders and programs as they are when it leaves the factory; what the user put
-// there stays. False with the reason.
-bool prepareDevice(const Unit& unit, std::string& why);
+// there stays.
+void prepareDevice(const Unit& unit);
+void makeFolder(const fs::path& folder);
 
-// Boots the unit; true when the player has shown its first frame. After a failure nothing is left
-// running.
-bool boot(const Unit& unit, const BootOptions& options, std::string& why);
+// Boots the unit; returns when the player has shown its first frame. After a failure nothing is
+// left running.
+void boot(const Unit& unit, const BootOptions& options);
 
-// How the player is started, in half width when asked for.
-std::string playerCommandLine(bool pip);
-
+// Starts the player, in half width when asked for; the number of its process.
+long long launchPlayer(const Unit& unit, bool pip);
 // Starts the player in a running unit and waits for its first frame.
-bool startPlayer(const Unit& unit, const BootOptions& options, std::string& why);
+void startPlayer(const Unit& unit, const BootOptions& options);
 
 }  // namespace headunit

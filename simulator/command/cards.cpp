@@ -52,7 +52,7 @@ bool keep(const fs::path& card, const fs::path& place) {
 
 }  // namespace
 
-bool putFromPc(const fs::path& from, const fs::path& to, std::string& why) {
+void putFromPc(const fs::path& from, const fs::path& to) {
     // -L: a link among the user's files is followed, or the unit would reach through it.
     const std::vector<process::Arguments> kWays = {
         {"cp", "-rLT", "--preserve=timestamps", "--reflink=always"},
@@ -65,12 +65,11 @@ bool putFromPc(const fs::path& from, const fs::path& to, std::string& why) {
         copy.insert(copy.end(), {"--", from.string(), to.string()});
         said.clear();
         if (process::runReading(copy, {.errorsToo = true}, said) == 0) {
-            return true;
+            return;
         }
         fs::remove_all(to, error);
     }
-    why = from.string() + " cannot be put on the card: " + said.substr(0, said.find('\n'));
-    return false;
+    throw Failure(from.string() + " cannot be put on the card: " + said.substr(0, said.find('\n')));
 }
 
 fs::path folderOf(const Unit& unit, const std::string& name) {
@@ -92,9 +91,9 @@ std::string shownFolder(const Unit& unit, const Slot& slot) {
     return readRunFile(unit, slotFile(slot).c_str());
 }
 
-bool pullCard(const Unit& unit, const Slot& slot, std::string& why) {
+void pullCard(const Unit& unit, const Slot& slot) {
     if (!hasCard(unit, slot)) {
-        return true;
+        return;
     }
     std::error_code error;
     const fs::path card = unit.device / slot.name;
@@ -104,20 +103,20 @@ bool pullCard(const Unit& unit, const Slot& slot, std::string& why) {
     fs::remove_all(out, error);
     fs::rename(card, out, error);
     if (error) {
-        why = "the card cannot be pulled out of " + card.string() + ": " + error.message();
-        return false;
+        throw Failure("the card cannot be pulled out of " + card.string() + ": " + error.message());
     }
     if (!folder.empty() && !holdsOwnFiles(out, folder)) {
         fs::remove_all(out, error);
-        return true;
+        return;
     }
     const fs::path place =
         folder.empty() ? ownCard(unit, slot) : fs::path(ownCard(unit, slot).string() + "-of-pc");
-    why = "the card of " + card.string() + " cannot be kept in " + place.string();
-    return keep(out, place);
+    if (!keep(out, place)) {
+        throw Failure("the card of " + card.string() + " cannot be kept in " + place.string());
+    }
 }
 
-bool fillSlot(const Unit& unit, const Slot& slot, const fs::path& folder, std::string& why) {
+void fillSlot(const Unit& unit, const Slot& slot, const fs::path& folder) {
     std::error_code error;
     const fs::path card = unit.device / slot.name;
     const fs::path own = ownCard(unit, slot);
@@ -125,9 +124,7 @@ bool fillSlot(const Unit& unit, const Slot& slot, const fs::path& folder, std::s
     const fs::path in = unit.run() / (std::string("in-") + slot.name);
     fs::remove_all(in, error);
     if (!folder.empty()) {
-        if (!putFromPc(folder, in, why)) {
-            return false;
-        }
+        putFromPc(folder, in);
         fs::rename(in, card, error);
     } else if (fs::exists(own, error)) {
         fs::rename(own, card, error);
@@ -135,8 +132,9 @@ bool fillSlot(const Unit& unit, const Slot& slot, const fs::path& folder, std::s
         fs::create_directories(card, error);
     }
     writeRunFile(unit, slotFile(slot).c_str(), folder.string());
-    why = error ? "the card cannot be put into " + card.string() + ": " + error.message() : "";
-    return !error;
+    if (error) {
+        throw Failure("the card cannot be put into " + card.string() + ": " + error.message());
+    }
 }
 
 }  // namespace headunit

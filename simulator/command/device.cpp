@@ -29,104 +29,83 @@ constexpr char kConfig[] = "[MISC]\nDMB=0\n[Sound]\nMUTE=0\n";
 
 // A hard link where possible, so that nothing is copied; the old file is replaced, not written
 // over. What could not be copied whole is not left there.
-bool place(const fs::path& from, const fs::path& to, std::string& why) {
+void place(const fs::path& from, const fs::path& to) {
     std::error_code error;
     if (fs::equivalent(from, to, error)) {
-        return true;
+        return;
     }
     fs::remove(to, error);
     fs::create_hard_link(from, to, error);
-    if (!error) {
-        return true;
-    }
     std::string said;
-    const bool good =
-        process::runReading({"cp", from.string(), to.string()}, {.errorsToo = true}, said) == 0;
-    if (!good) {
-        why = from.string() + " cannot be copied to " + to.string() + ": " +
-              said.substr(0, said.find('\n'));
+    if (error &&
+        process::runReading({"cp", from.string(), to.string()}, {.errorsToo = true}, said) != 0) {
         fs::remove(to, error);
+        throw Failure(from.string() + " cannot be copied to " + to.string() + ": " +
+                      said.substr(0, said.find('\n')));
     }
-    return good;
-}
-
-bool install(const Unit& unit, const Installed& file, std::string& why) {
-    std::error_code error;
-    const fs::path from = projectRoot() / file.from;
-    if (!fs::exists(from, error)) {
-        why = "there is no " + std::string(file.from) +
-              "; build it with: cmake --preset device && cmake --build --preset device";
-        return false;
-    }
-    return place(from, unit.device / file.to, why);
 }
 
 // Left as it is when it is there already.
-bool writeConfig(const Unit& unit, std::string& why) {
+void writeConfig(const Unit& unit) {
     std::error_code error;
     const fs::path config = unit.device / "ResidentFlash2/Data/Config.ini";
     if (fs::exists(config, error)) {
-        return true;
+        return;
     }
     std::ofstream stream(config, std::ios::binary);
     stream << kConfig;
     stream.close();
     if (stream.fail()) {
         fs::remove(config, error);
-        why = config.string() + " cannot be written; is the disk full?";
-        return false;
+        throw Failure(config.string() + " cannot be written; is the disk full?");
     }
-    return true;
-}
-
-// Time of the skin's last rendering, as a text.
-std::string skinStamp() {
-    std::error_code error;
-    const auto time = fs::last_write_time(projectRoot() / "out/skin/.built", error);
-    return error ? "none" : std::to_string(time.time_since_epoch().count());
 }
 
 // Once for every rendering of the skin: what somebody has changed on the unit since then stays.
-bool placeSkin(const Unit& unit, std::string& why) {
-    const std::string stamp = skinStamp();
-    if (stamp == readRunFile(unit, "skin")) {
-        return true;
-    }
+void placeSkin(const Unit& unit) {
     std::error_code error;
     const fs::path skin = projectRoot() / "out" / "skin";
+    const auto time = fs::last_write_time(skin / ".built", error);
+    const std::string stamp = error ? "none" : std::to_string(time.time_since_epoch().count());
+    if (stamp == readRunFile(unit, "skin")) {
+        return;
+    }
     for (const char* set : {"A", "B", "C", "D"}) {
         const fs::path to = unit.device / "ResidentFlash/Image/Movie" / set;
         fs::create_directories(to, error);
         for (const auto& entry : fs::directory_iterator(skin / set, error)) {
-            if (!place(entry.path(), to / entry.path().filename(), why)) {
-                return false;
-            }
+            place(entry.path(), to / entry.path().filename());
         }
     }
     writeRunFile(unit, "skin", stamp);
-    return true;
 }
 
 }  // namespace
 
-bool prepareDevice(const Unit& unit, std::string& why) {
+void makeFolder(const fs::path& folder) {
     std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        throw Failure("cannot make " + folder.string() + ": " + error.message());
+    }
+}
+
+void prepareDevice(const Unit& unit) {
     for (const char* folder : kFolders) {
-        fs::create_directories(unit.device / folder, error);
-        if (error) {
-            why = "cannot make " + (unit.device / folder).string() + ": " + error.message();
-            return false;
-        }
+        makeFolder(unit.device / folder);
     }
-    if (!writeConfig(unit, why)) {
-        return false;
-    }
+    writeConfig(unit);
     for (const Installed& file : kInstalled) {
-        if (!install(unit, file, why)) {
-            return false;
+        std::error_code error;
+        const fs::path from = projectRoot() / file.from;
+        if (!fs::exists(from, error)) {
+            throw Failure(
+                "there is no " + std::string(file.from) +
+                "; build it with: cmake --preset device && cmake --build --preset device");
         }
+        place(from, unit.device / file.to);
     }
-    return placeSkin(unit, why);
+    placeSkin(unit);
 }
 
 }  // namespace headunit

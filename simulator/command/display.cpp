@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <xcb/xcb.h>
 
-#include <cstdio>
+#include <memory>
 
 namespace headunit {
 namespace {
@@ -30,45 +30,39 @@ std::string readNumber(int pipeEnd) {
 
 }  // namespace
 
-bool startOwnDisplay(const Unit& unit, int width, std::string& why) {
+void startOwnDisplay(const Unit& unit, int width) {
     int ends[2];
     if (pipe(ends) != 0) {
-        why = "no pipe could be made";
-        return false;
+        throw Failure("no pipe could be made");
     }
     fcntl(ends[0], F_SETFD, FD_CLOEXEC);
-    char screen[32];
-    std::snprintf(screen, sizeof(screen), "%dx%dx24", width, kScreenHeight);
-    const pid_t server =
-        process::startDetached({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                                screen, "-nolisten", "tcp", "-noreset"},
-                               {.environment = {"HEADUNIT=" + unit.device.string()},
-                                .logFile = (unit.run() / "xvfb.log").string()});
+    const std::string log = (unit.run() / "xvfb.log").string();
+    const std::string screen = std::to_string(width) + "x" + std::to_string(kScreenHeight) + "x24";
+    const pid_t server = process::startDetached(
+        {"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", screen, "-nolisten", "tcp",
+         "-noreset"},
+        {.environment = {"HEADUNIT=" + unit.device.string()}, .logFile = log});
     close(ends[1]);
     const std::string number = server > 0 ? readNumber(ends[0]) : "";
     close(ends[0]);
     if (number.empty()) {
         process::end(server, 1000);
-        why = server > 0 ? "Xvfb did not start; see " + (unit.run() / "xvfb.log").string()
-                         : "Xvfb is missing; install it with: apt-get install xvfb";
-        return false;
+        throw Failure(server > 0 ? "Xvfb did not start; see " + log
+                                 : "Xvfb is missing; install it with: apt-get install xvfb");
     }
     writeRunFile(unit, "xvfb.pid", std::to_string(server));
     writeRunFile(unit, "display", ":" + number);
-    return true;
 }
 
-bool useDesktop(const Unit& unit, const std::string& display, int& width, std::string& why) {
-    xcb_connection_t* const server = xcb_connect(display.c_str(), nullptr);
-    const bool good = xcb_connection_has_error(server) == 0;
-    if (good) {
-        width = xcb_setup_roots_iterator(xcb_get_setup(server)).data->width_in_pixels;
-        writeRunFile(unit, "display", display);
+int useDesktop(const Unit& unit, const std::string& display) {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(
+        xcb_connect(display.c_str(), nullptr), &xcb_disconnect);
+    if (xcb_connection_has_error(server.get()) != 0) {
+        throw Failure("there is no display " + display +
+                      " (DISPLAY); without one: " + commandFor(unit, "boot --headless"));
     }
-    xcb_disconnect(server);
-    why = "there is no display " + display +
-          " (DISPLAY); without one: " + commandFor(unit, "boot --headless");
-    return good;
+    writeRunFile(unit, "display", display);
+    return xcb_setup_roots_iterator(xcb_get_setup(server.get())).data->width_in_pixels;
 }
 
 }  // namespace headunit

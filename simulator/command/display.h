@@ -14,10 +14,10 @@ inline constexpr int kScreenHeight = 480;
 inline constexpr int kPanelWidth = 420;
 inline constexpr int kNarrowestPanel = 224;
 
-// Starts an Xvfb of that width in pixels for the unit and keeps its number. False with the reason.
-bool startOwnDisplay(const Unit& unit, int width, std::string& why);
-// Uses the desktop of the user; `width` is then how wide it is. False with the reason when there is
-// no such display.
-bool useDesktop(const Unit& unit, const std::string& display, int& width, std::string& why);
+// Both throw when there is no display.
+// Starts an Xvfb of that width in pixels for the unit and keeps its number.
+void startOwnDisplay(const Unit& unit, int width);
+// Uses the desktop of the user; gives its width.
+int useDesktop(const Unit& unit, const std::string& display);
 
 }  // namespace headunit

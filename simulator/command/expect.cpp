@@ -33,7 +33,7 @@ bool runExpectation(Stage& stage, const Expectation& expectation, const Subject&
 
 }  // namespace
 
-StageRun parseExpect(const Words& given, const fs::path&, std::string& why) {
+StageRun parseExpect(const Words& given, const fs::path&) {
     Words words(given.begin() + 1, given.end());
     Expectation expectation;
     if (!words.empty() && words[0] == "no") {
@@ -43,20 +43,17 @@ StageRun parseExpect(const Words& given, const fs::path&, std::string& why) {
     int patience = -1;
     if (words.size() > 2 && words[words.size() - 2] == "within") {
         if (!parseTime(words.back(), patience)) {
-            why = "\"" + words.back() + "\" is no time; write 2s or 300ms";
-            return nullptr;
+            throw Failure("\"" + words.back() + "\" is no time; write 2s or 300ms");
         }
         words.resize(words.size() - 2);
     }
     const Subject* subject = words.empty() ? nullptr : findSubject(words[0]);
     if (subject == nullptr) {
-        why = "nothing can be expected of \"" + (words.empty() ? "" : words[0]) + "\"";
-        return nullptr;
+        throw Failure("nothing can be expected of \"" + (words.empty() ? "" : words[0]) + "\"");
     }
     if (words.size() < subject->fewest || words.size() > subject->most ||
         (subject->check != nullptr && !subject->check(words))) {
-        why = "\"expect " + words[0] + "\" does not take these words";
-        return nullptr;
+        throw Failure("\"expect " + words[0] + "\" does not take these words");
     }
     expectation.words = words;
     expectation.patience = patience >= 0         ? patience

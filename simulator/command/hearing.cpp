@@ -77,12 +77,12 @@ bool listen(const Unit& unit, int milliseconds, long long& sounding, std::string
 
 }  // namespace
 
-bool prepareHearing(const Unit& unit, bool hear, std::string& why) {
+void prepareHearing(const Unit& unit, bool hear) {
     std::error_code error;
     const fs::path configuration = unit.run() / kHearingConfiguration;
     fs::remove_all(configuration.parent_path(), error);
     if (!hear) {
-        return true;
+        return;
     }
     fs::create_directories(configuration.parent_path(), error);
     std::ofstream stream(configuration);
@@ -92,8 +92,9 @@ bool prepareHearing(const Unit& unit, bool hear, std::string& why) {
            << "  file \"" << escaped(configuration.parent_path().string()) << "/%r-%c-%f\"\n"
            << "}\nctl.!default { type null }\n";
     stream.close();
-    why = configuration.string() + " cannot be written; is the disk full?";
-    return !stream.fail();
+    if (stream.fail()) {
+        throw Failure(configuration.string() + " cannot be written; is the disk full?");
+    }
 }
 
 bool isSilent(Stage& stage, const Expectation&, std::string& why) {

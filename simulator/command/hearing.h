@@ -14,9 +14,8 @@ namespace headunit {
 // The ALSA configuration of a unit that is listened to, below its run folder.
 inline constexpr char kHearingConfiguration[] = "sound/alsa.conf";
 
-// Before the unit starts: makes its folder for the sound ready, or takes it away. False with the
-// reason.
-bool prepareHearing(const Unit& unit, bool hear, std::string& why);
+// Before the unit starts: makes its folder for the sound ready, or takes it away. Throws.
+void prepareHearing(const Unit& unit, bool hear);
 
 // Expectations: nothing but zeros was played in the last half second; a sample that is not zero was
 // played in the last 300 ms.

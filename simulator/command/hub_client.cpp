@@ -52,7 +52,7 @@ int connectTo(int port) {
     return connection;
 }
 
-bool writeToken(const Unit& unit, std::string& why) {
+void writeToken(const Unit& unit) {
     std::array<unsigned char, 16> secret = {};
     const fs::path file = unit.run() / kTokenFile;
     std::error_code error;
@@ -69,8 +69,9 @@ bool writeToken(const Unit& unit, std::string& why) {
     const bool good = handle >= 0 && !digits.empty() &&
                       write(handle, digits.data(), digits.size()) == std::ssize(digits);
     close(handle);
-    why = file.string() + " cannot be written; is the disk full?";
-    return good;
+    if (!good) {
+        throw Failure(file.string() + " cannot be written; is the disk full?");
+    }
 }
 
 std::string commandFor(const Unit& unit, const std::string& words) {
@@ -113,9 +114,23 @@ bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& a
     return given.value("ok", false);
 }
 
+std::string demand(const Unit& unit, const std::vector<std::string>& words) {
+    std::string answer;
+    if (!ask(unit, words, answer)) {
+        throw Failure(answer);
+    }
+    return answer;
+}
+
 bool isRunning(const Unit& unit) {
     std::string answer;
     return ask(unit, {"ping"}, answer);
+}
+
+void requireRunning(const Unit& unit) {
+    if (!isRunning(unit)) {
+        throw Failure(noUnit(unit));
+    }
 }
 
 }  // namespace headunit

@@ -37,12 +37,15 @@ int runVerb(Words words, const std::string& device, bool panel) {
         std::fputs(helpOf(*verb).c_str(), stdout);
         return 0;
     }
-    std::string why;
-    const Deed deed = parseDeed(words, why);
     const Unit unit{fs::absolute(device).lexically_normal()};
-    const Outcome told = deed.run ? perform(deed, unit) : failed(why);
+    Outcome told;
+    try {
+        told = perform(parseDeed(words), unit);
+    } catch (const Failure& failure) {
+        told = {false, failure.what(), Exit::WrongUse};
+    }
     tell(unit, told, panel);
-    return deed.run ? (told.good ? 0 : static_cast<int>(told.exit)) : 2;
+    return told.good ? 0 : static_cast<int>(told.exit);
 }
 
 int runCommand(Words words) {

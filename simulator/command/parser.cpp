@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "simulator/command/unit.h"
+
 namespace headunit {
 namespace {
 
@@ -179,16 +181,14 @@ bool Parser::given() const {
     return app_->parsed();
 }
 
-bool Parser::parse(const Words& words, std::string& why) {
+void Parser::parse(const Words& words) {
     try {
         app_->parse(Words(words.rbegin(), words.rend()));
-        return true;
     } catch (const CLI::ParseError& error) {
-        why = plainly(error.what());
         // Of a verb within the verb its own usage is enough.
         const auto inner = std::ranges::find_if(subs_, &Parser::given);
-        why += "; usage: headunit " + (inner == subs_.end() ? usage() : (*inner)->usage());
-        return false;
+        throw Failure(plainly(error.what()) + "; usage: headunit " +
+                      (inner == subs_.end() ? usage() : (*inner)->usage()));
     }
 }
 

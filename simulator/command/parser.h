@@ -54,8 +54,8 @@ public:
     Parser& sub(const std::string& name, const std::string& help);
     [[nodiscard]] bool given() const;
 
-    // False with the reason, usage included, on one line.
-    bool parse(const Words& words, std::string& why);
+    // Throws Failure, the usage included.
+    void parse(const Words& words);
     [[nodiscard]] std::string usage() const;
     [[nodiscard]] std::string help() const;
     // What may stand behind these words.

@@ -2,6 +2,8 @@
 
 #include <sys/file.h>
 
+#include <algorithm>
+#include <array>
 #include <fstream>
 
 namespace headunit {
@@ -43,114 +45,88 @@ std::string readLine(const fs::path& file) {
     return line;
 }
 
-// `program` below C:\windows. By its name alone Wine would ask one more program to find and start
-// it, and on a busy machine that one has failed.
-int wine(const std::string& program, const process::Arguments& arguments) {
+// `program` below C:\windows; throws `failure` when it does not end well. By its name alone Wine
+// would ask one more program to find and start it, and on a busy machine that one has failed. No
+// display: nothing of this needs one.
+void wine(const std::string& program, const process::Arguments& arguments,
+          const std::string& failure) {
     process::Arguments all = {wineLoader(), "C:\\windows\\" + program};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    // No display: nothing of this needs one.
-    return process::run(all, {.environment = wineEnvironment(prepared(), ""),
-                              .logFile = (projectRoot() / "out" / "prefix.log").string()});
-}
-
-bool createPrefix(std::string& why) {
-    std::error_code error;
-    fs::remove_all(prepared(), error);
-    fs::create_directories(prepared(), error);
-    if (wine("system32\\wineboot.exe", {"-i"}) != 0) {
-        why = "Wine could not make its prefix; see out/prefix.log";
-        return false;
+    const int status =
+        process::run(all, {.environment = wineEnvironment(prepared(), ""),
+                           .logFile = (projectRoot() / "out" / "prefix.log").string()});
+    if (status != 0) {
+        throw Failure(failure + "; see out/prefix.log");
     }
-    return true;
 }
 
-// What the unit has in its registry, and not of a desktop's: before the filters are registered.
-bool importRegistry(std::string& why) {
-    if (wine("regedit.exe", {"/S", "Z:" + registryFile().string()}) != 0) {
-        why = "the unit's registry could not be written; see out/prefix.log";
-        return false;
-    }
-    return true;
-}
-
-bool installFilters(std::string& why) {
+void installFilters() {
     std::error_code error;
     const fs::path source = projectRoot() / kFilters;
-    if (!fs::exists(source, error)) {
-        return true;
-    }
     const fs::path target = prepared() / kFiltersCopy;
+    if (!fs::exists(source, error)) {
+        return;
+    }
     fs::create_directories(target.parent_path(), error);
     // Copies of the prefix share this file by hard link: the old one is left to them.
     fs::remove(target, error);
     if (!fs::copy_file(source, target, error)) {
-        why = "the vendor's filters could not be copied: " + error.message();
-        return false;
+        throw Failure("the vendor's filters could not be copied: " + error.message());
     }
-    if (wine("system32\\regsvr32.exe", {"/s", kFiltersName}) != 0) {
-        why = "the vendor's filters could not be registered; see out/prefix.log";
-        return false;
-    }
-    return true;
-}
-
-bool copyRegistryFiles(const fs::path& to) {
-    // As hard links they would be written through to the prepared prefix.
-    for (const char* name : {"system.reg", "user.reg", "userdef.reg"}) {
-        std::error_code error;
-        fs::remove(to / name, error);
-        if (!fs::copy_file(prepared() / name, to / name, error)) {
-            return false;
-        }
-    }
-    return true;
+    wine("system32\\regsvr32.exe", {"/s", kFiltersName},
+         "the vendor's filters could not be registered");
 }
 
 }  // namespace
 
-bool preparePrefix(std::string& why) {
+void preparePrefix() {
     const process::FileLock lock(lockFile(), LOCK_EX);
     const fs::path stampFile = prepared() / ".headunit";
     // A newer Wine updates a prefix at its next start, and its own filters come back with that.
     const std::string stamp = stampOf(projectRoot() / kFilters) + ", " + stampOf(registryFile()) +
                               ", " + stampOf(wineLoader());
     if (readLine(stampFile) == stamp) {
-        return true;
+        return;
     }
     std::error_code error;
-    if (!fs::exists(stampFile, error) && !createPrefix(why)) {
-        return false;
+    if (!fs::exists(stampFile, error)) {
+        fs::remove_all(prepared(), error);
+        fs::create_directories(prepared(), error);
+        wine("system32\\wineboot.exe", {"-i"}, "Wine could not make its prefix");
     }
-    if (!importRegistry(why) || !installFilters(why)) {
-        return false;
-    }
+    // What the unit has in its registry, and not of a desktop's: before the filters are registered.
+    wine("regedit.exe", {"/S", "Z:" + registryFile().string()},
+         "the unit's registry could not be written");
+    installFilters();
     process::run({"wineserver", "-w"}, {.environment = wineEnvironment(prepared(), "")});
     std::ofstream(stampFile, std::ios::trunc) << stamp << '\n';
-    return true;
 }
 
-bool copyPrefix(const fs::path& device, const fs::path& prefix, std::string& why) {
+void copyPrefix(const fs::path& device, const fs::path& prefix) {
     const process::FileLock lock(lockFile(), LOCK_SH);
     std::error_code error;
-    fs::remove_all(prefix, error);
     const std::string from = prepared().string();
     const std::string to = prefix.string();
     // Linked where both lie on one disk, else copied.
-    if (process::run({"cp", "-al", from, to}, {}) != 0) {
+    const bool copied = std::ranges::any_of(std::array{"-al", "-a"}, [&](const char* how) {
         fs::remove_all(prefix, error);
-        if (process::run({"cp", "-a", from, to}, {}) != 0) {
-            fs::remove_all(prefix, error);
-            why = "the Wine prefix could not be copied to " + to + "; is the disk full?";
-            return false;
-        }
+        return process::run({"cp", how, from, to}, {}) == 0;
+    });
+    if (!copied) {
+        fs::remove_all(prefix, error);
+        throw Failure("the Wine prefix could not be copied to " + to + "; is the disk full?");
     }
     fs::remove(prefix / "dosdevices" / "h:", error);
     fs::create_directory_symlink(device, prefix / "dosdevices" / "h:", error);
-    if (error || !copyRegistryFiles(prefix)) {
-        why = "the Wine prefix in " + to + " could not be completed; is the disk full?";
-        return false;
+    bool complete = !error;
+    // As hard links they would be written through to the prepared prefix.
+    for (const char* name : {"system.reg", "user.reg", "userdef.reg"}) {
+        fs::remove(prefix / name, error);
+        complete = complete && fs::copy_file(prepared() / name, prefix / name, error);
     }
-    return true;
+    if (!complete) {
+        throw Failure("the Wine prefix in " + to + " could not be completed; is the disk full?");
+    }
 }
 
 }  // namespace headunit

@@ -1,4 +1,4 @@
-// The Wine prefix: a prepared one below out/, and a copy of it for every unit.
+// The Wine prefix: a prepared one below out/, and a copy of it for every unit. Both throw.
 #pragma once
 
 #include <string>
@@ -8,10 +8,10 @@
 namespace headunit {
 
 // Makes sure that the prepared prefix exists and knows the vendor's filters as they were last built
-// (15 s the first time, 2 s after a rebuild, nothing otherwise). False with the reason.
-bool preparePrefix(std::string& why);
+// (15 s the first time, 2 s after a rebuild, nothing otherwise).
+void preparePrefix();
 
-// Makes a fresh copy of it in `prefix`, with `device` as its drive H:. False with the reason.
-bool copyPrefix(const fs::path& device, const fs::path& prefix, std::string& why);
+// Makes a fresh copy of it in `prefix`, with `device` as its drive H:.
+void copyPrefix(const fs::path& device, const fs::path& prefix);
 
 }  // namespace headunit

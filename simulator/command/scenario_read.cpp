@@ -32,43 +32,64 @@ StageRun runOf(const Deed& deed, Wanted wanted) {
         }
         Words line = {name};
         line.insert(line.end(), here.words.begin(), here.words.end());
-        here = parseDeed(line, why);
-        const Outcome told = here.run ? perform(here, stage.unit) : failed(why);
+        const Outcome told = perform(parseDeed(line), stage.unit);
         why = told.good && wanted == Wanted::Failing ? "it did not fail" : told.text;
         return wanted == Wanted::Any || told.good == (wanted == Wanted::Good);
     };
 }
 
-bool parseVerb(const Words& words, Wanted wanted, Step& step, std::string& why) {
-    const Deed deed = parseDeed(words, why);
-    if (deed.verb != nullptr && deed.verb->scenario == Scenario::No) {
-        why = "\"" + words[0] + "\" cannot be used in a scenario";
-        return false;
+void parseVerb(const Words& words, Wanted wanted, Step& step) {
+    const Verb* const verb = findVerb(words[0]);
+    if (verb != nullptr && verb->scenario == Scenario::No) {
+        throw Failure("\"" + words[0] + "\" cannot be used in a scenario");
     }
-    if (!deed.run) {
-        return false;
-    }
+    const Deed deed = parseDeed(words);
     step.run = runOf(deed, wanted);
     // What fails leaves the mark where it is. Sent and answered, a message has no queue to wait in.
     const bool sent = deed.words.size() > 1 && deed.words[0] == "--sync";
     step.way = wanted == Wanted::Failing ? Way::None : (sent ? Way::Other : deed.verb->way);
     step.boots = words[0] == "boot";
-    return true;
 }
 
-bool parseStep(const fs::path& file, Words words, Step& step, std::string& why) {
+void parseStep(const fs::path& file, Words words, Step& step) {
     if (words[0] == "fails" || words[0] == "try") {
-        const Wanted wanted = words[0] == "try" ? Wanted::Any : Wanted::Failing;
-        why = words[0] + " needs a verb";
+        const std::string how = words[0];
         words.erase(words.begin());
-        return !words.empty() && parseVerb(words, wanted, step, why);
-    }
-    if (const StageCommand* command = findStageCommand(words[0])) {
+        if (words.empty()) {
+            throw Failure(how + " needs a verb");
+        }
+        parseVerb(words, how == "try" ? Wanted::Any : Wanted::Failing, step);
+    } else if (const StageCommand* command = findStageCommand(words[0])) {
         step.way = command->way;
-        step.run = command->parse(words, file, why);
-        return step.run != nullptr;
+        step.run = command->parse(words, file);
+    } else {
+        parseVerb(words, Wanted::Good, step);
     }
-    return parseVerb(words, Wanted::Good, step, why);
+}
+
+// A line of the scenario, which may begin a section.
+void parseLine(const fs::path& file, int number, const std::string& line,
+               std::vector<Section>& sections) {
+    Step step{number, trimmed(line), nullptr};
+    Words words;
+    if (!splitWords(step.text, words)) {
+        throw Failure("a quote is not closed, or \\ is followed by an unknown letter");
+    }
+    if (words.empty()) {
+        return;
+    }
+    if (words[0] == "section") {
+        if (words.size() < 2) {
+            throw Failure("section needs a name");
+        }
+        sections.push_back({trimmed(step.text.substr(words[0].size())), {}});
+        return;
+    }
+    parseStep(file, words, step);
+    if (sections.empty()) {
+        sections.push_back({file.stem().string(), {}});
+    }
+    sections.back().steps.push_back(step);
 }
 
 }  // namespace
@@ -82,33 +103,12 @@ std::optional<std::vector<Section>> readScenario(const fs::path& file, std::stri
     std::vector<Section> sections;
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
-        Step step{number, trimmed(line), nullptr};
-        Words words;
-        const auto wrong = [&](const std::string& reason) {
-            why = file.string() + ":" + std::to_string(number) + ": " + reason;
+        try {
+            parseLine(file, number, line, sections);
+        } catch (const Failure& failure) {
+            why = file.string() + ":" + std::to_string(number) + ": " + failure.what();
             return std::nullopt;
-        };
-        if (!splitWords(step.text, words)) {
-            return wrong("a quote is not closed, or \\ is followed by an unknown letter");
         }
-        if (words.empty()) {
-            continue;
-        }
-        if (words[0] == "section") {
-            if (words.size() < 2) {
-                return wrong("section needs a name");
-            }
-            sections.push_back({trimmed(step.text.substr(words[0].size())), {}});
-            continue;
-        }
-        std::string reason;
-        if (!parseStep(file, words, step, reason)) {
-            return wrong(reason);
-        }
-        if (sections.empty()) {
-            sections.push_back({file.stem().string(), {}});
-        }
-        sections.back().steps.push_back(step);
     }
     if (sections.empty()) {
         why = file.string() + ":1: the scenario is empty";

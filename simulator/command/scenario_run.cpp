@@ -25,7 +25,12 @@ bool runStep(Stage& stage, const Step& step, std::string& why) {
         stage.mark = step.boots ? 0 : tapeEnd(stage.unit.tape());
         stage.used.clear();
     }
-    return step.run(stage, why);
+    try {
+        return step.run(stage, why);
+    } catch (const Failure& failure) {
+        why = failure.what();
+        return false;
+    }
 }
 
 SectionResult runSection(Stage& stage, const Section& section) {

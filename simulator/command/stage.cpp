@@ -13,8 +13,14 @@
 namespace headunit {
 namespace {
 
-// A command on one place of the unit's files, which `act` is called with; `why` has the reason when
-// the system has none.
+void require(bool right, const std::string& why) {
+    if (!right) {
+        throw Failure(why);
+    }
+}
+
+// A command on one place of the unit's files, which `act` is called with; `reason` is said when the
+// system has none.
 template <typename Act>
 StageRun onFile(const std::string& path, const std::string& reason, Act act) {
     return [=](Stage& stage, std::string& why) {
@@ -26,12 +32,10 @@ StageRun onFile(const std::string& path, const std::string& reason, Act act) {
 }
 
 // wait TIME WHAT...: where nothing can be expected; the words say what the time is for.
-StageRun parseWait(const Words& words, const fs::path&, std::string& why) {
+StageRun parseWait(const Words& words, const fs::path&) {
     int milliseconds = 0;
-    if (words.size() < 3 || !parseTime(words[1], milliseconds)) {
-        why = "wait needs a time and what passes in it, as in: wait 2s of playing";
-        return nullptr;
-    }
+    require(words.size() >= 3 && parseTime(words[1], milliseconds),
+            "wait needs a time and what passes in it, as in: wait 2s of playing");
     return [milliseconds](Stage&, std::string&) {
         process::sleepMilliseconds(milliseconds);
         return true;
@@ -39,21 +43,16 @@ StageRun parseWait(const Words& words, const fs::path&, std::string& why) {
 }
 
 // put FILE PATH: a sample recording, or a file that lies beside the scenario, onto the unit
-StageRun parsePut(const Words& words, const fs::path& scenario, std::string& why) {
-    if (words.size() != 3) {
-        why = "put needs a file and its place on the unit";
-        return nullptr;
-    }
+StageRun parsePut(const Words& words, const fs::path& scenario) {
+    require(words.size() == 3, "put needs a file and its place on the unit");
     std::error_code error;
     fs::path from = projectRoot() / "out/samples" / words[1];
     if (!fs::exists(from, error)) {
         from = fs::absolute(scenario).parent_path() / words[1];
     }
-    if (!fs::exists(from, error)) {
-        why = "there is no " + words[1] +
-              ", neither in out/samples (made by ./run or ./test) nor beside the scenario";
-        return nullptr;
-    }
+    require(fs::exists(from, error),
+            "there is no " + words[1] +
+                ", neither in out/samples (made by ./run or ./test) nor beside the scenario");
     return onFile(words[2], "it cannot be put there", [from](const fs::path& to, auto& failure) {
         fs::create_directories(to.parent_path(), failure);
         fs::remove(to, failure);
@@ -72,11 +71,8 @@ StageRun parsePut(const Words& words, const fs::path& scenario, std::string& why
 }
 
 // file PATH TEXT: a file with this content
-StageRun parseFile(const Words& words, const fs::path&, std::string& why) {
-    if (words.size() != 3) {
-        why = "file needs a place on the unit and its content in quotes";
-        return nullptr;
-    }
+StageRun parseFile(const Words& words, const fs::path&) {
+    require(words.size() == 3, "file needs a place on the unit and its content in quotes");
     return onFile(words[1], "the file cannot be written",
                   [text = words[2]](const fs::path& path, auto& failure) {
                       fs::create_directories(path.parent_path(), failure);
@@ -89,32 +85,27 @@ StageRun parseFile(const Words& words, const fs::path&, std::string& why) {
 }
 
 // folder PATH
-StageRun parseFolder(const Words& words, const fs::path&, std::string& why) {
-    why = "folder needs its place on the unit";
-    return words.size() != 2 ? StageRun()
-                             : onFile(words[1], "", [](const fs::path& path, auto& failure) {
-                                   fs::create_directories(path, failure);
-                                   return true;
-                               });
+StageRun parseFolder(const Words& words, const fs::path&) {
+    require(words.size() == 2, "folder needs its place on the unit");
+    return onFile(words[1], "", [](const fs::path& path, auto& failure) {
+        fs::create_directories(path, failure);
+        return true;
+    });
 }
 
 // delete PATH: a file or a folder with all that is in it
-StageRun parseDelete(const Words& words, const fs::path&, std::string& why) {
-    why = "delete needs a place on the unit";
-    return words.size() != 2 ? StageRun()
-                             : onFile(words[1], "there is no " + words[1],
-                                      [](const fs::path& path, auto& failure) {
-                                          return fs::remove_all(path, failure) > 0;
-                                      });
+StageRun parseDelete(const Words& words, const fs::path&) {
+    require(words.size() == 2, "delete needs a place on the unit");
+    return onFile(words[1], "there is no " + words[1], [](const fs::path& path, auto& failure) {
+        return fs::remove_all(path, failure) > 0;
+    });
 }
 
 // truncate PATH BYTES
-StageRun parseTruncate(const Words& words, const fs::path&, std::string& why) {
+StageRun parseTruncate(const Words& words, const fs::path&) {
     long long bytes = 0;
-    if (words.size() != 3 || !parseNumber(words[2], bytes) || bytes < 0) {
-        why = "truncate needs a place on the unit and a number of bytes";
-        return nullptr;
-    }
+    require(words.size() == 3 && parseNumber(words[2], bytes) && bytes >= 0,
+            "truncate needs a place on the unit and a number of bytes");
     return onFile(words[1], "", [bytes](const fs::path& path, auto& failure) {
         // The unit's own files are links to those of the checkout: change a copy.
         const fs::path copy = path.string() + ".copy";
@@ -130,19 +121,16 @@ StageRun parseTruncate(const Words& words, const fs::path&, std::string& why) {
 }
 
 // movie.dat NAME=VALUE...: the player's remembered state, the other fields at their defaults
-StageRun parseMovieDat(const Words& words, const fs::path&, std::string& why) {
+StageRun parseMovieDat(const Words& words, const fs::path&) {
     settings::PersistedState state;
     for (std::size_t i = 1; i < words.size(); ++i) {
         const auto equals = words[i].find('=');
-        if (equals == std::string::npos ||
-            !setMovieDatField(state, words[i].substr(0, equals), words[i].substr(equals + 1))) {
-            why = "Movie.dat has no field that takes \"" + words[i] + "\"";
-            return nullptr;
-        }
+        require(equals != std::string::npos && setMovieDatField(state, words[i].substr(0, equals),
+                                                                words[i].substr(equals + 1)),
+                "Movie.dat has no field that takes \"" + words[i] + "\"");
     }
     return [state](Stage& stage, std::string& reason) {
-        std::error_code error;
-        fs::create_directories(stage.unit.device / "ResidentFlash2/Data", error);
+        makeFolder(stage.unit.device / "ResidentFlash2/Data");
         reason = "Movie.dat cannot be written";
         return writeMovieDat(stage.unit, state);
     };
@@ -150,10 +138,11 @@ StageRun parseMovieDat(const Words& words, const fs::path&, std::string& why) {
 
 // install: the unit's own files are put into its folder without booting, so that they can be
 // changed
-StageRun parseInstall(const Words& words, const fs::path&, std::string& why) {
-    why = "install takes no words";
-    return words.size() != 1 ? StageRun() : [](Stage& stage, std::string& reason) {
-        return prepareDevice(stage.unit, reason);
+StageRun parseInstall(const Words& words, const fs::path&) {
+    require(words.size() == 1, "install takes no words");
+    return [](Stage& stage, std::string&) {
+        prepareDevice(stage.unit);
+        return true;
     };
 }
 

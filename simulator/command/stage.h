@@ -24,10 +24,10 @@ struct Stage {
     Way last = Way::Other;
 };
 
-// Carries out one step. False with the reason.
+// Carries out one step. False with the reason, which may be thrown as well.
 using StageRun = std::function<bool(Stage& stage, std::string& why)>;
-// Reads a command's words, its name first. Nothing with the reason when they are wrong.
-using StageParse = StageRun (*)(const Words& words, const fs::path& scenario, std::string& why);
+// Reads a command's words, its name first. Throws Failure when they are wrong.
+using StageParse = StageRun (*)(const Words& words, const fs::path& scenario);
 
 struct StageCommand {
     const char* name;
@@ -41,6 +41,6 @@ const StageCommand* findStageCommand(const std::string& name);
 bool parseTime(const std::string& text, int& milliseconds);
 
 // expect.cpp: expect [no] SUBJECT ... [within TIME]
-StageRun parseExpect(const Words& words, const fs::path& scenario, std::string& why);
+StageRun parseExpect(const Words& words, const fs::path& scenario);
 
 }  // namespace headunit

@@ -68,9 +68,6 @@ std::string readRunFile(const Unit& unit, const char* name) {
     std::ifstream file(unit.run() / name);
     std::string value;
     std::getline(file, value);
-    while (!value.empty() && (value.back() == '\r' || value.back() == '\n')) {
-        value.pop_back();
-    }
     return value;
 }
 
@@ -161,10 +158,12 @@ fs::path hostPath(const Unit& unit, std::string_view path) {
     return unit.device / text;
 }
 
-bool isHandable(const Unit& unit, const std::string& folder, std::string& why) {
+void requireFolder(const Unit& unit, const std::string& folder) {
     std::error_code error;
-    why = "there is no folder " + folder + " on the unit; if that is meant, say --missing";
-    return fs::is_directory(hostPath(unit, folder), error);
+    if (!fs::is_directory(hostPath(unit, folder), error)) {
+        throw Failure("there is no folder " + folder +
+                      " on the unit; if that is meant, say --missing");
+    }
 }
 
 }  // namespace headunit

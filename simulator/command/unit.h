@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,11 @@
 namespace headunit {
 
 namespace fs = std::filesystem;
+
+// Thrown where something cannot be done; what() tells the user why, in one line.
+struct Failure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
 
 // The checkout that this program was built in; found from the program's own place.
 const fs::path& projectRoot();
@@ -41,16 +47,20 @@ int connectTo(int port);
 // Asks the hub (simulator/hub/server.cpp). True when it did what was asked; `answer` is what it
 // gives, texts as they are and everything else as JSON, or the reason.
 bool ask(const Unit& unit, const std::vector<std::string>& words, std::string& answer);
+// The same for what must be done: gives the answer, or throws the reason.
+std::string demand(const Unit& unit, const std::vector<std::string>& words);
 // What is said when none answers.
 std::string noUnit(const Unit& unit);
 // A command for this unit that can be pasted: "./headunit kill --device DIR", without DIR where it
 // is the usual one.
 std::string commandFor(const Unit& unit, const std::string& words);
-// A secret that only this user can read, for the hub that is started next. False with the reason.
-bool writeToken(const Unit& unit, std::string& why);
+// A secret that only this user can read, for the hub that is started next.
+void writeToken(const Unit& unit);
 
 // Whether the unit's hub answers.
 bool isRunning(const Unit& unit);
+// Throws noUnit() when it does not.
+void requireRunning(const Unit& unit);
 
 // The process whose number stands in the run file `name` (Xvfb, the servers of a view): 0 when
 // there is none, when it has ended, or when the number is somebody else's by now.
@@ -75,7 +85,7 @@ public:
 std::string unitPath(const Unit& unit, const fs::path& path);
 // The other way round; takes paths with or without a leading backslash.
 fs::path hostPath(const Unit& unit, std::string_view path);
-// Whether the dash camera can hand this folder over: it is there. False with the reason.
-bool isHandable(const Unit& unit, const std::string& folder, std::string& why);
+// Throws unless the folder is there, so that the dash camera can hand it over.
+void requireFolder(const Unit& unit, const std::string& folder);
 
 }  // namespace headunit

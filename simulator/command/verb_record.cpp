@@ -14,7 +14,7 @@ constexpr char kScene[] = "out/samples/SDMMCDisk/Record/20260314_081600_F.avi";
 Outcome stopRecording(const Unit& unit) {
     const pid_t camera = helperProcess(unit, kPidFile);
     if (camera == 0) {
-        return failed("nothing is being recorded in " + unit.device.string());
+        throw Failure("nothing is being recorded in " + unit.device.string());
     }
     // Asked to end it closes the file as a camera does that is switched off in order.
     process::end(camera, kClosePatience);
@@ -39,19 +39,19 @@ bool waitForPictures(const fs::path& file, pid_t camera) {
     return false;
 }
 
-// A new file, on a card of the unit and nowhere else. Empty when it can be.
-std::string refusal(const Unit& unit, const fs::path& file) {
+// A new file, on a card of the unit and nowhere else.
+void requireNew(const Unit& unit, const fs::path& file) {
     std::error_code error;
     const fs::path folder = fs::canonical(file.parent_path(), error);
     if (error || !fs::is_directory(folder, error)) {
-        return "there is no folder " + file.parent_path().string() + " to record into";
+        throw Failure("there is no folder " + file.parent_path().string() + " to record into");
     }
     if (unitPath({fs::canonical(unit.device, error)}, folder / "x").empty()) {
-        return file.string() + " is not on the unit";
+        throw Failure(file.string() + " is not on the unit");
     }
-    return fs::exists(fs::symlink_status(file, error))
-               ? "there is a " + file.string() + " already; name a new file"
-               : "";
+    if (fs::exists(fs::symlink_status(file, error))) {
+        throw Failure("there is a " + file.string() + " already; name a new file");
+    }
 }
 
 Outcome startRecording(const Unit& unit, const std::string& path, const std::string& seconds) {
@@ -59,18 +59,14 @@ Outcome startRecording(const Unit& unit, const std::string& path, const std::str
     const fs::path scene = projectRoot() / kScene;
     const fs::path file = hostPath(unit, path);
     const std::string log = (unit.run() / "record.log").string();
-    if (!isRunning(unit)) {
-        return failed(noUnit(unit));
-    }
+    requireRunning(unit);
     if (helperProcess(unit, kPidFile) != 0) {
-        return failed("the camera records already; end it with: " + commandFor(unit, "record off"));
+        throw Failure("the camera records already; end it with: " + commandFor(unit, "record off"));
     }
     if (!fs::exists(scene, error)) {
-        return failed("there is no " + scene.string() + "; make it with: ./run");
+        throw Failure("there is no " + scene.string() + "; make it with: ./run");
     }
-    if (const std::string why = refusal(unit, file); !why.empty()) {
-        return failed(why);
-    }
+    requireNew(unit, file);
     // Copied packet by packet at the speed at which they were taken; never onto a file that is
     // there.
     const pid_t camera = process::startDetached(
@@ -79,12 +75,12 @@ Outcome startRecording(const Unit& unit, const std::string& path, const std::str
          file.string()},
         {.environment = {"HEADUNIT=" + unit.device.string()}, .logFile = log});
     if (camera < 0) {
-        return failed("ffmpeg is missing; install it with: apt-get install ffmpeg");
+        throw Failure("ffmpeg is missing; install it with: apt-get install ffmpeg");
     }
     writeRunFile(unit, kPidFile, std::to_string(camera));
     if (!waitForPictures(file, camera)) {
         endHelper(unit, kPidFile);
-        return failed("nothing was recorded; see " + log);
+        throw Failure("nothing was recorded; see " + log);
     }
     return {};
 }

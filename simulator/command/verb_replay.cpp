@@ -1,4 +1,5 @@
 // headunit replay: what was done to a unit, once more from its tape.
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 
@@ -13,44 +14,38 @@ struct Action {
     Deed deed;
 };
 
-// Every "command" line of the tape. False when the file is no tape.
-bool readActions(const fs::path& file, std::vector<Action>& actions, std::string& why) {
+// Every "command" line of the tape; throws when the file is no tape.
+std::vector<Action> readActions(const fs::path& file) {
+    std::vector<Action> actions;
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
-        why = "there is no tape " + file.string();
-        return false;
+        throw Failure("there is no tape " + file.string());
     }
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
         const Json value = parseJson(line);
         if (!value.is_object()) {
-            why = file.string() + ":" + std::to_string(number) + ": this is no line of a tape";
-            return false;
+            throw Failure(file.string() + ":" + std::to_string(number) +
+                          ": this is no line of a tape");
         }
         Words words;
-        std::string unused;
         if (textOf(value, "kind") != "command" || !splitWords(textOf(value, "text"), words) ||
             words.empty()) {
             continue;
         }
         // What stands there of another kind ("power cut") was done by the unit.
-        const Deed deed = parseDeed(words, unused);
-        if (deed.run && deed.verb->tape != Tape::Silent) {
-            actions.push_back({numberOf(value, "ms", 0), deed});
+        try {
+            const Deed deed = parseDeed(words);
+            if (deed.verb->tape != Tape::Silent) {
+                actions.push_back({numberOf(value, "ms", 0), deed});
+            }
+        } catch (const Failure&) {
         }
     }
     if (actions.empty()) {
-        why = "nothing was done on the tape " + file.string();
+        throw Failure("nothing was done on the tape " + file.string());
     }
-    return !actions.empty();
-}
-
-// Until it is due, which counts from the end of the boot: that takes its own time.
-void awaitDue(long long due) {
-    const long long wait = due - process::nowMilliseconds();
-    if (wait > 0) {
-        process::sleepMilliseconds(static_cast<int>(wait));
-    }
+    return actions;
 }
 
 // False when it fails.
@@ -66,15 +61,11 @@ bool act(const Action& action, const Unit& unit) {
 }
 
 Outcome replay(const Unit& unit, const std::string& tape) {
-    std::vector<Action> actions;
-    std::string why;
-    if (!readActions(tape, actions, why)) {
-        return failed(why);
-    }
+    std::vector<Action> actions = readActions(tape);
     const std::size_t all = actions.size();
     const bool boots = actions.front().deed.verb == findVerb("boot");
-    if (!boots && !isRunning(unit)) {
-        return failed(noUnit(unit));
+    if (!boots) {
+        requireRunning(unit);
     }
     long long taped = 0;
     std::size_t wrong = 0;
@@ -82,7 +73,7 @@ Outcome replay(const Unit& unit, const std::string& tape) {
         // Of a unit that is there already only what came after its boot is done again.
         if (!isRunning(unit)) {
             if (!act(actions.front(), unit)) {
-                return failed("the unit of the tape could not be booted");
+                throw Failure("the unit of the tape could not be booted");
             }
             TapeReader reader(unit.tape());
             while (const auto line = reader.next()) {
@@ -93,7 +84,9 @@ Outcome replay(const Unit& unit, const std::string& tape) {
     }
     const long long start = process::nowMilliseconds();
     for (const Action& action : actions) {
-        awaitDue(start + action.at - taped);
+        // Due counts from the end of the boot: that takes its own time.
+        const long long wait = start + action.at - taped - process::nowMilliseconds();
+        process::sleepMilliseconds(static_cast<int>(std::max(wait, 0LL)));
         wrong += act(action, unit) ? 0 : 1;
     }
     return outcome(wrong == 0, std::to_string(wrong) + " of the " + std::to_string(all) +

@@ -42,24 +42,21 @@ bool waitForPort(int port, pid_t server) {
 }
 
 // Starts one of the two servers of a view; it ends with the unit.
-bool startServer(const Unit& unit, const process::Arguments& arguments, const char* pidFile,
-                 int port, std::string& why) {
+void startServer(const Unit& unit, const process::Arguments& arguments, const char* pidFile,
+                 int port) {
     const std::string log = (unit.run() / (arguments[0] + ".log")).string();
     const pid_t server = process::startDetached(
         arguments, {.environment = {"HEADUNIT=" + unit.device.string(),
                                     "DISPLAY=" + readRunFile(unit, "display")},
                     .logFile = log});
     if (server < 0) {
-        why =
-            arguments[0] + " is missing; install it with: apt-get install x11vnc novnc websockify";
-        return false;
+        throw Failure(arguments[0] +
+                      " is missing; install it with: apt-get install x11vnc novnc websockify");
     }
     writeRunFile(unit, pidFile, std::to_string(server));
     if (!waitForPort(port, server)) {
-        why = arguments[0] + " did not start; see " + log;
-        return false;
+        throw Failure(arguments[0] + " did not start; see " + log);
     }
-    return true;
 }
 
 Outcome view(const Unit& unit, int port) {
@@ -87,13 +84,11 @@ Outcome view(const Unit& unit, int port) {
         screen.insert(screen.end(), {"-id", std::to_string(display.window())});
     }
     const std::string loopback = "127.0.0.1:";
-    if (!startServer(unit, screen, "view.pid", screenPort, why) ||
-        !startServer(unit,
-                     {"websockify", "--web", "/usr/share/novnc", loopback + std::to_string(webPort),
-                      loopback + std::to_string(screenPort)},
-                     "view-web.pid", webPort, why)) {
-        return failed(why);
-    }
+    startServer(unit, screen, "view.pid", screenPort);
+    startServer(unit,
+                {"websockify", "--web", "/usr/share/novnc", loopback + std::to_string(webPort),
+                 loopback + std::to_string(screenPort)},
+                "view-web.pid", webPort);
     const std::string url =
         "http://" + loopback + std::to_string(webPort) + "/vnc.html?autoconnect=1&resize=scale";
     writeRunFile(unit, "view.url", url);

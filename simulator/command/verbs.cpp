@@ -92,17 +92,14 @@ const Verb* findVerb(const std::string& name) {
     return nullptr;
 }
 
-Deed parseDeed(const Words& line, std::string& why) {
+Deed parseDeed(const Words& line) {
     Deed deed{findVerb(line[0]), {line.begin() + 1, line.end()}, nullptr};
     if (deed.verb == nullptr) {
-        why = "there is no verb \"" + line[0] + "\"; see: ./headunit --help";
-        return deed;
+        throw Failure("there is no verb \"" + line[0] + "\"; see: ./headunit --help");
     }
     Parser parser(deed.verb->name, deed.verb->help);
-    Run run = deed.verb->declare(parser);
-    if (parser.parse(deed.words, why)) {
-        deed.run = std::move(run);
-    }
+    deed.run = deed.verb->declare(parser);
+    parser.parse(deed.words);
     return deed;
 }
 
@@ -113,7 +110,11 @@ Outcome perform(const Deed& deed, const Unit& unit) {
         std::string unused;
         ask(unit, {"note", joinWords(all)}, unused);
     }
-    return deed.run({unit, deed.words});
+    try {
+        return deed.run({unit, deed.words});
+    } catch (const Failure& failure) {
+        return failed(failure.what());
+    }
 }
 
 std::string overview() {

@@ -26,6 +26,7 @@ struct Call {
     const Unit& unit;
     const Words& words;  // as given, without the verb
 };
+// What cannot be done may be thrown as Failure.
 using Run = std::function<Outcome(const Call& call)>;
 
 // Whether it is put on the unit's tape before it is done (a boot does so when there is one); what
@@ -49,13 +50,14 @@ std::span<const Verb> verbs();
 // Null when there is no such verb.
 const Verb* findVerb(const std::string& name);
 
-// A verb with its words. Nothing in `run` when the words are wrong; then `why` says so on one line.
+// A verb with its words.
 struct Deed {
     const Verb* verb = nullptr;
     Words words;
     Run run;
 };
-Deed parseDeed(const Words& line, std::string& why);
+// Throws Failure when the words are wrong.
+Deed parseDeed(const Words& line);
 // Puts it on the tape where that is so, and does it.
 Outcome perform(const Deed& deed, const Unit& unit);
 

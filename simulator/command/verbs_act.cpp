@@ -33,8 +33,8 @@ int numberOf(const Named (&table)[count], const std::string& name) {
 }
 
 Outcome request(const Unit& unit, const Words& words) {
-    std::string answer;
-    return outcome(ask(unit, words, answer), answer);
+    demand(unit, words);
+    return {};
 }
 
 Outcome post(const Unit& unit, const char* message, int wParam) {
@@ -81,12 +81,10 @@ Run sendVerb(Parser& parser) {
     const auto first = parser.word("WPARAM", "number", Needed::Yes, between(-kWord, kWord));
     const auto second = parser.word("LPARAM", "number", Needed::Yes, between(-kWord, kWord));
     return [=](const Call& call) -> Outcome {
-        std::string answer;
-        const bool good = ask(call.unit,
-                              {"message", *sync ? "send" : "post", *name, *first, *second,
-                               title->empty() ? "Video" : *title},
-                              answer);
-        return {good, good && !*sync ? "" : answer};
+        const std::string answer =
+            demand(call.unit, {"message", *sync ? "send" : "post", *name, *first, *second,
+                               title->empty() ? "Video" : *title});
+        return {true, *sync ? answer : ""};
     };
 }
 
@@ -147,12 +145,9 @@ Run connectVerb(Parser& parser) {
                         return word.empty() ? "must be a folder or off" : std::string();
                     });
     return [missing, folder](const Call& call) -> Outcome {
-        std::string why;
-        if (!isRunning(call.unit)) {
-            return failed(noUnit(call.unit));
-        }
-        if (*folder != "off" && !*missing && !isHandable(call.unit, *folder, why)) {
-            return failed(why);
+        requireRunning(call.unit);
+        if (*folder != "off" && !*missing) {
+            requireFolder(call.unit, *folder);
         }
         return request(call.unit, {"connect", *folder == "off" ? "" : *folder});
     };

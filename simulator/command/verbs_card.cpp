@@ -17,58 +17,57 @@ const Slot* findSlot(const std::string& name) {
     return nullptr;
 }
 
-Outcome announce(const Unit& unit, const Slot& slot, int arrived) {
-    std::string answer;
-    if (!ask(unit, {"await", "Video", "0"}, answer) && isRunning(unit)) {
-        return {};  // nobody is there to be told
+void announce(const Unit& unit, const Slot& slot, int arrived) {
+    std::string unused;
+    // Without a player nobody is there to be told.
+    if (ask(unit, {"await", "Video", "0"}, unused) || !isRunning(unit)) {
+        demand(unit, {"message", "post", slot.message, std::to_string(arrived),
+                      std::to_string(slot.index)});
     }
-    const bool good =
-        ask(unit,
-            {"message", "post", slot.message, std::to_string(arrived), std::to_string(slot.index)},
-            answer);
-    return outcome(good, answer);
+}
+
+// The folder that is meant; throws when it is not there.
+fs::path wantedFolder(const Unit& unit, const std::string& wanted) {
+    const fs::path folder = folderOf(unit, wanted);
+    if (folder.empty()) {
+        throw Failure("there is no folder " + wanted);
+    }
+    return folder;
 }
 
 // What the slot shall have: `wanted` as the user gave it, or kOwn; empty what it had last.
-Outcome put(const Unit& unit, const Slot& slot, const std::string& wanted) {
-    std::string why;
+void put(const Unit& unit, const Slot& slot, const std::string& wanted) {
     const std::string folder =
         wanted == kOwn ? "" : (wanted.empty() ? shownFolder(unit, slot) : wanted);
-    const fs::path from = folder.empty() ? fs::path() : folderOf(unit, folder);
-    if (!folder.empty() && from.empty()) {
-        return failed("there is no folder " + folder);
-    }
-    return fillSlot(unit, slot, from, why) ? announce(unit, slot, 1) : failed(why);
+    fillSlot(unit, slot, folder.empty() ? fs::path() : wantedFolder(unit, folder));
+    announce(unit, slot, 1);
 }
 
-Outcome insertCard(const Unit& unit, const Slot& slot, const std::string& wanted) {
+void insertCard(const Unit& unit, const Slot& slot, const std::string& wanted) {
     if (!hasCard(unit, slot)) {
-        return put(unit, slot, wanted);
+        put(unit, slot, wanted);
+    } else if (wanted.empty()) {
+        announce(unit, slot, 1);  // what is in is announced once more
+    } else {
+        throw Failure("a card is in " + std::string(slot.name) + "; first: " +
+                      commandFor(unit, std::string("card remove ") + slot.name) + ", or: " +
+                      commandFor(unit, std::string("card change ") + slot.name + " FOLDER"));
     }
-    // What is in is announced once more.
-    return wanted.empty()
-               ? announce(unit, slot, 1)
-               : failed("a card is in " + std::string(slot.name) + "; first: " +
-                        commandFor(unit, std::string("card remove ") + slot.name) + ", or: " +
-                        commandFor(unit, std::string("card change ") + slot.name + " FOLDER"));
 }
 
-Outcome removeCard(const Unit& unit, const Slot& slot) {
-    std::string why;
-    return pullCard(unit, slot, why) ? announce(unit, slot, 0) : failed(why);
+void removeCard(const Unit& unit, const Slot& slot, const std::string&) {
+    pullCard(unit, slot);
+    announce(unit, slot, 0);
 }
 
-Outcome changeCard(const Unit& unit, const Slot& slot, const std::string& wanted) {
-    if (!wanted.empty() && wanted != kOwn && folderOf(unit, wanted).empty()) {
-        return failed("there is no folder " + wanted);
+void changeCard(const Unit& unit, const Slot& slot, const std::string& wanted) {
+    if (!wanted.empty() && wanted != kOwn) {
+        wantedFolder(unit, wanted);
     }
     if (hasCard(unit, slot)) {
-        const Outcome removed = removeCard(unit, slot);
-        if (!removed.good) {
-            return removed;
-        }
+        removeCard(unit, slot, {});
     }
-    return put(unit, slot, wanted);
+    put(unit, slot, wanted);
 }
 
 Outcome makeCard(const std::string& folder, const std::string& files) {
@@ -78,7 +77,7 @@ Outcome makeCard(const std::string& folder, const std::string& files) {
     return outcome(status == 0, "the card in " + folder + " was not made");
 }
 
-using Do = Outcome (*)(const Unit& unit, const Slot& slot, const std::string& wanted);
+using Do = void (*)(const Unit& unit, const Slot& slot, const std::string& wanted);
 
 struct Part {
     std::shared_ptr<std::string> slot;
@@ -107,10 +106,7 @@ Run cardVerb(Parser& parser) {
     const std::vector<Part> parts = {
         part(parser, "insert", "the volume appears, then the board tells so", true, &insertCard),
         part(parser, "change", "one card is pulled and the other put in", true, &changeCard),
-        part(parser, "remove", "the volume vanishes, then the board tells so", false,
-             [](const Unit& unit, const Slot& slot, const std::string&) {
-                 return removeCard(unit, slot);
-             })};
+        part(parser, "remove", "the volume vanishes, then the board tells so", false, &removeCard)};
     Parser& make = parser.sub("make", "make a dash camera card in an empty folder");
     const auto folder = make.word("DIR", "the folder");
     const auto files = make.word("FILES", "how many recordings", Needed::No, between(1, 999999999));
@@ -119,7 +115,8 @@ Run cardVerb(Parser& parser) {
             if (!one.slot->empty()) {
                 const bool own = one.own != nullptr && *one.own;
                 const std::string wanted = own ? kOwn : (one.folder ? *one.folder : "");
-                return one.act(call.unit, *findSlot(*one.slot), wanted);
+                one.act(call.unit, *findSlot(*one.slot), wanted);
+                return {};
             }
         }
         return makeCard(*folder, *files);

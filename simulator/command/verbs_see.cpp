@@ -12,9 +12,11 @@ namespace {
 
 constexpr int kLongestFilm = 3600;  // seconds
 
-std::string neverBooted(const Unit& unit) {
+void requireBooted(const Unit& unit) {
     std::error_code error;
-    return fs::exists(unit.run(), error) ? "" : "there is no unit in" + noUnit(unit).substr(15);
+    if (!fs::exists(unit.run(), error)) {
+        throw Failure("there is no unit in" + noUnit(unit).substr(15));
+    }
 }
 
 }  // namespace
@@ -22,9 +24,7 @@ std::string neverBooted(const Unit& unit) {
 Run stateVerb(Parser& parser) {
     const auto asJson = parser.flag("--json", "one line of JSON");
     return [asJson](const Call& call) -> Outcome {
-        if (const std::string why = neverBooted(call.unit); !why.empty()) {
-            return failed(why);
-        }
+        requireBooted(call.unit);
         Json state = unitState(call.unit);
         state["loudness"] = loudnessOf(call.unit);
         return {true, *asJson ? oneLine(state) : describeState(call.unit, state)};
@@ -35,9 +35,7 @@ Run logVerb(Parser& parser) {
     const auto follow = parser.flag("--follow", "go on until the unit ends");
     const auto asJson = parser.flag("--json", "one object of JSON a line");
     return [follow, asJson](const Call& call) -> Outcome {
-        if (const std::string why = neverBooted(call.unit); !why.empty()) {
-            return failed(why);
-        }
+        requireBooted(call.unit);
         TapeReader reader(call.unit.tape());
         for (;;) {
             while (const auto line = reader.next()) {

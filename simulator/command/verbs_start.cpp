@@ -27,8 +27,10 @@ struct Common {
         return options;
     }
     // The hand-over's folder may be on a card that is yet to come.
-    [[nodiscard]] bool isHandable(const Unit& unit, std::string& why) const {
-        return connect->empty() || *missing || headunit::isHandable(unit, *connect, why);
+    void check(const Unit& unit) const {
+        if (!connect->empty() && !*missing) {
+            requireFolder(unit, *connect);
+        }
     }
 };
 
@@ -55,22 +57,19 @@ bool awaitEnd(const Unit& unit) {
 
 Outcome restart(const Unit& unit, const Common& words) {
     const BootOptions options = words.options();
-    std::string why;
-    Choice choice;
-    if (!isRunning(unit)) {
-        return failed(noUnit(unit));
-    }
+    std::string unused;
+    requireRunning(unit);
     // What is wrong is found while the player still runs.
-    if (!words.isHandable(unit, why) || !choose(unit, options.play, choice, why)) {
-        return failed(why);
-    }
-    if (ask(unit, {"kill", "movie.exe"}, why)) {
+    words.check(unit);
+    const Choice choice = choose(unit, options.play);
+    if (ask(unit, {"kill", "movie.exe"}, unused)) {
         awaitEnd(unit);
     }
     // After a cut that left the screen the other processes are started first.
-    const bool good =
-        ask(unit, {"power"}, why) && remember(unit, choice, why) && startPlayer(unit, options, why);
-    return outcome(good, why);
+    demand(unit, {"power"});
+    remember(unit, choice);
+    startPlayer(unit, options);
+    return {};
 }
 
 }  // namespace
@@ -96,8 +95,9 @@ Run bootVerb(Parser& parser) {
         options.hear = *hear;
         options.noPlayer = *noPlayer;
         options.words = call.words.empty() ? "" : " " + joinWords(call.words);
-        std::string why;
-        return outcome(common.isHandable(call.unit, why) && boot(call.unit, options, why), why);
+        common.check(call.unit);
+        boot(call.unit, options);
+        return {};
     };
 }
 
@@ -109,11 +109,8 @@ Run restartVerb(Parser& parser) {
 Run startVerb(Parser& parser) {
     const auto pip = parser.flag("--pip", "the player in half width");
     return [pip](const Call& call) -> Outcome {
-        std::string answer;
-        return outcome(
-            ask(call.unit, {"start", "movie.exe", "H:\\", playerCommandLine(*pip), "output"},
-                answer),
-            answer);
+        launchPlayer(call.unit, *pip);
+        return {};
     };
 }
 
@@ -126,43 +123,42 @@ Run cutVerb(Parser& parser) {
                     "CutAfterMessages off",
                     Needed::No, between(1, 1000000));
     return [=](const Call& call) -> Outcome {
-        const bool now = messages->empty() && !*player;
-        if (now) {
-            // The camera has the same power: what it records is cut off.
-            if (const pid_t camera = helperProcess(call.unit, "record.pid")) {
-                kill(camera, SIGKILL);
-            }
-        }
-        if (now && !*stay) {
-            endUnit(call.unit);
+        if (*player) {
+            demand(call.unit, {"kill", "movie.exe"});
             return {};
         }
-        std::string answer;
-        const Words request = now       ? Words{"cut"}
-                              : *player ? Words{"kill", "movie.exe"}
-                                        : Words{"fault", "CutAfterMessages", *messages};
-        return outcome(ask(call.unit, request, answer), answer);
+        if (!messages->empty()) {
+            demand(call.unit, {"fault", "CutAfterMessages", *messages});
+            return {};
+        }
+        // The camera has the same power: what it records is cut off.
+        if (const pid_t camera = helperProcess(call.unit, "record.pid")) {
+            kill(camera, SIGKILL);
+        }
+        if (*stay) {
+            demand(call.unit, {"cut"});
+        } else {
+            endUnit(call.unit);
+        }
+        return {};
     };
 }
 
 Run prepareVerb(Parser& parser) {
     const auto prefix = parser.word("PREFIX", "where the copy is made", Needed::No);
     return [prefix](const Call& call) -> Outcome {
-        std::string why;
-        const bool good =
-            preparePrefix(why) &&
-            (prefix->empty() || copyPrefix(call.unit.device, fs::absolute(*prefix), why));
-        return outcome(good, why);
+        preparePrefix();
+        if (!prefix->empty()) {
+            copyPrefix(call.unit.device, fs::absolute(*prefix));
+        }
+        return {};
     };
 }
 
 Run shutdownVerb(Parser& parser) {
     const auto stay = parser.flag("--stay", "the unit stays on");
     return [stay](const Call& call) -> Outcome {
-        std::string answer;
-        if (!ask(call.unit, {"shutdown"}, answer)) {
-            return failed(answer);
-        }
+        demand(call.unit, {"shutdown"});
         if (!awaitEnd(call.unit)) {
             return failed(
                 "the player did not exit within " + std::to_string(kExitPatience / 1000) +
