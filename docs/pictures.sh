@@ -71,8 +71,8 @@ still() {
     done
     "$convert" "$1" -fill black "${cover[@]}" "$3"
 }
-# Whatever stands still has to be what is kept, to the pixel; what moves may be another moment of the
-# same road.
+# Whatever stands still has to be what is kept, to the pixel; what moves may be another moment of
+# the same road.
 same() { # KEPT NEW NAME WHERE
     still "$1" "$3" "$out/kept-still.png"
     still "$2" "$3" "$out/new-still.png"

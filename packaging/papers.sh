@@ -2,8 +2,8 @@
 # Makes manual pages and shell completions out of what a command's --help says.
 #   papers.sh man PROGRAM PAGE.in     the page, with .TP entries where @OPTIONS@ or @VERBS@ stands
 #   papers.sh bash|zsh PROGRAM        the completion
-# The options, or the verbs of a command that has such, are taken from --help and nowhere else: an entry
-# is indented by two, its text by six and more, or stands behind two blanks.
+# The options, or the verbs of a command that has such, are taken from --help and nowhere else: an
+# entry is indented by two, its text by six and more, or stands behind two blanks.
 set -eu
 export LC_ALL=C.UTF-8
 kind=$1

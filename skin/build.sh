@@ -1,6 +1,7 @@
 #!/bin/sh
 # Renders the skin: every line of manifest.txt becomes OUTDIR/SET/FILE, an uncompressed BMP of 24
-# bits a pixel, and home.svg the simulated unit's home picture, OUTDIR/home.bmp. Each drawing is rendered once for each style it is used in, then cut.
+# bits a pixel, and home.svg the simulated unit's home picture, OUTDIR/home.bmp. Each drawing is
+# rendered once for each style it is used in, then cut.
 # usage: build.sh [OUTDIR]      (default: out/skin of this checkout)
 # Exit status 0: every bitmap is there; 1: something failed; 2: wrong use.
 set -eu

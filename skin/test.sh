@@ -75,7 +75,8 @@ near() {
         exit !(p[1] > 4 && p[2] > 4)
     }'
 }
-# A held face is the face at rest in other colours: its tile keeps shape and place, so does the icon.
+# A held face is the face at rest in other colours: its tile keeps shape and place, so does the
+# icon.
 held() { # HELD REST X Y LEFT TOP RIGHT BOTTOM [TILE HELD-TILE ICON HELD-ICON]: X, Y where REST stands
     # in the window; the colours of tile and icon at rest and held
     local size=$(($7 - $5))x$(($8 - $6)) at before after

@@ -1,5 +1,6 @@
 #!/bin/sh
-# Prints the lines and branches that the native tests reach, by folder: tests/coverage.sh [FOLDER]...
+# Prints the lines and branches that the native tests reach, by folder.
+# Usage: tests/coverage.sh [FOLDER]...
 # With folders only what their own tests (tests/unit/FOLDER) reach of them, and the lines that are
 # never reached. Needs gcovr.
 set -eu

@@ -2,9 +2,9 @@
 # Follows the pages word by word: every command that stands in one is run as it stands there, in the
 # order of the page, in a copy of the checkout that nobody has built or run yet.
 # Usage: tests/docs/run.sh [--reuse] [PAGE...]
-# With --reuse the copy takes over what this checkout has built, and what builds is run in the checkout
-# itself. Prints PASS or FAIL for each command and leaves what they printed in out/docs/log/. Exit
-# status 0: all passed; 1: one failed; 2: it could not begin.
+# With --reuse the copy takes over what this checkout has built, and what builds is run in the
+# checkout itself. Prints PASS or FAIL for each command and leaves what they printed in
+# out/docs/log/. Exit status 0: all passed; 1: one failed; 2: it could not begin.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 work=$root/out/docs
@@ -14,8 +14,8 @@ reuse=no
 [ "${1:-}" != --reuse ] || { reuse=yes; shift; }
 unset DISPLAY  # the unit runs without a display, so that nobody's desktop is in the way
 
-# Everything that git knows of, as it stands here, with its times to the last digit: the prefix goes by
-# them.
+# Everything that git knows of, as it stands here, with its times to the last digit: the prefix goes
+# by them.
 make_copy() {
     [ ! -x "$copy/headunit" ] || "$copy/headunit" kill >/dev/null 2>&1
     rm -rf "$work" && mkdir -p "$log" && git clone --quiet --no-checkout "$root" "$copy" &&
@@ -32,7 +32,8 @@ take_over() {
         out/build/native/simulator/command/headunit out/build/native/mediaprobe/mediaprobe; do
         (cd "$root" && cp -l --parents "$program" "$copy") || return 1
     done
-    # It is as new as its sources even where the build had nothing to do; ./headunit goes by the time.
+    # It is as new as its sources even where the build had nothing to do; ./headunit goes by the
+    # time.
     touch "$copy/out/build/native/simulator/command/headunit"
     cp -al "$root/out/skin" "$root/out/samples" "$root/out/prefix" "$copy/out" &&
         rm "$copy"/out/prefix/*.reg && cp -p "$root"/out/prefix/*.reg "$copy/out/prefix" &&

@@ -3,8 +3,9 @@
 # Usage: tests/fuzz/run.sh BUDGET [TARGET]...
 #   BUDGET: executions (10000000) or seconds (60s), for each target
 #   TARGET: AREA_NAME, as probe_flv or settings_ini; all of them without one
-# AREA is a folder here: its make_seeds.sh FOLDER writes the seeds (FOLDER/NAME, or one for all), `options`
-# holds libFuzzer's. The corpus grows in out/fuzz/TARGET/corpus; what is found lands beside it.
+# AREA is a folder here: its make_seeds.sh FOLDER writes the seeds (FOLDER/NAME, or one for all),
+# `options` holds libFuzzer's. The corpus grows in out/fuzz/TARGET/corpus; what is found lands
+# beside it.
 set -eu
 root=$(cd "$(dirname "$0")/../.." && pwd)
 case ${1:-} in

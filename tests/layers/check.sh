@@ -1,8 +1,8 @@
 #!/bin/sh
 # Holds the player's includes and the build's links to the drawing in docs/architecture.md:
 #   check.sh LAYERS [ROOT]    LAYERS is what cmake/layers.cmake has written for a build
-# An include or a link may lead only to a folder that the drawing names in its row, and a row may name
-# only rows below it, so that nothing points upwards and no circle can be drawn.
+# An include or a link may lead only to a folder that the drawing names in its row, and a row may
+# name only rows below it, so that nothing points upwards and no circle can be drawn.
 set -eu
 layers=${1:?usage: check.sh LAYERS [ROOT]}
 root=${2:-$(cd "$(dirname "$0")/../.." && pwd)}

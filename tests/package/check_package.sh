@@ -1,6 +1,6 @@
 #!/bin/bash
-# The Debian package as it comes out of its one command, unpacked into an empty folder and run there; the
-# library, installed into an empty folder and used by the example.
+# The Debian package as it comes out of its one command, unpacked into an empty folder and run
+# there; the library, installed into an empty folder and used by the example.
 # Usage: check_package.sh BUILD PROBE_SAMPLES
 set -u
 build=$(readlink -f "$1")

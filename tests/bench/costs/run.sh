@@ -1,7 +1,8 @@
 #!/bin/sh
-# What the player's own code costs, in instructions of x86-64 as valgrind counts them (the same in every
-# run), and what that would be in milliseconds on a processor of 500 MHz that does one instruction a
-# cycle: an estimate, as a unit's processor has another instruction set and waits for its memory.
+# What the player's own code costs, in instructions of x86-64 as valgrind counts them (the same in
+# every run), and what that would be in milliseconds on a processor of 500 MHz that does one
+# instruction a cycle: an estimate, as a unit's processor has another instruction set and waits for
+# its memory.
 # Usage: tests/bench/costs/run.sh FILE..., after ./run has built everything. Needs valgrind.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)

@@ -4,7 +4,8 @@
 # for at least ten seconds, and prints one line: pictures and standstills as screen_watch sees them,
 # and the processor time of the display, of wineserver and of everything that COMMAND started, over
 # five seconds in hundredths of a second. DISPLAY must be an Xvfb that nothing else draws on.
-# Compare runs of `mpv --no-config --vo=x11 --ao=null --geometry=800x480+0+0 FILE` and of the player.
+# Compare runs of `mpv --no-config --vo=x11 --ao=null --geometry=800x480+0+0 FILE` and of the
+# player.
 set -eu
 [ $# -ge 2 ] || { echo "usage: measure.sh NAME COMMAND..." >&2; exit 2; }
 name=$1

@@ -1,8 +1,8 @@
 #!/bin/bash
 # What a hundred thousand recordings cost mediaprobe -r: tests/bench/probe/many.sh [COUNT]
-# Hard links of each kind of recording, a thousand in a folder; processor time (user and system, the least of
-# three runs, which other work disturbs less than wall time) of mediaprobe against find and bare reads of
-# 4 KiB, which take turns with it. Prints what docs/archives.md shows.
+# Hard links of each kind of recording, a thousand in a folder; processor time (user and system, the
+# least of three runs, which other work disturbs less than wall time) of mediaprobe against find and
+# bare reads of 4 KiB, which take turns with it. Prints what docs/archives.md shows.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 cd "$root"

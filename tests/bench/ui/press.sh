@@ -1,9 +1,10 @@
 #!/bin/sh
-# From the pointer's press to the pressed face on screen, of the player and of an empty window, which
-# stand side by side on one display and are pressed in turn: with the picture running, and paused.
+# From the pointer's press to the pressed face on screen, of the player and of an empty window,
+# which stand side by side on one display and are pressed in turn: with the picture running, and
+# paused.
 # Usage: tests/bench/ui/press.sh [ROUNDS], after ./run or ./test has built everything.
-# The second line of each pair is what is left when the empty window fills through a back buffer too.
-# Exit status 1 when a ratio to the plain empty window is above 1.5.
+# The second line of each pair is what is left when the empty window fills through a back buffer
+# too. Exit status 1 when a ratio to the plain empty window is above 1.5.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 rounds=${1:-101}

@@ -4,8 +4,8 @@ set -eu
 mkdir -p "$1/bitmap"
 cd "$1/bitmap"
 
-# bitmap NAME ROWS WIDTH HEIGHT BITS COMPRESSION COLOURS: the numbers as printf's escapes of 4 bytes, BITS
-# of 2; behind the header a file of 16 MiB.
+# bitmap NAME ROWS WIDTH HEIGHT BITS COMPRESSION COLOURS: the numbers as printf's escapes of 4
+# bytes, BITS of 2; behind the header a file of 16 MiB.
 bitmap() {
     # shellcheck disable=SC2059  # the numbers are the format
     printf "BM\\0\\0\\0\\1\\0\\0\\0\\0$2(\\0\\0\\0$3$4\\1\\0$5$6\\0\\0\\0\\0$long$long$7$long\\0\\0\\0\\1\\0\\0\\0\\0" >"$1"

@@ -1,5 +1,6 @@
 #!/bin/sh
-# The probe's seeds are the samples of its tests, and what fuzzing has found, packed: make_seeds.sh FOLDER.
+# The probe's seeds are the samples of its tests, and what fuzzing has found, packed: make_seeds.sh
+# FOLDER.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 unit=$root/out/build/native/tests/unit

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Writes the seeds of the simulated unit's targets: make_seeds.sh FOLDER -> FOLDER/captions, codecs, json,
-# scenario.
+# Writes the seeds of the simulated unit's targets: make_seeds.sh FOLDER -> FOLDER/captions, codecs,
+# json, scenario.
 set -eu
 root=$(cd "$(dirname "$0")/../../.." && pwd)
 mkdir -p "$1/captions" "$1/codecs" "$1/json" "$1/scenario"

@@ -112,7 +112,7 @@ for words in 'key play' 'film a.mp4 1' 'shot a.png' 'connect off' 'cut --player'
     step "no unit runs: $words" refused 1 'no unit runs in .*; start one with: ./headunit boot --device .*' $words
 done
 
-# --- Wrong words that need a unit to be known --------------------------------------------------------
+# --- Wrong words that need a unit to be known -----------------------------------------------------
 no_display() {
     ( export DISPLAY=:4711
       refused 1 'there is no display :4711 (DISPLAY); without one: ./headunit boot --headless --device .*' boot )
