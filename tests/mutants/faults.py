@@ -1,8 +1,8 @@
 """The single faults that can be put into a C++ source: faults_of(text) lists them.
 
-Text is read as tokens, not parsed: comments, preprocessor lines, static assertions and the inside of
-templates are left alone. Binary operators are known by the spaces around them, which clang-format
-keeps. A fault that the compiler refuses costs a build and counts as none.
+Text is read as tokens, not parsed: comments, preprocessor lines, static assertions and the inside
+of templates are left alone. Binary operators are known by the spaces around them, which
+clang-format keeps. A fault that the compiler refuses costs a build and counts as none.
 """
 
 import re
@@ -13,7 +13,8 @@ TOKEN = re.compile(r"""
   | (?P<comment> //[^\n]* | /\*.*?\*/ )
   | (?P<text> (?:u8|u|U|L)? (?: R"(?P<raw>[^(\s]*)\(.*?\)(?P=raw)" | "(?:\\.|[^"\\\n])*" ) )
   | (?P<character> (?:u8|u|U|L)? '(?:\\.|[^'\\\n])+' )
-  | (?P<number> (?:0[xX][0-9a-fA-F']+ | 0[bB][01']+ | \d[\d']*(?:\.\d*)?(?:[eE][+-]?\d+)? )[uUlLfFzZ]* )
+  | (?P<number> (?:0[xX][0-9a-fA-F']+ | 0[bB][01']+ | \d[\d']*(?:\.\d*)?(?:[eE][+-]?\d+)? )
+                [uUlLfFzZ]* )
   | (?P<word> [A-Za-z_]\w* )
   | (?P<sign> <=>|<<=|>>=|\.\.\.|::|->|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||[-+*/%&|^]=|[^\s\w] )
 """, re.VERBOSE | re.DOTALL | re.MULTILINE)
@@ -26,8 +27,8 @@ BINARY = {
 }
 WORDS = {"true": "false", "false": "true", "min": "max", "max": "min"}
 # A statement that begins with one of these is a declaration or holds others.
-NOT_DROPPED = set("""return using typedef const constexpr constinit static auto struct class enum union
-    case default goto public private protected friend template namespace extern inline virtual
+NOT_DROPPED = set("""return using typedef const constexpr constinit static auto struct class enum
+    union case default goto public private protected friend template namespace extern inline virtual
     explicit if for while do switch else static_assert operator""".split())
 
 
@@ -95,7 +96,8 @@ def texts(token):
                      token.text, re.DOTALL)
     if "R\"" in token.text or match is None or match.group(3) is None:
         return []
-    return [match.group(1) + match.group(2) + ("a" if match.group(3).lower() != "a" else "b") + match.group(4)]
+    last = "a" if match.group(3).lower() != "a" else "b"
+    return [match.group(1) + match.group(2) + last + match.group(4)]
 
 
 def is_binary(source, token):
@@ -164,7 +166,8 @@ def faults_of(source):
         elif token.kind in ("text", "character"):
             put = texts(token)
         elif token.text in WORDS:
-            put = [WORDS[token.text]] if token.text in ("true", "false") or before.text == "::" else []
+            is_word = token.text in ("true", "false") or before.text == "::"
+            put = [WORDS[token.text]] if is_word else []
         elif token.text in ("++", "--"):
             put = ["--" if token.text == "++" else "++"]
         elif token.text in ("!", "~"):

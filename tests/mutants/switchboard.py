@@ -1,5 +1,5 @@
-"""All faults of a folder in one build (switches.py), and what the folder's tests say to each: of the
-tests, those that reach it are run, the quickest first."""
+"""All faults of a folder in one build (switches.py), and what the folder's tests say to each: of
+the tests, those that reach it are run, the quickest first."""
 
 import json
 import os
@@ -26,9 +26,9 @@ class Test:
 
 class Switchboard:
     def __init__(self, folder, asan, paths, faults, seconds, skip):
-        """paths, faults: all of the folder; the number of each is its place, counted from 1. seconds: the
-        most that the tests of one fault may take, as far as they took it without a fault. skip: a
-        pattern of tests that are not asked."""
+        """paths, faults: all of the folder; the number of each is its place, counted from 1. seconds:
+        the most that the tests of one fault may take, as far as they took it without a fault. skip:
+        a pattern of tests that are not asked."""
         self.tree = Tree("switched", folder, asan, f" -Wno-narrowing -I{ROOT}/tests/mutants")
         self.paths, self.faults = paths, dict(enumerate(faults, 1))
         self.names = {fault["name"]: number for number, fault in self.faults.items()}
@@ -44,7 +44,8 @@ class Switchboard:
         self.trace()
 
     def read(self):
-        """What the last build of all left out: numbers of faults, and (path, name) of what is constexpr."""
+        """What the last build of all left out: numbers of faults, and (path, name) of what is
+        constexpr."""
         stored = json.loads(self.store.read_text()) if self.store.exists() else {}
         return ({self.names[n] for n in stored.get("faults", []) if n in self.names},
                 {tuple(x) for x in stored.get("names", [])})
@@ -71,8 +72,8 @@ class Switchboard:
             if status == 0:
                 break
             paths = {os.path.realpath(self.tree.path / path): path for path in self.switched}
-            numbers, names = faults_with_errors(
-                printed, {real: self.switched[path] for real, path in paths.items()}, self.tree.build)
+            of_real = {real: self.switched[path] for real, path in paths.items()}
+            numbers, names = faults_with_errors(printed, of_real, self.tree.build)
             if not numbers | names:
                 (OUT / "switched.log").write_text(printed)
                 sys.exit("mutants: an error that belongs to no fault; see out/mutants/switched.log")
@@ -128,9 +129,9 @@ class Switchboard:
         if tests[0].name:
             command += ["--gtest_brief=1", "--gtest_filter=" + ":".join(t.name for t in tests)]
         folder = self.local.folder if more else self.scratch()
-        status, self.local.printed = self.tree.call(*command, limit=600, cpu=3 + int(5 * seconds),
-                                   cwd=tests[0].where,
-                                   more={"MUTANT": str(number), "TMPDIR": str(folder), **(more or {})})
+        environment = {"MUTANT": str(number), "TMPDIR": str(folder), **(more or {})}
+        status, self.local.printed = self.tree.call(
+            *command, limit=600, cpu=3 + int(5 * seconds), cwd=tests[0].where, more=environment)
         return status
 
     def portions(self, number):

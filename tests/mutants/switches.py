@@ -1,13 +1,13 @@
-"""Puts all single faults of a source into it at once, each behind a number that the program is given
-when it starts (switch.h): one build then serves for all of them.
+"""Puts all single faults of a source into it at once, each behind a number that the program is
+given when it starts (switch.h): one build then serves for all of them.
 
 An expression with a fault becomes `(MUTANT(n) ? (with the fault) : (as it is))`, a statement that a
 fault drops stands behind a condition. How far an expression reaches is told from the tokens alone.
 What cannot be told at run time - the value of a `case`, the size of an array - does not compile;
-the errors name the line, each line belongs to a fault, and that fault is left out (faults_with_errors).
-So that tables and small functions take part, `constexpr` becomes `const` or `inline` where the
-program allows it, and `constinit` goes: a variable without an initialiser of its own gets its values
-before any other, as the constructors of other variables may use it.
+the errors name the line, each line belongs to a fault, and that fault is left out
+(faults_with_errors). So that tables and small functions take part, `constexpr` becomes `const` or
+`inline` where the program allows it, and `constinit` goes: a variable without an initialiser of its
+own gets its values before any other, as the constructors of other variables may use it.
 """
 
 import os
@@ -163,8 +163,9 @@ class Extents:
         return self.tokens[i].text.endswith('"') and sum(t.text.endswith('"') for t in pieces) > 1
 
     def sizes(self):
-        """The sizes of arrays that are declared with them: `type name[size]`. As a compiler's extension
-        those of a function may vary, but such an array is none to the functions that it is handed to."""
+        """The sizes of arrays that are declared with them: `type name[size]`. As a compiler's
+        extension those of a function may vary, but such an array is none to the functions that it
+        is handed to."""
         found, last = [], None
         for i, token in enumerate(self.tokens):
             if token.text != "[" or i < 2:
@@ -212,8 +213,8 @@ class Switched:
     """A source with its faults switched: `text`, and whose lines are whose."""
 
     def __init__(self, source, faults, left_out, kept):
-        """faults: number -> Fault; left_out: numbers; kept: names whose constexpr stays, and with it
-        all that it declares."""
+        """faults: number -> Fault; left_out: numbers; kept: names whose constexpr stays, and with
+        it all that it declares."""
         self.source = source
         self.extents = Extents(source)
         self.pieces, self.owners, self.line = [], {}, 1
@@ -320,8 +321,8 @@ QUOTED = re.compile("[‘'](.*?)[’']")
 
 
 def faults_with_errors(printed, switched, where):
-    """What a failed build speaks of: numbers of faults, and (path, name) of what must stay constexpr.
-    `switched`: absolute path -> Switched; `where`: the folder of the build."""
+    """What a failed build speaks of: numbers of faults, and (path, name) of what must stay
+    constexpr. `switched`: absolute path -> Switched; `where`: the folder of the build."""
     numbers, kept, unexplained = set(), set(), []
 
     def holding(words, paths):

@@ -1,4 +1,5 @@
-"""A copy of the checkout with a build of its own, in which faults are put and a folder's tests run."""
+"""A copy of the checkout with a build of its own, in which faults are put and a folder's tests
+run."""
 
 import json
 import os
@@ -96,8 +97,9 @@ class Tree:
             return None, ""
 
     def make(self, cached=True, keep=1):
-        return self.call("ninja", "-C", str(self.build), f"-j{len(os.sched_getaffinity(0))}", f"-k{keep}",
-                         *self.targets, limit=3600, cached=cached)
+        jobs = len(os.sched_getaffinity(0))
+        return self.call("ninja", "-C", str(self.build), f"-j{jobs}", f"-k{keep}", *self.targets,
+                         limit=3600, cached=cached)
 
     def ctest(self, *options, **how):
         where = self.build / "tests" / "unit"
@@ -139,7 +141,8 @@ class Tree:
         began, used = time.monotonic(), processor_seconds()
         status, printed = self.test()
         if status != 0 or "No tests were found" in printed:
-            sys.exit(f"mutants: the tests of {self.folder} fail without a fault:\n{printed[-4000:]}")
+            sys.exit(f"mutants: the tests of {self.folder} fail without a fault:\n"
+                     f"{printed[-4000:]}")
         # A busy machine may take far longer than now, but no more of a processor's time.
         self.limit = 120 + 20 * (time.monotonic() - began)
         self.cpu = 3 + int(5 * (processor_seconds() - used))
