@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The pages are true as far as a look can tell: links lead to files, paths are there, verbs and options
-are those of --help. tests/docs/run.sh runs the commands themselves.
+"""The pages are true as far as a look can tell: links lead to files, paths are there, verbs and
+options are those of --help. tests/docs/run.sh runs the commands themselves.
 Usage: check_pages.py MEDIAPROBE HEADUNIT"""
 import os
 import re
@@ -53,14 +53,16 @@ for page in pages():
     for number, line in enumerate(lines, 1):
         for link in re.findall(r"\]\(([^)#\s]+)", line):
             if "://" not in link:
-                expect(page, number, f"the link {link} leads nowhere", (page.parent / link).exists())
+                expect(page, number, f"the link {link} leads nowhere",
+                       (page.parent / link).exists())
     for number, command in commands(page):
         check_command(page, number, command)
     for number, text in inline_code(page):
         if re.match(r"\./headunit [a-z]", text):
-            expect(page, number, f"headunit has no verb {text.split()[1]}", text.split()[1] in verbs)
-        # A path of the checkout: a top folder, a slash, no word in capitals that stands for something
-        # else. A unit of source and header may be named without its ending.
+            verb = text.split()[1]
+            expect(page, number, f"headunit has no verb {verb}", verb in verbs)
+        # A path of the checkout: a top folder, a slash, no word in capitals that stands for
+        # something else. A unit of source and header may be named without its ending.
         if re.fullmatch(r"[a-z]+/[\w./*-]+", text) and text.split("/")[0] in top - {"out"} and \
                 not re.search(r"[A-Z]{4}", text):
             path = text.rstrip("/")

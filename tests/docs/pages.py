@@ -13,8 +13,8 @@ def pages():
 
 
 def commands(page):
-    """(line number, command) for every line of a ```sh block, and of a block that is indented by four
-    and begins with a program; what stands behind three blanks explains it."""
+    """(line number, command) for every line of a ```sh block, and of a block that is indented by
+    four and begins with a program; what stands behind three blanks explains it."""
     found = []
     fence = None
     for number, line in enumerate(page.read_text(encoding="utf-8").splitlines(), 1):
@@ -23,7 +23,8 @@ def commands(page):
             fence = None if fence is not None else text[3:]
             continue
         indented = re.match(r" {4}(?! )", line) and fence is None
-        is_program = re.match(r"(\./|(out|tests|packaging|simulator|skin)/\S|cmake |find |git )", text)
+        is_program = re.match(r"\./|(out|tests|packaging|simulator|skin)/\S|(cmake|find|git) ",
+                              text)
         if text and not text.startswith("#") and (fence == "sh" or indented and is_program):
             found.append((number, re.split(r" {3,}| +# ", text)[0]))
     return found

@@ -32,8 +32,10 @@ includes=$(grep -rHoE --include='*.h' --include='*.cpp' '^#include "[^"]+/[^"]+"
     # What leads from one folder to another is drawn, or it points upwards, or it is not linked.
     function lead(from, to, what) {
         if (from == to || ((from, to) in drawn)) return
-        if (place[to] < place[from]) complain(what ": " from " must not use " to ", which is above it")
-        else complain(what ": " from " does not link " to)
+        if (place[to] < place[from])
+            complain(what ": " from " must not use " to ", which is above it")
+        else
+            complain(what ": " from " does not link " to)
     }
     function visit(f,   t, pair) {
         state[f] = 1
@@ -60,8 +62,10 @@ includes=$(grep -rHoE --include='*.h' --include='*.cpp' '^#include "[^"]+/[^"]+"
         for (pair in drawn) {
             split(pair, part, SUBSEP)
             if (!(part[2] in place)) complain("the drawing has no row for " part[2])
-            else if (place[part[2]] <= place[part[1]]) complain("the drawing: " part[1] " names " part[2] ", which is not below it")
-            if (!((part[1], part[2]) in linked)) complain("the drawing: " part[1] " does not link " part[2])
+            else if (place[part[2]] <= place[part[1]])
+                complain("the drawing: " part[1] " names " part[2] ", which is not below it")
+            if (!((part[1], part[2]) in linked))
+                complain("the drawing: " part[1] " does not link " part[2])
         }
         for (pair in linked) {
             split(pair, part, SUBSEP)

@@ -1,8 +1,9 @@
 """Looks at the unit through a browser and clicks its play key.
 
 usage: click.py URL HEADUNIT DEVICE PICTURES
-URL is what `headunit view` printed, HEADUNIT the command, DEVICE the unit's folder; the page is left
-as a picture in the folder PICTURES. Exit status 0 when every step held, 1 at the first that did not.
+URL is what `headunit view` printed, HEADUNIT the command, DEVICE the unit's folder; the page is
+left as a picture in the folder PICTURES. Exit status 0 when every step held, 1 at the first that
+did not.
 """
 
 import json
@@ -110,7 +111,7 @@ def look(browser, url, headunit, device):
     before = len(tape(headunit, device))
     click(browser, PLAY_KEY)
     step("the second click is a key of its own", until(
-        5, lambda: len([line for line in tape(headunit, device)[before:] if is_play_key(line)]) == 1))
+        5, lambda: sum(is_play_key(line) for line in tape(headunit, device)[before:]) == 1))
     step("the recording moves again", until(5, moves))
 
 

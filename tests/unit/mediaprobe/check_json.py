@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Every JSON line of mediaprobe keeps to docs/mediaprobe.schema.json, and the schema is not looser than
-the lines: each key that it lists comes, each line that is bent is refused.
+"""Every JSON line of mediaprobe keeps to docs/mediaprobe.schema.json, and the schema is not looser
+than the lines: each key that it lists comes, each line that is bent is refused.
 Usage: check_json.py MEDIAPROBE PROBE_SAMPLES SCHEMA"""
 import json
 import os

@@ -167,8 +167,14 @@ expect "its open result" 1 "$(grep -c '"open": "0x80070002", "status": "0x000000
 expect "JSON of a refused JPEG" 1 \
     "$(status --json all/image_jpeg_segment_past_end_is_refused)"
 expect "its status" 1 "$(grep -c '"status": "0x80004005"' out.txt)"
-keys=$("$probe" --json $good | grep -o '"[a-zA-Z]*":' | tr -d '":\n ' )
-expect "the keys and their order" "pathopenstatuscontainerTypefileSizefileSizeHighdurationSecondsaudioFormatTagaudioBitRateaudioSampleRateaudioChannelsvideoFourCCvideoWidthvideoHeightframeTimeMicrosecondsvideoBitRatepixelAspectXpixelAspectYhasTitlehasArtisthasAlbumhasTrackhasGenretitleartistalbumtrackgenregenreIndexhasComposerhasYearcomposeryearimageWidthimageHeightimageBitsPerPixelcontainerNamevideoCodecaudioCodecdamagederror" "$keys"
+keys=$("$probe" --json $good | grep -o '"[a-zA-Z]*":' | tr -d '":' | paste -sd ' ')
+wanted="path open status containerType fileSize fileSizeHigh durationSeconds \
+audioFormatTag audioBitRate audioSampleRate audioChannels \
+videoFourCC videoWidth videoHeight frameTimeMicroseconds videoBitRate pixelAspectX pixelAspectY \
+hasTitle hasArtist hasAlbum hasTrack hasGenre title artist album track genre genreIndex \
+hasComposer hasYear composer year imageWidth imageHeight imageBitsPerPixel \
+containerName videoCodec audioCodec damaged error"
+expect "the keys and their order" "$wanted" "$keys"
 
 expect "diagnostics go to standard error" 1 "$(status all/avi_4097_zero_headers_fail)"
 status all/avi_unknown_stream_type_prints_and_goes_on >status.txt

@@ -38,8 +38,8 @@ def read_all(terminal):
 
 
 def run(arguments, on_terminal, environment=None, feed=None):
-    """What came on the pseudo terminal, which the streams of `on_terminal` are, and on the others, which
-    go to a file. `feed` writes to standard input while the terminal is read."""
+    """What came on the pseudo terminal, which the streams of `on_terminal` are, and on the others,
+    which go to a file. `feed` writes to standard input while the terminal is read."""
     terminal, other = pty.openpty()
     with tempfile.TemporaryFile() as plain:
         streams = {name: other if name in on_terminal else plain for name in ("stdout", "stderr")}
@@ -55,8 +55,8 @@ def run(arguments, on_terminal, environment=None, feed=None):
 
 
 def until_progress(*names):
-    """Names these files again and again until the progress line shows. What is told meanwhile is read
-    all the time, or both would wait for each other."""
+    """Names these files again and again until the progress line shows. What is told meanwhile is
+    read all the time, or both would wait for each other."""
     def feed(process, terminal):
         seen = threading.Event()
 
@@ -128,8 +128,8 @@ with tempfile.TemporaryDirectory() as work:
                   feed=until_progress("good.mp4", damaged, "cut.wav", "gone.avi"))
     shown = re.findall(rb"([\d,]+) files, ([\d,]+) faulty", told)
     numbers = [[int(number.replace(b",", b"")) for number in one] for one in shown]
-    expect("of four files all but the good one are faulty",
-           numbers and all(faulty == files // 4 * 3 + max(files % 4 - 1, 0) for files, faulty in numbers))
+    expect("of four files all but the good one are faulty", numbers and
+           all(faulty == files // 4 * 3 + max(files % 4 - 1, 0) for files, faulty in numbers))
     told, _ = run(["good.mp4"], ("stderr",))
     expect("short work shows none", told == b"")
 
