@@ -36,7 +36,7 @@ for target; do
     dictionary=tests/fuzz/$area/dictionaries/$name.dict
     [ ! -e "$dictionary" ] || options="$options -dict=$dictionary"
     status=0
-    nice -n 15 "out/build/fuzz/tests/fuzz/$area/fuzz_$target" "$budget" $options -timeout=10 \
+    nice -n 15 "out/build/fuzz/tests/fuzz/$area/fuzz_$target" "$budget" $options -timeout=60 \
         -rss_limit_mb=1024 -print_final_stats=1 -artifact_prefix="$folder/" "$folder/corpus" "$seeds" \
         >"$folder/log.txt" 2>&1 || status=$?
     printf '%-18s %12s executions, %s, status %s\n' "$target" \
