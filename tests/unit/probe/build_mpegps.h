@@ -32,6 +32,12 @@ inline Bytes pack2(std::uint64_t ticks, unsigned extension = 0, unsigned stuffin
         .take();
 }
 
+// The same pack without the marker bit behind its clock: 0010 begins an MPEG-1 clock.
+inline Bytes withoutMarker(Bytes pack) {
+    pack[pack[4] >> 4 == 2 ? 8 : 9] &= 0xFE;
+    return pack;
+}
+
 // A system header that lists these streams.
 inline Bytes systemHeader(std::initializer_list<unsigned> streams) {
     Builder builder;

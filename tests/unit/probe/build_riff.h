@@ -9,15 +9,6 @@
 
 namespace probe_test {
 
-// Joins pieces in their order.
-inline Bytes join(std::initializer_list<Bytes> pieces) {
-    Builder all;
-    for (const Bytes& piece : pieces) {
-        all.bytes(piece);
-    }
-    return all.take();
-}
-
 inline Bytes chunk(std::string_view id, const Bytes& body) {
     return Builder().text(id).le32(body.size()).bytes(body).take();
 }

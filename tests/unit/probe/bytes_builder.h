@@ -72,6 +72,15 @@ private:
     Bytes bytes_;
 };
 
+// Joins pieces in their order.
+inline Bytes join(std::initializer_list<Bytes> pieces) {
+    Builder all;
+    for (const Bytes& piece : pieces) {
+        all.bytes(piece);
+    }
+    return all.take();
+}
+
 // Without the last `count` bytes, which there must be.
 inline Bytes withoutLast(const Bytes& bytes, std::size_t count) {
     return Bytes(bytes.begin(), bytes.end() - static_cast<std::ptrdiff_t>(count));

@@ -20,8 +20,9 @@ namespace probe_test {
 constexpr std::int64_t kMillisecond = 10'000;
 constexpr std::uint64_t kPackEvery = 2048;  // bytes
 constexpr std::uint64_t kClockBytes = 10;   // start code and clock: what a pack is known by
-constexpr std::int64_t kNone = -1;
+constexpr std::int64_t kNone = -1;          // in place of a clock: no pack stands there
 
+// A read of the file.
 struct Look {
     std::uint64_t offset, bytes;
     bool operator==(const Look&) const = default;
@@ -31,10 +32,10 @@ inline void PrintTo(const Look& look, std::ostream* out) {
     *out << look.offset << "+" << look.bytes;
 }
 
+// What the clock of the pack with this number shows, in milliseconds.
 using Clock = std::function<std::int64_t(std::uint64_t)>;
 
-// A file of any length that is made up as it is read: packs of 2,048 bytes, whose clock in
-// milliseconds `clock` tells (kNone: no pack there), and what is laid over it.
+// Packs of 2,048 bytes, and what is laid over them.
 class PackFile final : public platform::ReadOnlyFile {
 public:
     PackFile(std::uint64_t bytes, Clock clock) : bytes_(bytes), clock_(std::move(clock)) {}
@@ -85,6 +86,8 @@ struct Measured {
     std::string lines;
 };
 
+// What the walk over the first packs and packets hands on: the first pack's place and clock, and
+// up to where the packs have been told of.
 struct Start {
     std::uint64_t offset = 0;
     std::int64_t time = 0;
@@ -102,7 +105,7 @@ inline Measured measure(PackFile& file, const Start& start = {}) {
     const probe::DiagnosticSink before =
         probe::setDiagnosticSink([](const char* line) { printed += line; });
     Measured measured;
-    measured.duration = 99;
+    measured.duration = 99;  // not left as it was
     measured.result = probe::measureMpegPs(reader, measured.duration);
     probe::setDiagnosticSink(before);
     measured.lines = printed;

@@ -1,3 +1,4 @@
+// ASF files: streams, their timing, texts of every type, headers that are cut.
 #include "build_asf.h"
 
 namespace probe_test {

@@ -1,3 +1,4 @@
+// MPEG audio, FLAC and Monkey's Audio files, with the tags before and behind them.
 #include "build_audio.h"
 
 namespace probe_test {

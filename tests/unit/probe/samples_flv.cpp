@@ -1,3 +1,4 @@
+// Flash Video files: tags, script values of every type, Sorenson pictures, last time stamps.
 #include "build_flv.h"
 
 namespace probe_test {
@@ -21,9 +22,9 @@ Bytes sorenson(unsigned sizeCode, unsigned width, unsigned height, unsigned vers
     // Codec byte; start code 17 bits, version 5, temporal reference 8, size code 3, sizes.
     std::uint64_t bits = 1;
     unsigned count = 17;
-    const auto put = [&](std::uint64_t value, unsigned width_) {
-        bits = bits << width_ | value;
-        count += width_;
+    const auto put = [&](std::uint64_t value, unsigned bitCount) {
+        bits = bits << bitCount | value;
+        count += bitCount;
     };
     put(version, 5);
     put(0, 8);

@@ -1,3 +1,4 @@
+// MPEG-1 system streams and MPEG-2 program streams: clocks, packets of every kind, VideoCD.
 #include "build_audio.h"
 #include "build_mpegps.h"
 
@@ -7,14 +8,6 @@ namespace {
 using namespace ps;
 
 constexpr std::uint64_t kSecond = 90'000;
-
-Bytes join(std::initializer_list<Bytes> parts) {
-    Builder builder;
-    for (const Bytes& part : parts) {
-        builder.bytes(part);
-    }
-    return builder.take();
-}
 
 constexpr audio::Frame kLayer2 = {.layer = 2, .bitRate = 10, .sampleRate = 1, .bytes = 576};
 
@@ -30,11 +23,6 @@ Bytes mpeg2(const Bytes& more, const Sequence& s = {}) {
     return file(
         join({pack2(kSecond), packet2(0xE0, join({sequence(s), extension(), pictures()})), more}),
         pack2(11 * kSecond));
-}
-
-Bytes withoutMarker(Bytes pack) {
-    pack[pack[4] >> 4 == 2 ? 8 : 9] &= 0xFE;
-    return pack;
 }
 
 // Stretches of packs, `ticks` apart, each stretch beginning where `starts` says.

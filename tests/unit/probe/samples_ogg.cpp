@@ -1,3 +1,4 @@
+// Ogg files with a Vorbis stream: comments, the last page, packets that are cut.
 #include "build_ogg.h"
 
 namespace probe_test {
@@ -16,6 +17,27 @@ Bytes cutIdentification(std::size_t bytes) {
     const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(bytes));
     return file(Builder().bytes(cut).bytes(comments({"TITLE=near"})).take(),
                 comments({"TITLE=far"}), 44100 * 7);
+}
+
+// A file whose one comment ends with byte `end`.
+Bytes withCommentUpTo(std::size_t end) {
+    // A page's header; the packet's type and "vorbis", the vendor's length and its one letter, the
+    // count and the comment's length.
+    const std::size_t at = page(identification()).size() + 28 + 7 + 4 + 1 + 4 + 4;
+    const std::string text = "TITLE=" + std::string(end - at - 6, 'y');
+    return withComments({text});
+}
+
+// A file with one page more, of 5 s, of which `bytes` bytes are there behind its time.
+Bytes withLastPage(std::size_t bytes) {
+    return Builder()
+        .bytes(file(identification(), comments({}), 44100 * 3))
+        .text("OggS")
+        .u8(0)
+        .u8(4)
+        .le64(44100 * 5)
+        .fill(bytes)
+        .take();
 }
 
 const SampleSet kOggSamples = {
@@ -52,19 +74,9 @@ const SampleSet kOggSamples = {
          static const std::string picture = "PICTURE=" + std::string(3000, 'p');
          return file(identification(), comments({"TITLE=Abc", picture, "ALBUM=No"}), 44100 * 7);
      }},
-    {"ogg_comment_that_ends_at_byte_2048_counts", Kind::Good,
-     [] {
-         // 58 bytes of page and identification, 28 of page, then the comment packet.
-         const std::size_t at = page(identification()).size() + 28 + 7 + 4 + 1 + 4 + 4;
-         static const std::string text = "TITLE=" + std::string(2048 - at - 6, 'y');
-         return file(identification(), comments({text}), 44100 * 7);
-     }},
+    {"ogg_comment_that_ends_at_byte_2048_counts", Kind::Good, [] { return withCommentUpTo(2048); }},
     {"ogg_comment_that_ends_at_byte_2049_does_not", Kind::Good,
-     [] {
-         const std::size_t at = page(identification()).size() + 28 + 7 + 4 + 1 + 4 + 4;
-         static const std::string text = "TITLE=" + std::string(2049 - at - 6, 'y');
-         return file(identification(), comments({text}), 44100 * 7);
-     }},
+     [] { return withCommentUpTo(2049); }},
     {"ogg_count_beyond_the_comments", Kind::Good,
      [] { return file(identification(), comments({"TITLE=Abc"}, "v", 0xFFFFFFFF), 44100 * 7); }},
     {"ogg_vendor_text_beyond_byte_2048", Kind::Good,
@@ -118,28 +130,8 @@ const SampleSet kOggSamples = {
              .fill(8192, 0x55)
              .take();
      }},
-    {"ogg_last_page_with_26_bytes_left_is_found", Kind::Good,
-     [] {
-         return Builder()
-             .bytes(file(identification(), comments({}), 44100 * 3))
-             .text("OggS")
-             .u8(0)
-             .u8(4)
-             .le64(44100 * 5)
-             .fill(12)
-             .take();
-     }},
-    {"ogg_last_page_with_25_bytes_left_is_not", Kind::Good,
-     [] {
-         return Builder()
-             .bytes(file(identification(), comments({}), 44100 * 3))
-             .text("OggS")
-             .u8(0)
-             .u8(4)
-             .le64(44100 * 5)
-             .fill(11)
-             .take();
-     }},
+    {"ogg_last_page_with_26_bytes_left_is_found", Kind::Good, [] { return withLastPage(12); }},
+    {"ogg_last_page_with_25_bytes_left_is_not", Kind::Good, [] { return withLastPage(11); }},
     {"ogg_granule_above_2_to_the_32_loses_its_upper_half", Kind::Good,
      [] { return file(identification(), comments({}), 0x1'0000'0000ull + 44100 * 2); }},
     {"ogg_granule_of_31_bits_set_is_huge", Kind::Good,

@@ -331,5 +331,39 @@ TEST(Asf, AValueThatReachesBeyondTheHeaderEndsTheWalk) {
     EXPECT_EQ(hasYear(0xFFFF), 0u);
 }
 
+TEST(Asf, OfAFlagsWordSevenBitsAreTheNumber) {
+    // Stream 3 with all other flags set, and stream 4: the lower number is described.
+    const auto stream = [](unsigned flags, unsigned channels) {
+        return asf::audioStream(flags, 0x161, channels);
+    };
+    const Bytes bytes = asf::file({stream(4, 6), stream(0x7F83, 2), stream(5, 1)});
+    EXPECT_EQ(probeBytes(bytes).info->audioChannels, 2u);
+    // 127 and 126, the largest numbers.
+    const Bytes large = asf::file({stream(127, 6), stream(126, 2)});
+    EXPECT_EQ(probeBytes(large).info->audioChannels, 2u);
+}
+
+TEST(Asf, OfTwoStreamsWithOneNumberTheFirstIsDescribed) {
+    const Bytes sound = asf::file({asf::audioStream(2, 0x161, 2), asf::audioStream(2, 0x162, 6)});
+    EXPECT_EQ(probeBytes(sound).info->audioFormatTag, 0x161u);
+    const Bytes video =
+        asf::file({asf::videoStream(2, "WMV3", 640), asf::videoStream(2, "WVC1", 320)});
+    EXPECT_EQ(probeBytes(video).info->videoWidth, 640u);
+}
+
+TEST(Asf, NamesOf32BytesArePassedOver) {
+    using namespace std::string_view_literals;
+    // With its terminator the name has 30 bytes; one more zero makes it 32.
+    const auto artistOf = [](std::u16string_view name) {
+        const Outcome outcome = probeBytes(asf::file(
+            {asf::audioStream(1), asf::extendedContent({asf::attribute(name, u"Artist"),
+                                                        asf::attribute(u"WM/Year", u"2011")})}));
+        EXPECT_EQ(platform::toUtf8(outcome.info->year), "2011");
+        return platform::toUtf8(outcome.info->artist);
+    };
+    EXPECT_EQ(artistOf(u"WM/AlbumArtist"), "Artist");
+    EXPECT_EQ(artistOf(u"WM/AlbumArtist\0"sv), "");
+}
+
 }  // namespace
 }  // namespace probe_test

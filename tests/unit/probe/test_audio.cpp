@@ -8,66 +8,25 @@ namespace {
 
 using R = probe::MediaRecord;
 
-TEST(MpegAudio, HeaderTables) {
+// By hand; the tables behind them are tested row by row (test_tables.cpp).
+TEST(MpegAudio, LengthsOfFrames) {
     struct Case {
         audio::Frame frame;
-        std::uint32_t layer, bitRate, sampleRate, channels, samples, bytes;
+        std::uint32_t bytes;
     };
     for (const Case& one : std::to_array<Case>({
-             {{.version = 3, .layer = 1, .bitRate = 9}, 3, 128'000, 44100, 2, 1152, 417},
-             {{.version = 3, .layer = 1, .bitRate = 14, .sampleRate = 2},
-              3,
-              320'000,
-              32000,
-              2,
-              1152,
-              1440},
-             {{.version = 2, .layer = 1, .bitRate = 14, .mode = 3}, 3, 160'000, 22050, 1, 576, 522},
-             {{.version = 0, .layer = 1, .bitRate = 1, .sampleRate = 2},
-              3,
-              8'000,
-              8000,
-              2,
-              576,
-              72},
-             {{.version = 3, .layer = 2, .bitRate = 14, .sampleRate = 1},
-              2,
-              384'000,
-              48000,
-              2,
-              1152,
-              1152},
-             {{.version = 2, .layer = 2, .bitRate = 1, .sampleRate = 1},
-              2,
-              8'000,
-              24000,
-              2,
-              1152,
-              48},
-             {{.version = 3, .layer = 3, .bitRate = 14, .padding = 1},
-              1,
-              448'000,
-              44100,
-              2,
-              384,
-              488},
-             {{.version = 2, .layer = 3, .bitRate = 14}, 1, 256'000, 22050, 2, 384, 556},
-             {{.version = 0, .layer = 3, .bitRate = 5, .sampleRate = 0},
-              1,
-              80'000,
-              11025,
-              2,
-              384,
-              348},
-             {{.bitRate = 0}, 3, 0, 44100, 2, 1152, 0},
+             {{.version = 3, .layer = 1, .bitRate = 9}, 417},  // 128 kbit/s at 44,100 Hz
+             {{.version = 3, .layer = 1, .bitRate = 14, .sampleRate = 2}, 1440},
+             {{.version = 2, .layer = 1, .bitRate = 14, .mode = 3}, 522},
+             {{.version = 0, .layer = 1, .bitRate = 1, .sampleRate = 2}, 72},
+             {{.version = 3, .layer = 2, .bitRate = 14, .sampleRate = 1}, 1152},
+             {{.version = 2, .layer = 2, .bitRate = 1, .sampleRate = 1}, 48},
+             {{.version = 3, .layer = 3, .bitRate = 14, .padding = 1}, 488},
+             {{.version = 2, .layer = 3, .bitRate = 14}, 556},
+             {{.version = 0, .layer = 3, .bitRate = 5, .sampleRate = 0}, 348},
          })) {
         probe::MpegAudioHeader header;
         ASSERT_TRUE(probe::parseMpegAudioHeader(audio::frame(one.frame), header));
-        EXPECT_EQ(header.layer, one.layer);
-        EXPECT_EQ(header.bitRate, one.bitRate);
-        EXPECT_EQ(header.sampleRate, one.sampleRate);
-        EXPECT_EQ(header.channels, one.channels);
-        EXPECT_EQ(header.samplesPerFrame, one.samples);
         EXPECT_EQ(header.frameBytes, one.bytes);
     }
 }

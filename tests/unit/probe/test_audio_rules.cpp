@@ -1,11 +1,7 @@
-// Single rules of MPEG audio, FLAC, Monkey's Audio, Ogg, ASF texts and still images, at their
-// edges.
+// Single rules of MPEG audio, FLAC, Monkey's Audio and their tags, at their edges.
 #include <algorithm>
 
-#include "build_asf.h"
 #include "build_audio.h"
-#include "build_ogg.h"
-#include "build_riff.h"
 #include "expectations.h"
 #include "probe/mpegaudio/id3.h"
 
@@ -352,115 +348,6 @@ TEST(TextRules, ApeItemsAreUtf8FromVersion2000On) {
             const Outcome none = probeBytes(audio::apeWith(audio::apeTag({{other, "x"}})));
             EXPECT_EQ((*none.info).*one.flag, 0u) << other;
         }
-    }
-}
-
-TEST(AsfRules, OfAFlagsWordSevenBitsAreTheNumber) {
-    // Stream 3 with all other flags set, and stream 4: the lower number is described.
-    const auto stream = [](unsigned flags, unsigned channels) {
-        return asf::audioStream(flags, 0x161, channels);
-    };
-    const Bytes bytes = asf::file({stream(4, 6), stream(0x7F83, 2), stream(5, 1)});
-    EXPECT_EQ(probeBytes(bytes).info->audioChannels, 2u);
-    // 127 and 126, the largest numbers.
-    const Bytes large = asf::file({stream(127, 6), stream(126, 2)});
-    EXPECT_EQ(probeBytes(large).info->audioChannels, 2u);
-}
-
-TEST(AsfRules, OfTwoStreamsWithOneNumberTheFirstIsDescribed) {
-    const Bytes sound = asf::file({asf::audioStream(2, 0x161, 2), asf::audioStream(2, 0x162, 6)});
-    EXPECT_EQ(probeBytes(sound).info->audioFormatTag, 0x161u);
-    const Bytes video =
-        asf::file({asf::videoStream(2, "WMV3", 640), asf::videoStream(2, "WVC1", 320)});
-    EXPECT_EQ(probeBytes(video).info->videoWidth, 640u);
-}
-
-TEST(AsfRules, NamesOf32BytesArePassedOver) {
-    using namespace std::string_view_literals;
-    // With its terminator the name has 30 bytes; one more zero makes it 32.
-    const auto artistOf = [](std::u16string_view name) {
-        const Outcome outcome = probeBytes(asf::file(
-            {asf::audioStream(1), asf::extendedContent({asf::attribute(name, u"Artist"),
-                                                        asf::attribute(u"WM/Year", u"2011")})}));
-        EXPECT_EQ(platform::toUtf8(outcome.info->year), "2011");
-        return platform::toUtf8(outcome.info->artist);
-    };
-    EXPECT_EQ(artistOf(u"WM/AlbumArtist"), "Artist");
-    EXPECT_EQ(artistOf(u"WM/AlbumArtist\0"sv), "");
-}
-
-TEST(ImageRules, AHuffmanTableIsNoFrame) {
-    const auto withSegment = [](unsigned marker) {
-        return Builder()
-            .be32(0xFFD8FF00u | marker)
-            .be16(20)
-            .fill(18, 0x11)
-            .be16(0xFFC0)
-            .be16(17)
-            .u8(8)
-            .be16(48)
-            .be16(64)
-            .u8(3)
-            .fill(60)
-            .take();
-    };
-    for (const unsigned marker : {0xC4u, 0xC8u, 0xCCu, 0xDBu, 0xE0u}) {
-        const Outcome outcome = probeBytes(withSegment(marker));
-        EXPECT_EQ(outcome.info->imageWidth, 64u) << marker;
-        EXPECT_EQ(outcome.info->imageHeight, 48u) << marker;
-        EXPECT_EQ(outcome.info->imageBitsPerPixel, 24u) << marker;
-    }
-    for (unsigned frame = 0xC0; frame < 0xC4; ++frame) {
-        Bytes bytes = withSegment(0xE0);
-        bytes[2 + 22 + 1] = static_cast<std::uint8_t>(frame);
-        EXPECT_EQ(probeBytes(bytes).info->imageWidth, 64u) << frame;
-    }
-    // No FF behind SOI: the fixed layout, whatever the next byte is.
-    Bytes fixed = withSegment(0xE0);
-    fixed[2] = 0x01;
-    EXPECT_EQ(probeBytes(fixed).info->imageWidth, 0x01E0u);
-    for (unsigned nibble = 0; nibble < 16; ++nibble) {
-        const Outcome outcome = probeBytes(withSegment(nibble << 4 | 0xB));
-        const bool walks = nibble >= 0xC && nibble <= 0xE;
-        EXPECT_EQ(outcome.info->imageWidth, walks ? 64u : 0xFF00u | nibble << 4 | 0xB) << nibble;
-    }
-}
-
-TEST(ImageRules, ABitmapsDepthHas16Bits) {
-    const Bytes bytes = Builder()
-                            .text("BM")
-                            .fill(16)
-                            .le32(640)
-                            .le32(0xFFFFFE20)
-                            .le16(1)
-                            .le16(0x0120)
-                            .padTo(64)
-                            .take();
-    const Outcome outcome = probeBytes(bytes);
-    EXPECT_EQ(outcome.info->imageWidth, 640u);
-    EXPECT_EQ(outcome.info->imageHeight, 0xFFFFFE20u) << "as it stands, negative for top-down";
-    EXPECT_EQ(outcome.info->imageBitsPerPixel, 0x120u);
-}
-
-TEST(ImageRules, EveryByteOfASignatureCounts) {
-    const auto kinds = {"image_gif_packed_f7_is_8_bits", "image_bmp_24_bits",
-                        "image_png_of_64_bytes"};
-    const std::size_t lengths[] = {3, 2, 8};
-    std::size_t kind = 0;
-    for (const char* name : kinds) {
-        const Bytes good = sample(name).build();
-        for (std::size_t at = 0; at < lengths[kind]; ++at) {
-            Bytes bytes = good;
-            bytes[at] = static_cast<std::uint8_t>(bytes[at] ^ 1);
-            EXPECT_EQ(probeBytes(bytes).info->imageWidth, 0u) << name << at;
-        }
-        ++kind;
-    }
-    Bytes png = sample("image_png_of_64_bytes").build();
-    for (std::size_t at = 12; at < 16; ++at) {
-        Bytes bytes = png;
-        bytes[at] = static_cast<std::uint8_t>(bytes[at] ^ 1);
-        EXPECT_EQ(probeBytes(bytes).info->imageWidth, 0u) << at;
     }
 }
 

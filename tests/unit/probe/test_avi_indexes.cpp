@@ -27,6 +27,7 @@ struct Indexed {
 Indexed withStandardIndex(Entries entries, std::uint32_t count, std::size_t between = 0,
                           const Bytes& behind = {}, std::string_view id = "00dc") {
     Indexed made;
+    // Twice: first to learn where the index lies.
     for (int pass = 0; pass < 2; ++pass) {
         const Bytes headers = join(
             {avih(kPace),

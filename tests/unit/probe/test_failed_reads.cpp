@@ -33,8 +33,6 @@ void* operator new[](std::size_t size) {
 namespace probe_test {
 namespace {
 
-using R = probe::MediaRecord;
-
 struct Told {
     probe::Result claimed, status;
     std::uint32_t container;
@@ -230,9 +228,7 @@ TEST(FailedReads, OfMp4DecoderInformation) {
     expectMp4Fails(bytes, {{"the descriptors", "esds", 0, 4}, {"their end", "esds", 5900, 5}});
 }
 
-TEST(FailedReads, EveryReadOfASampleMatters) {
-    // Each read, and the one that asks again for what was wanted, fails: nothing is told as found
-    // that was not.
+TEST(FailedReads, AFileOfWhichNothingCanBeReadIsDeclined) {
     for (const char* name :
          {"avi_mpeg4_with_idx1", "avi_opendml", "mp4_avc_and_aac", "mp4_moov_behind_mdat",
           "ogg_vorbis_with_five_tags", "asf_audio_with_all_texts", "wave_pcm_stereo",
@@ -274,9 +270,8 @@ TEST(FailedReads, ABadSectorIsNotNeededOrIsToldOf) {
     }
 }
 
-// A sector behind the head: what of a sample stands there is a failed read, and the rest of the
-// record stays as it was constructed.
-TEST(FailedReads, BehindTheHead) {
+// What the header list told is not kept when a picture or the index behind it cannot be read.
+TEST(FailedReads, OfAvi) {
     const Bytes picture = volPayload(3, 0, 0, 6000);
     const Bytes headers = join({avih(40000), videoList("XVID", 64, 48)});
     const Bytes index = chunk("idx1", join({idx1Entry("00dc", 4, 6000)}));

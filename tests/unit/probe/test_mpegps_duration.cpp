@@ -60,7 +60,7 @@ TEST(MpegPsPlayTime, LooksAtEightPlacesAndShortlyBehindEach) {
 
 TEST(MpegPsPlayTime, ThePlacesCountFromTheFirstPack) {
     // The first pack with a clock is the tenth, so the stretches are of 63 packs.
-    PackFile file({9 * 64 * kPackEvery + kClockBytes, evenClock});
+    PackFile file(9 * 64 * kPackEvery + kClockBytes, evenClock);
     EXPECT_EQ(measure(file, {.offset = 9 * kPackEvery, .time = 9 * kMillisecond}).duration,
               (9 * 64 - 9) * kMillisecond);
     ASSERT_EQ(file.looks.size(), 17u);
@@ -231,11 +231,13 @@ TEST(MpegPsPlayTime, AtMostOneTurnOfTheClockIsExpected) {
             (stretch < 5 ? stretch : stretch - 5) * kQuick * kEach + std::min(in, kQuick) * kEach;
         return stretch == 4 && in > kQuick ? kStretch - in : time;
     };
-    // Every halving of the fourth stretch is broken on both sides. 3,200 packs and 1,600 count a
-    // turn each; the other ones their minutes, down to the gap in front of the last pack.
+    // Every halving of the fifth stretch is broken on both sides. Its halves of 3,200 packs and of
+    // 1,600 count a turn each; the smaller ones their minutes, down to the gap in front of the last
+    // pack.
     constexpr std::int64_t kTurn = (std::int64_t{1} << 33) * 1000 / 9;
+    constexpr std::int64_t kSmaller = kStretch - 3200 - 1600 - 1;
     EXPECT_EQ(durationOf(kStretch, clock),
-              2 * kTurn + ((6399 - 4800) + 8 * kQuick) * kEach * kMillisecond);
+              2 * kTurn + (kSmaller + 8 * kQuick) * kEach * kMillisecond);
 }
 
 // A stretch that took less than three fifths of what its pace lets expect is halved, if that is a
@@ -243,9 +245,8 @@ TEST(MpegPsPlayTime, AtMostOneTurnOfTheClockIsExpected) {
 TEST(MpegPsPlayTime, AStretchThatTookTooLittleIsLookedAt) {
     struct Case {
         const char* name;
-        std::int64_t pace;  // milliseconds for a pack
-        std::int64_t
-            backwards;  // by how much the clock of the fourth stretch's last 40 packs runs back
+        std::int64_t pace;       // milliseconds for a pack
+        std::int64_t backwards;  // milliseconds lost before the fourth stretch's last 40 packs
         bool isHalved;
     };
     constexpr Case kCases[] = {
@@ -315,7 +316,7 @@ TEST(MpegPsPlayTime, TheHalvingsArePaidFrom2MiB) {
     EXPECT_EQ(file.looks.size(), 17u + (2u << 20) / 4096u) << "not nine times 63";
 }
 
-// As far as 256 KiB, and no further than the next place.
+// Or up to the next place.
 TEST(MpegPsPlayTime, APackIsLookedForOver256KiB) {
     struct Case {
         std::uint64_t stretch;  // packs

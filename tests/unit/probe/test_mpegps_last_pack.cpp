@@ -4,7 +4,13 @@
 namespace probe_test {
 namespace {
 
-TEST(MpegPsPlayTime, TheLastPackMayBeginBehindTheFirstStartCode) {
+// From the end in stretches of 4 KiB that double up to 64 KiB, each with the clock's bytes of the
+// one behind it.
+constexpr std::uint64_t kFirstStep = 4096 - kClockBytes;
+constexpr std::uint64_t kLongestStep = 65536 - kClockBytes;
+constexpr std::uint64_t kPackBytes = 14;  // of an MPEG-2 pack header without stuffing
+
+TEST(MpegPsLastPack, BeginsBehindTheFirstStartCode) {
     for (const std::uint64_t at : {3u, 4u}) {
         PackFile file(100, [](std::uint64_t) { return kNone; });
         file.over[at] = ps::pack2(900);
@@ -13,17 +19,15 @@ TEST(MpegPsPlayTime, TheLastPackMayBeginBehindTheFirstStartCode) {
     }
 }
 
-// From the end in stretches of 4 KiB that double up to 64 KiB, each with the clock's bytes of the
-// one behind it.
-TEST(MpegPsPlayTime, TheLastPackIsLookedForOver2MiB) {
+TEST(MpegPsLastPack, IsLookedForOver2MiB) {
     constexpr std::uint64_t kEnd = 5 << 20;
     PackFile file(kEnd, [](std::uint64_t) { return kNone; });
     EXPECT_EQ(measure(file).duration, 0);
-    std::vector<Look> looks = {{kEnd - 4086, 4086}};
-    for (std::uint64_t step = 2 * 4086, limit = kEnd - 4086; kEnd - limit < 2 << 20;
-         step = std::min<std::uint64_t>(step * 2, 65526)) {
+    std::vector<Look> looks = {{kEnd - kFirstStep, kFirstStep}};
+    for (std::uint64_t step = 2 * kFirstStep, limit = kEnd - kFirstStep; kEnd - limit < 2 << 20;
+         step = std::min(step * 2, kLongestStep)) {
         limit -= step;
-        looks.push_back({limit, step + 10});
+        looks.push_back({limit, step + kClockBytes});
     }
     EXPECT_EQ(file.looks, looks);
     // The last of them begins here; a pack in front of it is not found.
@@ -33,9 +37,9 @@ TEST(MpegPsPlayTime, TheLastPackIsLookedForOver2MiB) {
     }
 }
 
-TEST(MpegPsPlayTime, APackAcrossTwoLooksIsTheLast) {
+TEST(MpegPsLastPack, MayLieAcrossTwoLooks) {
     constexpr std::uint64_t kEnd = 1 << 17;
-    for (std::uint64_t at = kEnd - 4086 - 20; at < kEnd - 4086 + 20; ++at) {
+    for (std::uint64_t at = kEnd - kFirstStep - 20; at < kEnd - kFirstStep + 20; ++at) {
         PackFile file(kEnd, [](std::uint64_t) { return kNone; });
         file.over[kPackEvery] = ps::pack2(90);
         file.over[at] = ps::pack2(900);
@@ -43,26 +47,24 @@ TEST(MpegPsPlayTime, APackAcrossTwoLooksIsTheLast) {
     }
 }
 
-TEST(MpegPsPlayTime, OfSeveralPacksInALookTheLastCounts) {
+TEST(MpegPsLastPack, IsTheLastOfSeveralInALook) {
     PackFile file(1 << 17, [](std::uint64_t) { return kNone; });
     for (std::uint64_t i = 1; i <= 5; ++i) {
-        file.over[(1 << 17) - 300 + i * 14] = ps::pack2(i * 900);  // one directly behind the other
+        file.over[(1 << 17) - 300 + i * kPackBytes] = ps::pack2(i * 900);
     }
     EXPECT_EQ(measure(file).duration, 50 * kMillisecond);
 }
 
 Bytes damagedPack() {
-    Bytes pack = ps::pack2(900);
-    pack[9] &= 0xFE;
-    return pack;
+    return ps::withoutMarker(ps::pack2(900));
 }
 
-TEST(MpegPsPlayTime, ADamagedPackBehindTheLastPrintsOneLineWhereverItLies) {
+TEST(MpegPsLastPack, ADamagedOneBehindItPrintsOneLineWhereverItLies) {
     constexpr std::uint64_t kEnd = 1 << 17;
     constexpr const char* kLine = "ERROR: GetSCR ERROR\n";
-    for (std::uint64_t at = kEnd - 4086 - 20; at < kEnd - 4086 + 20; ++at) {
+    for (std::uint64_t at = kEnd - kFirstStep - 20; at < kEnd - kFirstStep + 20; ++at) {
         PackFile file(kEnd, [](std::uint64_t) { return kNone; });
-        file.over[at - 14] = ps::pack2(1800);
+        file.over[at - kPackBytes] = ps::pack2(1800);
         file.over[at] = damagedPack();
         const Measured measured = measure(file);
         EXPECT_EQ(measured.duration, 20 * kMillisecond) << kEnd - at;
@@ -70,12 +72,12 @@ TEST(MpegPsPlayTime, ADamagedPackBehindTheLastPrintsOneLineWhereverItLies) {
         EXPECT_EQ(measure(file, {.packsReadTo = at}).lines, kLine) << kEnd - at;
         EXPECT_EQ(measure(file, {.packsReadTo = at + 1}).lines, "")
             << "the walk has told of it: " << kEnd - at;
-        file.over[at + 14] = ps::pack2(2700);
+        file.over[at + kPackBytes] = ps::pack2(2700);
         EXPECT_EQ(measure(file).lines, "") << "a good one follows: " << kEnd - at;
     }
 }
 
-TEST(MpegPsPlayTime, ADamagedPackAtTheEndPrintsWithItsWholeClock) {
+TEST(MpegPsLastPack, ADamagedOneAtTheEndPrintsWithItsWholeClock) {
     for (const std::uint64_t missing : {0u, 1u}) {
         PackFile file((1 << 17) - missing, [](std::uint64_t) { return kNone; });
         file.over[kPackEvery] = ps::pack2(900);

@@ -7,7 +7,6 @@
 
 #include "build_audio.h"
 #include "build_mpegps.h"
-#include "build_riff.h"
 #include "probe/mpegps/audio.h"
 #include "probe/mpegps/walk.h"
 #include "probing.h"
@@ -19,6 +18,7 @@ constexpr std::size_t kWalk = 0x200000;       // how far the walk goes from the 
 constexpr std::size_t kSilent = 0x40000;      // the same when no sound is announced and none came
 constexpr std::int64_t kSecond = 10'000'000;  // of the clock, units of 100 ns
 constexpr std::size_t kSector = 512;
+constexpr std::size_t kPacketHead = 6;  // start code and length
 
 struct Walk {
     explicit Walk(const Bytes& bytes, std::uint64_t firstPack = 0) : file(bytes), window(file) {
@@ -44,6 +44,14 @@ struct Walk {
 // A packet whose data hold just this, header included.
 Bytes rawPacket(unsigned stream, const Bytes& data) {
     return Builder().be24(1).u8(stream).be16(data.size()).bytes(data).take();
+}
+
+// Fills up to this size with packets of padding.
+void padWithPackets(Builder& builder, std::size_t size) {
+    while (builder.size() + 60'000 < size) {
+        builder.bytes(rawPacket(0xBE, Bytes(50'000, 0xFF)));
+    }
+    builder.bytes(rawPacket(0xBE, Bytes(size - builder.size() - kPacketHead, 0xFF)));
 }
 
 Bytes soundFrames() {
@@ -145,7 +153,7 @@ TEST(MpegPsWalk, AStartCodeMayStandAnywhere) {
         EXPECT_EQ(search.go(), probe::kOk);
         EXPECT_EQ(search.width(), 352u) << "searched for: " << at;
         const Bytes told = Builder()
-                               .bytes(rawPacket(0xBE, Bytes(at - 6, 0xFF)))
+                               .bytes(rawPacket(0xBE, Bytes(at - kPacketHead, 0xFF)))
                                .bytes(code)
                                .fill(100, 0x55)
                                .take();
@@ -244,10 +252,7 @@ std::uint32_t soundBehind(std::size_t before, const Sound& sound) {
     if (sound.isHeardOf) {
         builder.bytes(ps::packet2(0xC0, Bytes(40, 0x11)));
     }
-    while (builder.size() + 60'000 < sound.front + before) {
-        builder.bytes(rawPacket(0xBE, Bytes(50'000, 0xFF)));
-    }
-    builder.bytes(rawPacket(0xBE, Bytes(sound.front + before - builder.size() - 6, 0xFF)));
+    padWithPackets(builder, sound.front + before);
     const Bytes bytes = builder.bytes(ps::packet2(0xC0, soundFrames())).fill(5000, 0x55).take();
     Walk walk(bytes, sound.front);
     EXPECT_EQ(walk.go(), probe::kOk);
@@ -307,9 +312,7 @@ TEST(MpegPsWalk, NothingBehind2MiBIsRead) {
         {"a packet without a length", Builder().be32(0x1E1).be16(0).fill(12, 0x55).take()}};
     Builder builder;
     builder.bytes(ps::pack2(0));
-    while (builder.size() + 60'000 < kWalk) {
-        builder.bytes(rawPacket(0xBE, Bytes(50'000, 0xFF)));
-    }
+    padWithPackets(builder, kWalk - 50'000);
     Bytes bytes = builder.padTo(kWalk + 5000, 0x55).take();
     for (const AtLimit& row : rows) {
         for (std::size_t held = 1; held <= row.bytes.size(); ++held) {
@@ -328,11 +331,7 @@ TEST(MpegPsWalk, GoesOver2MiBFromTheFirstPack) {
         for (const std::size_t behind : {0u, 1u}) {
             Builder builder;
             builder.fill(front, 0x55).bytes(ps::pack2(0));
-            while (builder.size() + 60'000 < kWalk) {
-                builder.bytes(rawPacket(0xBE, Bytes(50'000, 0xFF)));
-            }
-            const std::size_t start = front + kWalk - video.size() + behind;
-            builder.bytes(rawPacket(0xBE, Bytes(start - builder.size() - 6, 0xFF)));
+            padWithPackets(builder, front + kWalk - video.size() + behind);
             const Bytes bytes = builder.bytes(video).fill(5000, 0x55).take();
             Walk walk(bytes, front);
             EXPECT_EQ(walk.go(), probe::kOk);
@@ -363,11 +362,11 @@ TEST(MpegPsWalk, APacketThatDescribesNothingIsReadNoFurtherThanItsHeader) {
           Needed{"the first, which is known", 0xE0, 32},
           Needed{"a stream of another kind", 0xFA, 3}, Needed{"padding", 0xBE, 0}}) {
         for (const std::size_t less : {0u, 1u}) {
-            const std::size_t start = kBad - 6 - row.bytes + less;
+            const std::size_t start = kBad - kPacketHead - row.bytes + less;
             const Bytes bytes =
                 Builder()
                     .bytes(complete)
-                    .bytes(rawPacket(0xBE, Bytes(start - complete.size() - 6, 0xFF)))
+                    .bytes(rawPacket(0xBE, Bytes(start - complete.size() - kPacketHead, 0xFF)))
                     .bytes(rawPacket(row.stream, Bytes(20'000, 0x80)))
                     .bytes(ps::packet2(0xC0, soundFrames()))
                     .take();
@@ -392,7 +391,7 @@ TEST(MpegPsWalk, AReadThatFailsEndsIt) {
         for (std::size_t held = 0; held <= 8; ++held) {
             const std::size_t start = kBad - held;
             const Bytes bytes = Builder()
-                                    .bytes(rawPacket(0xBE, Bytes(start - 6, 0xFF)))
+                                    .bytes(rawPacket(0xBE, Bytes(start - kPacketHead, 0xFF)))
                                     .bytes(row.bytes)
                                     .bytes(ps::packet2(0xE0, ps::sequence({})))
                                     .fill(5000, 0x55)

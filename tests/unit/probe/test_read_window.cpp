@@ -1,4 +1,4 @@
-// What the parsers stand on: the search for start codes, and the window onto the file.
+// The window onto the file that the parsers read through, and the search for start codes in it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -105,6 +105,108 @@ TEST(StartCodes, AReadThatFailsEndsTheSearch) {
                                              return true;
                                          }));
     EXPECT_EQ(found, 0);
+}
+
+TEST(ReadWindow, ServesAWalkInSmallStepsWithFewReads) {
+    Bytes bytes(200000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<std::uint8_t>(i * 7);
+    }
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    for (std::size_t at = 0; at + 8 <= bytes.size(); at += 9) {
+        std::span<const std::uint8_t> header;
+        ASSERT_TRUE(window.viewAll(at, 8, header));
+        ASSERT_EQ(header[7], bytes[at + 7]);
+    }
+    EXPECT_LE(file.reads, 8u);
+    EXPECT_LE(file.bytesRead, bytes.size() + 8 * 8);
+    EXPECT_EQ(window.counts().reads, file.reads);
+    EXPECT_EQ(window.counts().bytes, file.bytesRead);
+}
+
+TEST(ReadWindow, KeepsTheHeadOfTheFile) {
+    Bytes bytes(300000, 1);
+    bytes[5] = 77;
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    std::span<const std::uint8_t> head, out;
+    ASSERT_TRUE(window.viewAll(0, 8, head));
+    for (const std::uint64_t far : {std::uint64_t{200000}, std::uint64_t{100000}}) {
+        ASSERT_TRUE(window.viewAll(far, 8, out));
+    }
+    EXPECT_EQ(file.reads, 3u);
+    EXPECT_EQ(head[5], 77) << "what was shown of the head stays";
+    ASSERT_TRUE(window.viewAll(0, 8, out));
+    EXPECT_EQ(out[5], 77);
+    ASSERT_TRUE(window.viewAll(probe::ReadWindow::kSmallest - 8, 8, out));
+    EXPECT_EQ(file.reads, 3u) << "the head was still there";
+    ASSERT_TRUE(window.viewAll(100008, 8, out));
+    EXPECT_EQ(file.reads, 3u) << "and so was the window";
+}
+
+TEST(ReadWindow, ABadSectorThatNobodyNeedsIsNoFailure) {
+    const Bytes bytes(100000, 1);
+    TestFile file(bytes);
+    file.badFrom = 3000;
+    file.badTo = 3001;
+    probe::ReadWindow window(file);
+    std::span<const std::uint8_t> out;
+    ASSERT_TRUE(window.viewAll(0, 64, out));
+    EXPECT_EQ(file.reads, 2u) << "4096 bytes, then the first sector";
+    EXPECT_EQ(file.bytesAsked, 4096u + 512u);
+    ASSERT_TRUE(window.viewAll(500, 12, out));
+    EXPECT_EQ(file.reads, 2u) << "the sector is at hand";
+    // 5 x 512 bytes in front of the bad sector, in steps that are tried larger first.
+    for (std::uint64_t at = 512; at + 512 <= 2560; at += 512) {
+        ASSERT_TRUE(window.viewAll(at, 512, out)) << at;
+    }
+    EXPECT_LE(file.reads, 2u + 2 * 4);
+    const std::uint64_t before = file.reads;
+    EXPECT_FALSE(window.viewAll(2996, 8, out)) << "now it is needed";
+    EXPECT_EQ(file.reads, before + 2);
+    ASSERT_TRUE(window.viewAll(3001, 8, out)) << "the file goes on behind it";
+}
+
+TEST(ReadWindow, WhatWasWantedIsNotAskedForTwice) {
+    const Bytes bytes(5000, 1);
+    TestFile file(bytes);
+    file.badFrom = 4999;
+    file.badTo = 5000;
+    probe::ReadWindow window(file);
+    std::uint64_t size = 0;
+    ASSERT_TRUE(window.size(size));
+    std::span<const std::uint8_t> out;
+    EXPECT_FALSE(window.view(4900, 100, out));
+    EXPECT_EQ(file.reads, 1u);
+}
+
+TEST(ReadWindow, DoesNotAskForWhatTheSizeRulesOut) {
+    const Bytes bytes(5000, 1);
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    std::uint64_t size = 0;
+    ASSERT_TRUE(window.size(size));
+    std::span<const std::uint8_t> view;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(window.view(4990, 100, view));
+        EXPECT_EQ(view.size(), 10u);
+    }
+    EXPECT_EQ(file.reads, 1u);
+    EXPECT_EQ(file.bytesAsked, 10u);
+}
+
+TEST(ReadWindow, AWholeViewAcrossTheEndFails) {
+    const Bytes bytes(100, 1);
+    TestFile file(bytes);
+    probe::ReadWindow window(file);
+    std::span<const std::uint8_t> out;
+    EXPECT_TRUE(window.viewAll(84, 16, out));
+    EXPECT_FALSE(window.viewAll(85, 16, out));
+    EXPECT_TRUE(window.view(90, 16, out));
+    EXPECT_EQ(out.size(), 10u);
+    EXPECT_TRUE(window.view(5000, 16, out));
+    EXPECT_EQ(out.size(), 0u);
 }
 
 // A file that neither tells its size nor, when a read fails, how much it read.

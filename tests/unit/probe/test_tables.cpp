@@ -8,7 +8,6 @@
 #include "build_riff.h"
 #include "expectations.h"
 #include "probe/codec/aac_config.h"
-#include "probe/codec/h264.h"
 #include "probe/codec/mpeg4_visual.h"
 #include "probe/codec/mpegaudio_header.h"
 #include "probe/mpegps/audio.h"
@@ -300,62 +299,73 @@ TEST(Tables, AacConfigurationsBeforeTheSyncExtension) {
     }
 }
 
-TEST(Tables, AacProgramConfigElement) {
-    struct Case {
-        unsigned front, side, back, lfe, data, coupling, monoMix, stereoMix, matrixMix, comment;
+// ISO/IEC 14496-3 4.4.1.1: how many elements of each kind there are, which mixes are described, and
+// the length of the comment.
+struct ProgramConfig {
+    unsigned front, side, back, lfe, data, coupling, monoMix, stereoMix, matrixMix, comment;
+};
+
+// A configuration with such an element in it, in front of a sync extension of 48,000 Hz.
+Bytes withProgramConfig(const ProgramConfig& config) {
+    BitWriter w;
+    unsigned used = 0;
+    const auto put = [&](std::uint32_t value, unsigned count) {
+        w.bits(value, count);
+        used += count;
     };
-    for (const Case& one : std::to_array<Case>({{0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-                                                {1, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-                                                {0, 1, 0, 0, 0, 0, 0, 0, 0, 0},
-                                                {0, 0, 1, 0, 0, 0, 0, 0, 0, 0},
-                                                {0, 0, 0, 1, 0, 0, 0, 0, 0, 0},
-                                                {0, 0, 0, 0, 1, 0, 0, 0, 0, 0},
-                                                {0, 0, 0, 0, 0, 1, 0, 0, 0, 0},
-                                                {0, 0, 0, 0, 0, 0, 1, 0, 0, 0},
-                                                {0, 0, 0, 0, 0, 0, 0, 1, 0, 0},
-                                                {0, 0, 0, 0, 0, 0, 0, 0, 1, 0},
-                                                {0, 0, 0, 0, 0, 0, 0, 0, 0, 3},
-                                                {3, 2, 1, 1, 2, 1, 1, 1, 1, 9}})) {
+    put(2, 5);
+    put(7, 4);
+    put(0, 4);  // channel configuration 0: the element follows
+    put(0, 3);
+    put(0, 4 + 2 + 4);
+    put(config.front, 4);
+    put(config.side, 4);
+    put(config.back, 4);
+    put(config.lfe, 2);
+    put(config.data, 3);
+    put(config.coupling, 4);
+    for (const auto& [flag, bits] : {std::pair{config.monoMix, 4u}, std::pair{config.stereoMix, 4u},
+                                     std::pair{config.matrixMix, 3u}}) {
+        put(flag, 1);
+        put(0x7, flag != 0 ? bits : 0);
+    }
+    for (unsigned i = 0; i < config.front + config.side + config.back + config.coupling; ++i) {
+        put(0x15, 5);
+    }
+    for (unsigned i = 0; i < config.lfe + config.data; ++i) {
+        put(0x9, 4);
+    }
+    put(0, (8 - used % 8) % 8);
+    put(config.comment, 8);
+    for (unsigned i = 0; i < config.comment; ++i) {
+        put(0x41, 8);
+    }
+    put(0x2B7, 11);
+    put(5, 5);
+    put(1, 1);
+    put(3, 4);
+    return w.take();
+}
+
+TEST(Tables, AacProgramConfigElement) {
+    for (const ProgramConfig& one :
+         std::to_array<ProgramConfig>({{0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+                                       {1, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+                                       {0, 1, 0, 0, 0, 0, 0, 0, 0, 0},
+                                       {0, 0, 1, 0, 0, 0, 0, 0, 0, 0},
+                                       {0, 0, 0, 1, 0, 0, 0, 0, 0, 0},
+                                       {0, 0, 0, 0, 1, 0, 0, 0, 0, 0},
+                                       {0, 0, 0, 0, 0, 1, 0, 0, 0, 0},
+                                       {0, 0, 0, 0, 0, 0, 1, 0, 0, 0},
+                                       {0, 0, 0, 0, 0, 0, 0, 1, 0, 0},
+                                       {0, 0, 0, 0, 0, 0, 0, 0, 1, 0},
+                                       {0, 0, 0, 0, 0, 0, 0, 0, 0, 3},
+                                       {3, 2, 1, 1, 2, 1, 1, 1, 1, 9}})) {
+        // More elements of five bits, so that they end at every bit of a byte.
         for (unsigned more = 0; more < 8; ++more) {
-            BitWriter w;
-            unsigned used = 0;
-            const auto put = [&](std::uint32_t value, unsigned count) {
-                w.bits(value, count);
-                used += count;
-            };
-            put(2, 5);
-            put(7, 4);
-            put(0, 4);  // channel configuration 0: the element follows
-            put(0, 3);
-            put(0, 4 + 2 + 4);
-            put(one.front + more, 4);  // so that the element ends at every bit of a byte
-            put(one.side, 4);
-            put(one.back, 4);
-            put(one.lfe, 2);
-            put(one.data, 3);
-            put(one.coupling, 4);
-            for (const auto& [flag, bits] :
-                 {std::pair{one.monoMix, 4u}, std::pair{one.stereoMix, 4u},
-                  std::pair{one.matrixMix, 3u}}) {
-                put(flag, 1);
-                put(0x7, flag != 0 ? bits : 0);
-            }
-            for (unsigned i = 0; i < one.front + more + one.side + one.back + one.coupling; ++i) {
-                put(0x15, 5);
-            }
-            for (unsigned i = 0; i < one.lfe + one.data; ++i) {
-                put(0x9, 4);
-            }
-            put(0, (8 - used % 8) % 8);
-            put(one.comment, 8);
-            for (unsigned i = 0; i < one.comment; ++i) {
-                put(0x41, 8);
-            }
-            put(0x2B7, 11);
-            put(5, 5);
-            put(1, 1);
-            put(3, 4);
-            EXPECT_EQ(probe::ParseAudioSpecificConfig(w.take(), 24000), 48000u)
+            ProgramConfig config = one;
+            config.front += more;
+            EXPECT_EQ(probe::ParseAudioSpecificConfig(withProgramConfig(config), 24000), 48000u)
                 << one.front << one.side << one.back << one.lfe << one.data << one.coupling
                 << one.monoMix << one.stereoMix << one.matrixMix << one.comment << more;
         }
@@ -383,76 +393,10 @@ TEST(Tables, AacSyncExtensionIsReadBitByBit) {
     EXPECT_EQ(rateOf(0x2B7, 5, 0), 24000u);
 }
 
-struct Aspect {
-    std::uint32_t horizontal, vertical;
-};
-
-// ITU-T H.264 Table E-1, aspect_ratio_idc 1 to 13.
-constexpr auto kSampleAspects = std::to_array<Aspect>({{1, 1},
-                                                       {12, 11},
-                                                       {10, 11},
-                                                       {16, 11},
-                                                       {40, 33},
-                                                       {24, 11},
-                                                       {20, 11},
-                                                       {32, 11},
-                                                       {80, 33},
-                                                       {18, 11},
-                                                       {15, 11},
-                                                       {64, 33},
-                                                       {160, 99}});
-
-probe::PixelAspect aspectOf(const SpsOptions& options) {
-    const Bytes set = sps(options);
-    return probe::FindAspectInSps(std::span(set).subspan(1));
-}
-
-TEST(Tables, H264SampleAspects) {
-    for (unsigned idc = 1; idc <= kSampleAspects.size(); ++idc) {
-        const probe::PixelAspect found = aspectOf({.aspectIdc = static_cast<int>(idc)});
-        EXPECT_EQ(found.horizontal, kSampleAspects[idc - 1].horizontal) << idc;
-        EXPECT_EQ(found.vertical, kSampleAspects[idc - 1].vertical) << idc;
-    }
-    for (const int idc : {0, 14, 254}) {
-        EXPECT_EQ(aspectOf({.aspectIdc = idc}).horizontal, 0u) << idc;
-        EXPECT_EQ(aspectOf({.aspectIdc = idc}).vertical, 0u) << idc;
-    }
-    const probe::PixelAspect own = aspectOf({.aspectIdc = 255, .sarWidth = 517, .sarHeight = 771});
-    EXPECT_EQ(own.horizontal, 517u);
-    EXPECT_EQ(own.vertical, 771u);
-}
-
-TEST(Tables, H264ProfilesWithAChromaFormat) {
-    for (unsigned profile = 0; profile < 256; ++profile) {
-        const probe::PixelAspect found =
-            aspectOf({.profile = profile, .chromaFormat = 2, .scalingMatrix = true});
-        EXPECT_EQ(found.horizontal, 12u) << profile;
-        EXPECT_EQ(found.vertical, 11u) << profile;
-    }
-}
-
-TEST(Tables, H264FieldsBeforeTheAspect) {
-    for (unsigned chroma = 0; chroma < 4; ++chroma) {
-        for (unsigned order = 0; order < 3; ++order) {
-            for (unsigned flags = 0; flags < 8; ++flags) {
-                const probe::PixelAspect found = aspectOf({.profile = 100,
-                                                           .chromaFormat = chroma,
-                                                           .scalingMatrix = (flags & 1) != 0,
-                                                           .pictureOrderType = order,
-                                                           .interlaced = (flags & 2) != 0,
-                                                           .cropping = (flags & 4) != 0});
-                EXPECT_EQ(found.vertical, 11u) << chroma << order << flags;
-            }
-        }
-    }
-    EXPECT_EQ(aspectOf({.vui = false}).vertical, 0u);
-    EXPECT_EQ(aspectOf({.aspectIdc = -1}).vertical, 0u);
-}
-
 TEST(Tables, Mpeg4PixelAspects) {
     // ISO/IEC 14496-2 Table 6-12.
     constexpr auto kAspects =
-        std::to_array<Aspect>({{1, 1}, {12, 11}, {10, 11}, {16, 11}, {40, 33}});
+        std::to_array<probe::PixelAspect>({{1, 1}, {12, 11}, {10, 11}, {16, 11}, {40, 33}});
     for (unsigned info = 0; info < 16; ++info) {
         for (const bool identifier : {false, true}) {
             const Bytes payload = volPayload(info, 77, 99, 16, identifier);
