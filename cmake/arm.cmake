@@ -1,5 +1,5 @@
-# The native tests as 32-bit ARM programs, run under qemu as on the processor of a unit: ARMv6 without
-# Thumb-2.
+# The native tests as 32-bit ARM programs, run under qemu as on the processor of a unit: ARMv6
+# without Thumb-2.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv6)
 set(CMAKE_C_COMPILER arm-linux-gnueabi-gcc)

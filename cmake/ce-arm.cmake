@@ -1,6 +1,6 @@
-# The player for Windows on 32-bit ARM, as near to Windows CE as Debian's tools come: clang knows ARM
-# Windows from ARMv7 and Thumb-2 on, and lld the subsystems of the desktop. It is linked, and its
-# import table looked at; there is nothing here to run it.
+# The player for Windows on 32-bit ARM, as near to Windows CE as Debian's tools come: clang knows
+# ARM Windows from ARMv7 and Thumb-2 on, and lld the subsystems of the desktop. It is linked, and
+# its import table looked at; there is nothing here to run it.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(triple thumbv7-windows-gnu)

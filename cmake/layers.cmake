@@ -1,6 +1,6 @@
-# Folders of the player as layers. Each library has an include scope of its own: a folder is seen only
-# by those who link the library that stands for it. tests/layers holds the includes and the links to
-# the drawing in docs/architecture.md.
+# Folders of the player as layers. Each library has an include scope of its own: a folder is seen
+# only by those who link the library that stands for it. tests/layers holds the includes and the
+# links to the drawing in docs/architecture.md.
 
 # movie_layer(TARGET FOLDER): the headers of FOLDER are included as "FOLDER/name.h".
 function(movie_layer target folder)

@@ -5,7 +5,8 @@
 #
 # Both throw, and use run-time type information, in the default configuration: a file that includes
 # them says so by `uses_exceptions(FILE...)`. They are looked up on the building machine and reached
-# through links of their own, because /usr/include itself would give a cross compiler the wrong C library.
+# through links of their own, because /usr/include itself would give a cross compiler the wrong C
+# library.
 set(headerOnly ${PROJECT_BINARY_DIR}/header_only)
 
 function(header_only_library target folder package)

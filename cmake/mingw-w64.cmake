@@ -9,7 +9,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# Import libraries from lists, and what of the compiler's own library a program without the others needs
-# (the stack probe).
+# Import libraries from lists, and what of the compiler's own library a program without the others
+# needs (the stack probe).
 set(MOVIE_DLLTOOL x86_64-w64-mingw32-dlltool)
 set(MOVIE_COMPILER_HELPERS gcc)

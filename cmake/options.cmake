@@ -1,8 +1,8 @@
 # Compiler options shared by all code of the project.
 
-# Every target links `movie_warnings`; the player's own code links `movie_code`, which also
-# forbids exceptions and run-time type information, as on the device. (So the sanitizers cannot check
-# what a table of virtual functions belongs to: `asan` leaves that check out.)
+# Every target links `movie_warnings`; the player's own code links `movie_code`, which also forbids
+# exceptions and run-time type information, as on the device. (So the sanitizers cannot check what a
+# table of virtual functions belongs to: `asan` leaves that check out.)
 add_library(movie_warnings INTERFACE)
 target_compile_options(movie_warnings INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Werror)

@@ -2,9 +2,10 @@
 # exports in platform/ce: what is not on a list cannot be linked.
 #
 # `unit_libraries` is what player code links. In movie.exe (a target with the property
-# MOVIE_UNIT_PROGRAM) these are the lists and nothing else; in a test program of the simulated unit it
-# is the simulated coredll.dll, beside the desktop's own libraries that the test needs itself. A program
-# that shares code with the player but stands outside of the unit has the property MOVIE_DESKTOP_PROGRAM.
+# MOVIE_UNIT_PROGRAM) these are the lists and nothing else; in a test program of the simulated unit
+# it is the simulated coredll.dll, beside the desktop's own libraries that the test needs itself. A
+# program that shares code with the player but stands outside of the unit has the property
+# MOVIE_DESKTOP_PROGRAM.
 add_library(unit_libraries INTERFACE)
 
 # unit_import_library(NAME): the target unit_NAME from platform/ce/NAME.def.
