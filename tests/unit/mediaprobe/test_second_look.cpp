@@ -398,5 +398,33 @@ TEST(SecondLook, MpegAudioThatDoesNotBeginWithAFrame) {
     EXPECT_EQ(look(tag + zeros(100), record).note, note);
 }
 
+// Of a file that its parser gave up on, by all letters that it begins with.
+TEST(SecondLook, OfAKindByItsWholeName) {
+    probe::MediaRecord record;
+    record.status = probe::kFail;
+    const std::string rest = little(1'000'000, 4) + "AVI " + zeros(500);
+    EXPECT_NE(look("RIFF" + rest, record).damage.find("cut off"), std::string::npos);
+    for (const char* other : {"SIFF", "RJFF", "RIGF", "RIFX"}) {
+        EXPECT_EQ(look(other + rest, record).damage, "the player's parser gives up on its headers")
+            << other;
+    }
+}
+
+// A file that cannot be read is not called empty, nor full of zeros.
+TEST(SecondLook, OfAFileThatCannotBeRead) {
+    struct Unreadable final : platform::ReadOnlyFile {
+        bool size(std::uint64_t& bytes) override {
+            bytes = 5000;
+            return true;
+        }
+        bool readAt(std::uint64_t, std::span<std::uint8_t>, std::size_t&) override { return false; }
+    };
+    Unreadable file;
+    probe::ReadWindow window(file);
+    const SecondLook seen = lookAgain(window, {}, Claimed::No);
+    EXPECT_EQ(seen.damage, "");
+    EXPECT_EQ(seen.note, "");
+}
+
 }  // namespace
 }  // namespace mediaprobe
