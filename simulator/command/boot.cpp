@@ -53,18 +53,6 @@ std::string lastLineOf(const std::string& path) {
     return last;
 }
 
-// Until the unit answers; false when its process has ended or patience has.
-bool awaitHub(const Unit& unit, pid_t hub) {
-    const long long end = process::nowMilliseconds() + kHubPatience;
-    while (!isRunning(unit)) {
-        if (process::nowMilliseconds() > end || !process::isAlive(hub)) {
-            return false;
-        }
-        process::sleepMilliseconds(10);
-    }
-    return true;
-}
-
 void startHub(const Unit& unit, int panel) {
     const std::string desktop = "/desktop=" + unit.desktopName() + "," +
                                 std::to_string(kScreenWidth + panel) + "x" +
@@ -87,7 +75,8 @@ void startHub(const Unit& unit, int panel) {
         if (hub < 0) {
             throw Failure("Wine is missing; install it with: apt-get install wine wine64");
         }
-        if (awaitHub(unit, hub)) {
+        process::waitUntil(kHubPatience, [&] { return isRunning(unit) || !process::isAlive(hub); });
+        if (isRunning(unit)) {
             return;
         }
         // Seen once in some thousand boots: Wine's desktop ends as soon as it has begun.

@@ -3,8 +3,9 @@
 // A slot is a folder at the unit's root. `.unit/slot-NAME` tells which folder of the PC the slot
 // shows or showed last (empty: its own card), for the next `insert` and for the panel. Nothing of
 // the PC's is ever reached through the unit: a card has copies that share their blocks where the
-// file system can do that, else hard links, which the unit may only read and take away (the tap
-// lets nothing be written through them), else full copies. What cannot be done throws.
+// file system can do that, else hard links, which the unit may only read and take away
+// (simulator/coredll/files.cpp lets nothing be written through them), else full copies. What cannot
+// be done throws.
 #pragma once
 
 #include <string>

@@ -17,7 +17,6 @@ constexpr Installed kInstalled[] = {
      "ResidentFlash/apps/Zel_MessageBox.dll"},
     {"out/build/device/simulator/board/BoardCommon.dll", "ResidentFlash/apps/BoardCommon.dll"},
     {"out/skin/home.bmp", ".unit/home.bmp"},
-    {"out/build/device/simulator/tape/tap.dll", ".unit/bin/tap.dll"},
     {"out/build/device/simulator/hub/hub.exe", ".unit/bin/hub.exe"},
     {"out/build/device/simulator/processes/processmanager.exe", ".unit/bin/processmanager.exe"},
     {"out/build/device/simulator/processes/orvi.exe", ".unit/bin/orvi.exe"},

@@ -1,5 +1,7 @@
 #include "simulator/command/expect.h"
 
+#include "simulator/shared/named.h"
+
 namespace headunit {
 namespace {
 
@@ -8,10 +10,8 @@ constexpr int kAbsenceMilliseconds = 700;  // how long something must not happen
 
 const Subject* findSubject(const std::string& name) {
     for (const auto subjects : {tapeSubjects(), screenSubjects(), fileSubjects()}) {
-        for (const Subject& subject : subjects) {
-            if (name == subject.name) {
-                return &subject;
-            }
+        if (const Subject* const found = findNamed(subjects, name)) {
+            return found;
         }
     }
     return nullptr;

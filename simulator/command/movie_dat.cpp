@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "platform/text.h"
+#include "simulator/shared/named.h"
 #include "simulator/shared/words.h"
 
 namespace headunit {
@@ -27,12 +28,6 @@ constexpr Field kFields[] = {{"playState", &State::playState}, {"volume", &State
                              {"fileIndex", &State::fileIndex}, {"reserved", &State::reserved},
                              {"position", &State::position},   {"endTime", &State::endTime},
                              {"folder", &State::folder},       {"file", &State::file}};
-
-const Field* findField(const std::string& name) {
-    const auto found =
-        std::ranges::find_if(kFields, [&name](const Field& field) { return name == field.name; });
-    return found == std::end(kFields) ? nullptr : found;
-}
 
 Json jsonOf(std::int32_t number) {
     return number;
@@ -92,11 +87,11 @@ Json movieDatJson(const State& state) {
 }
 
 bool isMovieDatField(const std::string& name) {
-    return findField(name) != nullptr;
+    return findNamed(kFields, name) != nullptr;
 }
 
 bool setMovieDatField(State& state, const std::string& name, const std::string& value) {
-    const Field* field = findField(name);
+    const Field* field = findNamed(kFields, name);
     return field != nullptr &&
            std::visit([&](auto member) { return set(state.*member, value); }, field->member);
 }

@@ -9,9 +9,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <ctime>
+#include <chrono>
 #include <fstream>
 #include <string_view>
+#include <thread>
 
 namespace process {
 namespace {
@@ -135,18 +136,14 @@ bool isAlive(pid_t process) {
 }
 
 void end(pid_t process, int patienceMilliseconds) {
-    if (!isAlive(process)) {
+    const auto isGone = [process] { return !isAlive(process); };
+    if (isGone()) {
         return;
     }
     kill(process, SIGTERM);
-    for (int waited = 0; waited < patienceMilliseconds && isAlive(process); waited += 10) {
-        sleepMilliseconds(10);
-    }
-    if (isAlive(process)) {
+    if (!waitUntil(patienceMilliseconds, isGone)) {
         kill(process, SIGKILL);
-        for (int waited = 0; waited < 2000 && isAlive(process); waited += 10) {
-            sleepMilliseconds(10);
-        }
+        waitUntil(2000, isGone);
     }
 }
 
@@ -160,15 +157,23 @@ FileLock::~FileLock() {
 }
 
 void sleepMilliseconds(int milliseconds) {
-    timespec time = {milliseconds / 1000, (milliseconds % 1000) * 1000000L};
-    while (nanosleep(&time, &time) != 0 && errno == EINTR) {
-    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 long long nowMilliseconds() {
-    timespec time = {};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return time.tv_sec * 1000LL + time.tv_nsec / 1000000;
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+bool waitUntil(int milliseconds, const std::function<bool()>& isSo) {
+    const long long end = nowMilliseconds() + milliseconds;
+    while (!isSo()) {
+        if (nowMilliseconds() >= end) {
+            return false;
+        }
+        sleepMilliseconds(10);
+    }
+    return true;
 }
 
 }  // namespace process

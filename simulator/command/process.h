@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -48,5 +49,7 @@ private:
 
 void sleepMilliseconds(int milliseconds);
 long long nowMilliseconds();
+// Looks every few milliseconds until it is so; false when it is not within that time.
+bool waitUntil(int milliseconds, const std::function<bool()>& isSo);
 
 }  // namespace process

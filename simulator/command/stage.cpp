@@ -9,6 +9,7 @@
 #include "platform/text.h"
 #include "simulator/command/boot.h"
 #include "simulator/command/movie_dat.h"
+#include "simulator/shared/named.h"
 
 namespace headunit {
 namespace {
@@ -157,12 +158,7 @@ constexpr StageCommand kCommands[] = {
 }  // namespace
 
 const StageCommand* findStageCommand(const std::string& name) {
-    for (const StageCommand& row : kCommands) {
-        if (name == row.name) {
-            return &row;
-        }
-    }
-    return nullptr;
+    return findNamed(kCommands, name);
 }
 
 bool parseTime(const std::string& text, int& milliseconds) {

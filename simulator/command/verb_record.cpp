@@ -22,21 +22,14 @@ Outcome stopRecording(const Unit& unit) {
     return {};
 }
 
-// The file holds its header and first pictures.
+// Until the file holds its header and first pictures, or the camera has ended after less.
 bool waitForPictures(const fs::path& file, pid_t camera) {
     constexpr std::uintmax_t kFirstPictures = 64 * 1024;
-    for (int waited = 0; waited < kStartPatience; waited += 20) {
-        std::error_code error;
-        const std::uintmax_t bytes = fs::file_size(file, error);
-        if (!error && bytes >= kFirstPictures) {
-            return true;
-        }
-        if (!process::isAlive(camera)) {
-            return !error && bytes > 0;
-        }
-        process::sleepMilliseconds(20);
-    }
-    return false;
+    std::error_code error;
+    const auto bytes = [&] { return fs::exists(file, error) ? fs::file_size(file, error) : 0; };
+    const bool good = process::waitUntil(
+        kStartPatience, [&] { return bytes() >= kFirstPictures || !process::isAlive(camera); });
+    return good && bytes() > 0;
 }
 
 // A new file, on a card of the unit and nowhere else.

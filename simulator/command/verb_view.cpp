@@ -31,16 +31,6 @@ bool answers(int port) {
     return connection >= 0;
 }
 
-bool waitForPort(int port, pid_t server) {
-    for (int waited = 0; waited < kViewPatience && process::isAlive(server); waited += 20) {
-        if (answers(port)) {
-            return true;
-        }
-        process::sleepMilliseconds(20);
-    }
-    return false;
-}
-
 // Starts one of the two servers of a view; it ends with the unit.
 void startServer(const Unit& unit, const process::Arguments& arguments, const char* pidFile,
                  int port) {
@@ -54,7 +44,8 @@ void startServer(const Unit& unit, const process::Arguments& arguments, const ch
                       " is missing; install it with: apt-get install x11vnc novnc websockify");
     }
     writeRunFile(unit, pidFile, std::to_string(server));
-    if (!waitForPort(port, server)) {
+    process::waitUntil(kViewPatience, [&] { return answers(port) || !process::isAlive(server); });
+    if (!answers(port)) {
         throw Failure(arguments[0] + " did not start; see " + log);
     }
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "simulator/command/display.h"
+#include "simulator/shared/named.h"
 
 namespace headunit {
 namespace {
@@ -84,12 +85,7 @@ std::span<const Verb> verbs() {
 }
 
 const Verb* findVerb(const std::string& name) {
-    for (const Verb& verb : kVerbs) {
-        if (name == verb.name) {
-            return &verb;
-        }
-    }
-    return nullptr;
+    return findNamed(kVerbs, name);
 }
 
 Deed parseDeed(const Words& line) {

@@ -4,6 +4,7 @@
 #include "simulator/command/verbs.h"
 #include "simulator/shared/fault_names.h"
 #include "simulator/shared/messages.h"
+#include "simulator/shared/named.h"
 
 namespace headunit {
 namespace {
@@ -22,16 +23,6 @@ constexpr Named kGestures[] = {{"prev", 1}, {"next", 2}};
 constexpr Named kAnswers[] = {{"ok", 1}, {"yes", 6}, {"no", 7}};
 constexpr Named kSwitch[] = {{"on", 1}, {"off", 0}};
 
-template <std::size_t count>
-int numberOf(const Named (&table)[count], const std::string& name) {
-    for (const Named& row : table) {
-        if (name == row.name) {
-            return row.number;
-        }
-    }
-    return 0;
-}
-
 Outcome request(const Unit& unit, const Words& words) {
     demand(unit, words);
     return {};
@@ -47,7 +38,7 @@ Run posting(Parser& parser, const char* names, const char* help, const char* mes
             const Named (&table)[count]) {
     const auto word = parser.word(names, help, Needed::Yes, oneOf(names));
     return [word, message, &table](const Call& call) {
-        return post(call.unit, message, numberOf(table, *word));
+        return post(call.unit, message, findNamed(table, *word)->number);
     };
 }
 
@@ -119,18 +110,19 @@ Run driveVerb(Parser& parser) {
 Run boxVerb(Parser& parser) {
     const auto button = parser.word("ok|yes|no", "the button", Needed::Yes, oneOf("ok|yes|no"));
     return [button](const Call& call) {
-        return request(call.unit, {"box", std::to_string(numberOf(kAnswers, *button))});
+        return request(call.unit, {"box", std::to_string(findNamed(kAnswers, *button)->number)});
     };
 }
 
 Run faultVerb(Parser& parser) {
     const auto name = parser.word("NAME", faultNames(), Needed::Yes, [](const std::string& word) {
-        return findFault(word) != nullptr ? std::string() : "must be one of " + faultNames();
+        return findNamed(kFaults, word) != nullptr ? std::string()
+                                                   : "must be one of " + faultNames();
     });
     // Its limits are those of the fault, which stands before it.
     const auto value =
         parser.word("NUMBER|off", "its value", Needed::Yes, [name](const std::string& word) {
-            const Fault* fault = findFault(*name);
+            const Fault* fault = findNamed(kFaults, *name);
             return oneOf("off",
                          fault == nullptr ? Check() : between(fault->least, fault->most))(word);
         });

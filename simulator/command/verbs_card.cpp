@@ -1,21 +1,13 @@
 // headunit card: cards and sticks that arrive, go away, and are changed for a folder of the PC.
 #include "simulator/command/cards.h"
 #include "simulator/command/verbs.h"
+#include "simulator/shared/named.h"
 
 namespace headunit {
 namespace {
 
 constexpr char kOwn[] = "--own";
 constexpr char kSlotNames[] = "SDMMCDisk, SDMMCDisk2, USB, USB2, USB3 or USB4";
-
-const Slot* findSlot(const std::string& name) {
-    for (const Slot& slot : kSlots) {
-        if (name == slot.name) {
-            return &slot;
-        }
-    }
-    return nullptr;
-}
 
 void announce(const Unit& unit, const Slot& slot, int arrived) {
     std::string unused;
@@ -90,7 +82,8 @@ Part part(Parser& card, const char* name, const char* help, bool folder, Do act)
     Parser& parser = card.sub(name, help);
     Part made{nullptr, nullptr, nullptr, act};
     made.slot = parser.word("VOLUME", kSlotNames, Needed::Yes, [](const std::string& word) {
-        return findSlot(word) != nullptr ? std::string() : std::string("must be ") + kSlotNames;
+        return findNamed(kSlots, word) != nullptr ? std::string()
+                                                  : std::string("must be ") + kSlotNames;
     });
     if (folder) {
         made.folder =
@@ -115,7 +108,7 @@ Run cardVerb(Parser& parser) {
             if (!one.slot->empty()) {
                 const bool own = one.own != nullptr && *one.own;
                 const std::string wanted = own ? kOwn : (one.folder ? *one.folder : "");
-                one.act(call.unit, *findSlot(*one.slot), wanted);
+                one.act(call.unit, *findNamed(kSlots, *one.slot), wanted);
                 return {};
             }
         }

@@ -44,15 +44,10 @@ Common declareCommon(Parser& parser) {
 
 // Until the player runs no more; false when patience has ended.
 bool awaitEnd(const Unit& unit) {
-    const long long end = process::nowMilliseconds() + kExitPatience;
-    std::string answer;
-    while (ask(unit, {"running", "movie.exe"}, answer) && answer == "true") {
-        if (process::nowMilliseconds() > end) {
-            return false;
-        }
-        process::sleepMilliseconds(10);
-    }
-    return true;
+    return process::waitUntil(kExitPatience, [&unit] {
+        std::string answer;
+        return !ask(unit, {"running", "movie.exe"}, answer) || answer != "true";
+    });
 }
 
 Outcome restart(const Unit& unit, const Common& words) {

@@ -1,7 +1,7 @@
 #include <array>
-#include <iterator>
 
 #include "simulator/coredll/settings.h"
+#include "simulator/tape/faults.h"
 
 namespace coredll {
 namespace {
@@ -18,11 +18,7 @@ DWORD setting(Setting setting) {
 
 void readSettings() {
     for (std::size_t i = 0; i < kNames.size(); ++i) {
-        DWORD bytes = sizeof(DWORD);
-        if (RegGetValueW(HKEY_CURRENT_USER, L"Software\\HeadUnit\\Faults", kNames[i],
-                         RRF_RT_REG_DWORD, nullptr, &values[i], &bytes) != ERROR_SUCCESS) {
-            values[i] = 0;
-        }
+        values[i] = tape::fault(kNames[i]);
     }
 }
 

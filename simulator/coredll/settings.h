@@ -14,6 +14,9 @@ void countDown(Setting setting);
 // Whether this is a program of the unit; a test program is not.
 bool isProgramOfUnit();
 
+// Makes the window that tells when the caller's thread has taken its messages (messages.cpp).
+void createSettledWindow();
+
 // Has the decoders loaded, on a thread of its own.
 void readyDecoders();
 

@@ -61,6 +61,7 @@ void reportMemory() {
 
 void startAsUnit() {
     headunit::writeCode(entryOfProgram, entryBytes);
+    std::setvbuf(stdout, nullptr, _IONBF, 0);  // as the unit's debug port is
     STARTUPINFOW start{};
     GetStartupInfoW(&start);
     const int show =

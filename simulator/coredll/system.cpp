@@ -1,5 +1,6 @@
 // Windows, processes, libraries and the registry.
 #include <array>
+#include <cwchar>
 
 #include "platform/unit_api.h"
 #include "simulator/coredll/settings.h"
@@ -20,8 +21,15 @@ HWND WINAPI unitCreateWindowExW(DWORD extended, const wchar_t* className, const 
         coredll::readyDecoders();  // a start that only hands over makes no window
     }
     first = false;
-    return CreateWindowExW(extended, className, title, style, left, top, width, height, parent,
-                           menu, program, parameter);
+    const HWND window = CreateWindowExW(extended, className, title, style, left, top, width, height,
+                                        parent, menu, program, parameter);
+    const DWORD error = GetLastError();
+    if (window != nullptr && coredll::isProgramOfUnit() && title != nullptr &&
+        std::wcscmp(title, L"Video") == 0) {
+        coredll::createSettledWindow();
+    }
+    SetLastError(error);
+    return window;
 }
 
 // Security, inheritance, environment, folder and start-up information do not exist; a call that

@@ -28,8 +28,7 @@ class DemuxFilter final : public BaseFilter,
                           public vendor::AudioStreamSelection,
                           public vendor::FilterStatus,
                           public OwnerWindowFace,
-                          public SeekTarget,
-                          public LengthListener {
+                          public SeekTarget {
 public:
     DemuxFilter();
 
@@ -81,7 +80,6 @@ public:
     HRESULT seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                         DWORD stopFlags) override;
     bool mayGoOn() const override;
-    void watched() override;
 
 protected:
     void* findInterface(REFIID iid) override;
@@ -95,6 +93,10 @@ private:
     // Hands the result on; when the splitter was lost over it the streams stay alone.
     HRESULT checked(HRESULT result);
     void retireStreams();
+    // Has the splitter, which was stopped, go on in that state.
+    void resume(FILTER_STATE state);
+    // A file that grows was looked at.
+    void watchGrowth();
     // The splitter opens the file again, as far as it goes by now, and goes on where it had ended.
     void playOn();
     HRESULT openAgain();
@@ -112,7 +114,7 @@ private:
     ReaderPin reader_{this};
     Splitter splitter_{this, &reader_};
     std::vector<std::unique_ptr<StreamPin>> streams_, retired_;
-    LengthWatch length_{this};
+    LengthWatch length_{[this] { watchGrowth(); }};
     std::atomic<LONGLONG> openedBytes_ = 0;  // the file's size when the splitter opened it
     LONGLONG offset_ = 0;                    // between the splitter's times and the graph's, 100 ns
     bool watching_ = false;

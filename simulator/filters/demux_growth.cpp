@@ -41,7 +41,7 @@ void DemuxFilter::setOffset(LONGLONG offset, LONGLONG first) {
     }
 }
 
-void DemuxFilter::watched() {
+void DemuxFilter::watchGrowth() {
     bool ended = false;
     for (const auto& stream : streams_) {
         if (stream->receiver() && !stream->endKept()) {
@@ -152,9 +152,7 @@ void DemuxFilter::playOn() {
         stream->start();
     }
     length_.measured(durationSeconds(), openedBytes_);
-    if (SUCCEEDED(checked(splitter_.pause())) && state == State_Running) {
-        checked(splitter_.run(start_));
-    }
+    resume(state);
 }
 
 }  // namespace filters

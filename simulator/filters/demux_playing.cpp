@@ -70,6 +70,12 @@ HRESULT DemuxFilter::Run(REFERENCE_TIME start) {
     return checked(splitter_.run(start));
 }
 
+void DemuxFilter::resume(FILTER_STATE state) {
+    if (SUCCEEDED(checked(splitter_.pause())) && state == State_Running) {
+        checked(splitter_.run(start_));
+    }
+}
+
 HRESULT DemuxFilter::seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG* stop,
                                  DWORD stopFlags) {
     const FILTER_STATE state = state_;
@@ -93,9 +99,7 @@ HRESULT DemuxFilter::seekPlaying(LONGLONG* current, DWORD currentFlags, LONGLONG
             stream->receiver()->EndFlush();
         }
     }
-    if (SUCCEEDED(checked(splitter_.pause())) && state == State_Running) {
-        checked(splitter_.run(start_));
-    }
+    resume(state);
     if (!splitter_.get()) {
         endStreams(state);
         return VFW_E_TIMEOUT;

@@ -81,11 +81,6 @@ void VideoLayer::leave(const void* user) {
     paintAll();
 }
 
-RECT VideoLayer::pictureArea() {
-    const std::lock_guard guard(lock_);
-    return drawn_;
-}
-
 RECT VideoLayer::destination() const {
     RECT place = placement_.output.rectangle;
     const LONG width = place.right - place.left;

@@ -84,7 +84,7 @@ void LengthWatch::tick() {
         look();
     }
     if (live_) {
-        listener_->watched();
+        watched_();
     }
 }
 

@@ -7,24 +7,18 @@
 #include <dshow.h>
 
 #include <atomic>
+#include <functional>
 #include <string>
 
 #include "simulator/filters/app_window.h"
 
 namespace filters {
 
-class LengthListener {
-public:
-    // Called ten times a second once the file was seen to grow, even when it does no more.
-    virtual void watched() = 0;
-
-protected:
-    ~LengthListener() = default;
-};
-
 class LengthWatch final : public TickListener {
 public:
-    explicit LengthWatch(LengthListener* listener) : listener_(listener) {}
+    // `watched` is called ten times a second once the file was seen to grow, even when it does no
+    // more.
+    explicit LengthWatch(std::function<void()> watched) : watched_(std::move(watched)) {}
 
     // Begins to watch `path` when it was written to within the last seconds, or when the fault
     // LiveLength says so. `durationSeconds` is what the file's headers say now.
@@ -44,7 +38,7 @@ private:
     void announce(double seconds);
     void look();
 
-    LengthListener* const listener_;
+    const std::function<void()> watched_;
     IFilterGraph* graph_ = nullptr;
     std::wstring path_;
     double durationSeconds_ = 0;

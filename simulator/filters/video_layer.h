@@ -53,8 +53,6 @@ public:
     void leave(const void* user);
 
     HWND owner() const { return owner_; }
-    // Where the picture stands now, in client pixels of the owner; empty when nothing is shown.
-    RECT pictureArea();
 
 private:
     VideoLayer() = default;

@@ -1,4 +1,5 @@
 // Starting and ending the processes of the unit.
+#include <algorithm>
 #include <mutex>
 #include <utility>
 
@@ -8,8 +9,6 @@
 namespace hub {
 namespace {
 
-constexpr wchar_t kTapLibrary[] = L"H:\\.unit\\bin\\tap.dll";
-constexpr DWORD kTapPatience = 5000;  // milliseconds
 constexpr DWORD kEndPatience = 2000;  // milliseconds
 
 std::mutex childrenMutex;
@@ -19,23 +18,6 @@ std::vector<Program> withoutPower;
 void removeChild(DWORD number) {
     const std::lock_guard<std::mutex> lock(childrenMutex);
     std::erase_if(children, [number](const Child& child) { return child.number == number; });
-}
-
-// Loads the tap before the first instruction of the program: the new process loads the library on a
-// thread of ours while its own first thread still waits.
-void loadTap(HANDLE process) {
-    void* place = VirtualAllocEx(process, nullptr, sizeof(kTapLibrary), MEM_COMMIT, PAGE_READWRITE);
-    if (place == nullptr ||
-        !WriteProcessMemory(process, place, kTapLibrary, sizeof(kTapLibrary), nullptr)) {
-        return;
-    }
-    const auto load = reinterpret_cast<LPTHREAD_START_ROUTINE>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "LoadLibraryW")));
-    const HANDLE thread = CreateRemoteThread(process, nullptr, 0, load, place, 0, nullptr);
-    if (thread != nullptr) {
-        WaitForSingleObject(thread, kTapPatience);
-        CloseHandle(thread);
-    }
 }
 
 bool create(const Program& program, HANDLE output, PROCESS_INFORMATION& process) {
@@ -88,7 +70,6 @@ DWORD startChild(const Program& program, DWORD& error) {
     }
     HANDLE output = nullptr;
     if (program.watch == Watch::EndsAndOutput) {
-        loadTap(process.hProcess);
         output = startReader(program.name, read);
     }
     const Child child = {program, process.hProcess, process.dwProcessId};
@@ -118,12 +99,8 @@ std::wstring childName(DWORD process) {
 
 bool isRunning(const std::wstring& name) {
     const std::lock_guard<std::mutex> lock(childrenMutex);
-    for (const Child& child : children) {
-        if (child.program.name == name) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(children,
+                               [&name](const Child& child) { return child.program.name == name; });
 }
 
 bool killChild(const std::wstring& name) {

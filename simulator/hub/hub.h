@@ -36,7 +36,7 @@ std::string runFile(const std::wstring& name);
 
 enum class Watch {
     Ends,           // only the end of the process is recorded
-    EndsAndOutput,  // its standard output too, and the tap library is loaded into it
+    EndsAndOutput,  // its standard output too
 };
 
 struct Program {

@@ -5,6 +5,7 @@
 #include "simulator/hub/requests.h"
 #include "simulator/processes/peer.h"
 #include "simulator/shared/filters_window.h"
+#include "simulator/shared/named.h"
 #include "simulator/tape/registered.h"
 #include "simulator/tape/settled.h"
 #include "simulator/tape/tape.h"
@@ -220,12 +221,12 @@ Answer failed(const std::string& why) {
 }
 
 Answer execute(const Words& words) {
-    for (const Request& request : kRequests) {
-        if (!words.empty() && words[0] == request.name) {
-            return words.size() < request.words ? failed("too few words") : request.execute(words);
-        }
+    const Request* const request =
+        words.empty() ? nullptr : headunit::findNamed(kRequests, words[0]);
+    if (request == nullptr) {
+        return failed("unknown request " + (words.empty() ? "" : words[0]));
     }
-    return failed("unknown request " + (words.empty() ? "" : words[0]));
+    return words.size() < request->words ? failed("too few words") : request->execute(words);
 }
 
 }  // namespace hub

@@ -21,7 +21,7 @@ inline constexpr Fault kFaults[] = {
     {"CodePage", 0, 65001},
     // Power is cut when the player has sent so many messages since it started.
     {"CutAfterMessages", 1, kAnyCount},
-    // Of a folder's entries, see tape::EntryOrder.
+    // Of a folder's entries, see tape/faults.h.
     {"DirectoryOrder", 0, 4},
     // The demultiplexer keeps a reference to its graph for ever.
     {"LeakReference", 0, 1},
@@ -51,15 +51,5 @@ inline constexpr Fault kFaults[] = {
     // The n-th character that is read from a text file cannot be converted.
     {"UnreadableCharacter", 0, kAnyCount},
 };
-
-// Null when the unit knows no such fault.
-constexpr const Fault* findFault(std::string_view name) {
-    for (const Fault& fault : kFaults) {
-        if (fault.name == name) {
-            return &fault;
-        }
-    }
-    return nullptr;
-}
 
 }  // namespace headunit

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "simulator/shared/named.h"
+
 namespace tape {
 namespace {
 
@@ -64,12 +66,7 @@ std::span<const Message> messages() {
 }
 
 const Message* findMessage(std::string_view name) {
-    for (const Message& message : kMessages) {
-        if (name == message.name) {
-            return &message;
-        }
-    }
-    return nullptr;
+    return headunit::findNamed(kMessages, name);
 }
 
 const char* meaningOf(const Message& message, long long wParam, long long lParam) {

@@ -1,6 +1,8 @@
 #include "simulator/filters/codecs/chip_codecs.h"
 
+#include <algorithm>
 #include <cctype>
+#include <string>
 
 namespace filters {
 
@@ -9,7 +11,7 @@ namespace {
 // The chip's video decoders, under the names that files give their codecs (upper case). To give
 // the chip another codec, add its names here.
 // clang-format off
-constexpr char kCodecs[][5] = {
+constexpr const char* kCodecs[] = {
     // H.264 / MPEG-4 part 10
     "H264", "X264", "AVC1", "AVC3", "DAVC", "VSSH",
     // MPEG-4 part 2
@@ -31,17 +33,11 @@ constexpr char kCodecs[][5] = {
 }  // namespace
 
 bool chipDecodes(std::uint32_t fourcc) {
-    for (const char* codec : kCodecs) {
-        bool same = true;
-        for (unsigned i = 0; i < 4 && same; ++i) {
-            const auto letter = static_cast<unsigned char>(fourcc >> (8 * i));
-            same = std::toupper(letter) == codec[i];
-        }
-        if (same) {
-            return true;
-        }
+    std::string name;
+    for (const int shift : {0, 8, 16, 24}) {
+        name += static_cast<char>(std::toupper(static_cast<int>(fourcc >> shift & 0xFF)));
     }
-    return false;
+    return std::ranges::find(kCodecs, name) != std::end(kCodecs);
 }
 
 }  // namespace filters
