@@ -78,6 +78,13 @@ Outcome probeBytes(const Bytes& bytes) {
     return probeFile(file);
 }
 
+Outcome probeWithBad(const Bytes& bytes, std::uint64_t bad, std::uint64_t count) {
+    TestFile file(bytes);
+    file.badFrom = bad;
+    file.badTo = bad + count;
+    return probeFile(file);
+}
+
 std::string dump(const Outcome& outcome) {
     char head[64];
     std::snprintf(head, sizeof head, "claimed %d\nstatus 0x%08" PRIX32 "\n", outcome.claimed,

@@ -47,6 +47,8 @@ struct Outcome {
 
 Outcome probeFile(TestFile& file);
 Outcome probeBytes(const Bytes& bytes);
+// Every read that touches the `count` bytes from `bad` on fails.
+Outcome probeWithBad(const Bytes& bytes, std::uint64_t bad, std::uint64_t count = 1);
 
 // One line per field, as in the golden dumps.
 std::string dump(const Outcome& outcome);

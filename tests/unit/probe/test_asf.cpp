@@ -218,10 +218,7 @@ TEST(Asf, AnInnerObjectHasTimingByItsGuidAndWhenItIsWhole) {
 TEST(Asf, AHeaderThatCannotBeReadTellsNothing) {
     const Bytes bytes = asf::file({asf::object(asf::kUnknown, Bytes(20'000)), asf::audioStream(1)});
     ASSERT_EQ(probeBytes(bytes).info->audioFormatTag, 0x161u);
-    TestFile file(bytes);
-    file.badFrom = 20'100;
-    file.badTo = 20'101;
-    const Outcome outcome = probeFile(file);
+    const Outcome outcome = probeWithBad(bytes, 20'100);
     EXPECT_EQ(outcome.claimed, 1);
     EXPECT_EQ(outcome.info->containerType, 0u);
     EXPECT_EQ(outcome.info->status, probe::kNotParsed);

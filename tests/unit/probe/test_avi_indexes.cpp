@@ -171,10 +171,7 @@ TEST(AviStandardIndex, ItsHeaderOrEntryThatCannotBeReadFails) {
     const Indexed made = withStandardIndex({{0, 64}}, 1, 100'000);
     ASSERT_EQ(probeBytes(made.bytes).info->containerType, 1u);
     for (const std::size_t at : {made.index + 31, made.index + 32}) {
-        TestFile file(made.bytes);
-        file.badFrom = at;
-        file.badTo = at + 1;
-        EXPECT_EQ(probeFile(file).info->containerType, 0u) << at;
+        EXPECT_EQ(probeWithBad(made.bytes, at).info->containerType, 0u) << at;
     }
 }
 
@@ -192,10 +189,7 @@ TEST(AviStandardIndex, OfSoundThatCannotBeReadFails) {
                              {});
     }
     ASSERT_EQ(probeBytes(bytes).info->containerType, 1u);
-    TestFile file(bytes);
-    file.badFrom = at;
-    file.badTo = at + 32;
-    EXPECT_EQ(probeFile(file).info->containerType, 0u);
+    EXPECT_EQ(probeWithBad(bytes, at, 32).info->containerType, 0u);
 }
 
 // An idx1 of these entries behind a picture, with `behind` after it; where the idx1's entries
@@ -252,10 +246,7 @@ TEST(AviIdx1, ACutEntryThatCannotBeReadFails) {
     made.bytes.resize(made.index + 7 * 16 + 5);
     ASSERT_EQ((made.index + 7 * 16) % kSector, 0u);
     ASSERT_EQ(probeBytes(made.bytes).info->containerType, 1u);
-    TestFile file(made.bytes);
-    file.badFrom = made.index + 7 * 16;
-    file.badTo = file.badFrom + 1;
-    EXPECT_EQ(probeFile(file).info->containerType, 0u);
+    EXPECT_EQ(probeWithBad(made.bytes, made.index + 7 * 16).info->containerType, 0u);
 }
 
 // Where the entries count from is read of the first one, even where there is none.
@@ -266,10 +257,7 @@ TEST(AviIdx1, AFirstOffsetThatCannotBeReadFails) {
     const Indexed made = withIdx1(0, before, behind);
     ASSERT_EQ((made.index + 8) % kSector, 0u);
     ASSERT_EQ(probeBytes(made.bytes).info->containerType, 1u);
-    TestFile file(made.bytes);
-    file.badFrom = made.index + 8;
-    file.badTo = file.badFrom + 1;
-    EXPECT_EQ(probeFile(file).info->containerType, 0u);
+    EXPECT_EQ(probeWithBad(made.bytes, made.index + 8).info->containerType, 0u);
 }
 
 }  // namespace

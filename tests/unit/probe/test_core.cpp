@@ -197,10 +197,7 @@ TEST(MediaInfo, IsConstructedWithItsFixedValues) {
 TEST(MediaInfo, ASectorBehindTheHeadThatCannotBeReadIsNotNeeded) {
     Bytes gif = sample("image_gif_packed_f7_is_8_bits").build();
     gif.resize(60000);
-    TestFile file(gif);
-    file.badFrom = 3000;
-    file.badTo = 3001;
-    const Outcome outcome = probeFile(file);
+    const Outcome outcome = probeWithBad(gif, 3000);
     EXPECT_EQ(outcome.info->containerType, probe::kContainerGif);
     EXPECT_EQ(outcome.info->status, probe::kOk);
     EXPECT_EQ(outcome.reads, 2u);

@@ -38,12 +38,10 @@ struct Told {
     std::uint32_t container;
 };
 
-void expectTold(const char* name, const Bytes& bytes, std::size_t from, std::size_t to,
-                const Told& told, std::uint64_t reads) {
-    TestFile file(bytes);
-    file.badFrom = from;
-    file.badTo = to;
-    const Outcome outcome = probeFile(file);
+// What is told, after so many reads, when the byte at `bad` cannot be read.
+void expectTold(const char* name, const Bytes& bytes, std::size_t bad, const Told& told,
+                std::uint64_t reads) {
+    const Outcome outcome = probeWithBad(bytes, bad);
     EXPECT_EQ(outcome.claimed, told.claimed) << name;
     EXPECT_EQ(outcome.info->status, told.status) << name;
     EXPECT_EQ(outcome.info->containerType, told.container) << name;
@@ -68,13 +66,12 @@ Bytes spread(const Bytes& front, const Bytes& back) {
 TEST(FailedReads, OfMonkeysAudio) {
     const auto sound = static_cast<std::uint32_t>(probe::kContainerMonkeysAudio);
     const Bytes bytes = spread(audio::ape({}), audio::apeTag({{"Title", "T"}}));
-    expectTold("the tag's footer", bytes, bytes.size() - 10, bytes.size(), {1, probe::kFail, sound},
-               2);
+    expectTold("the tag's footer", bytes, bytes.size() - 10, {1, probe::kFail, sound}, 2);
     // The items stand outside of the last 128 bytes.
     const Bytes items = audio::apeTag({{"Comment", std::string(300, 'c')}, {"Title", "T"}});
     const Bytes longer = spread(audio::ape({}), items);
     const std::size_t first = placeOf(longer, "Comment");
-    expectTold("an item of the tag", longer, first, first + 1, {1, probe::kFail, sound}, 3);
+    expectTold("an item of the tag", longer, first, {1, probe::kFail, sound}, 3);
 }
 
 TEST(FailedReads, OfProgramStreams) {
@@ -89,12 +86,9 @@ TEST(FailedReads, OfProgramStreams) {
     builder.bytes(ps::packet2(0xC0, audio::frames(2, {.layer = 2, .bitRate = 8})));
     const Bytes bytes = ps::file(builder.take(), ps::pack2(900'000));
     ASSERT_EQ(probeBytes(bytes).info->durationSeconds, 10u);
-    expectTold("the system header", bytes, system, system + 1, {0, probe::kNotParsed, 0}, 20);
-    expectTold("the sequence header", bytes, video, video + 1, {1, probe::kFail, 0}, 3);
-    TestFile file(bytes);
-    file.badFrom = bytes.size() - 5;
-    file.badTo = bytes.size();
-    const Outcome outcome = probeFile(file);
+    expectTold("the system header", bytes, system, {0, probe::kNotParsed, 0}, 20);
+    expectTold("the sequence header", bytes, video, {1, probe::kFail, 0}, 3);
+    const Outcome outcome = probeWithBad(bytes, bytes.size() - 5, 5);
     EXPECT_EQ(outcome.info->status, probe::kFail) << "the last pack";
     EXPECT_EQ(outcome.info->containerType, claimed);
     EXPECT_EQ(outcome.info->videoWidth, 352u);
@@ -105,20 +99,15 @@ TEST(FailedReads, OfProgramStreams) {
 
 TEST(FailedReads, OfFlashVideo) {
     const Bytes bytes = flv::File(flv::kVideo).video(0, 1, 30'000).video(7000, 2, 30'000).end();
-    TestFile file(bytes);
-    file.badFrom = bytes.size() - 1;
-    file.badTo = bytes.size();
-    const Outcome outcome = probeFile(file);
+    const Outcome outcome = probeWithBad(bytes, bytes.size() - 1);
     EXPECT_EQ(outcome.info->status, probe::kOk) << "the last time stamp";
     EXPECT_EQ(outcome.info->durationSeconds, 0u);
     EXPECT_EQ(outcome.info->videoFourCC, 0x48323634u);
     EXPECT_EQ(outcome.reads, 22u);
     // The header of the tag before the last one, which confirms it.
-    TestFile confirming(bytes);
     ASSERT_EQ(probeBytes(bytes).info->durationSeconds, 7u);
-    confirming.badFrom = 9 + 4 + 11 + 30'001 + 4;
-    confirming.badTo = confirming.badFrom + 11;
-    EXPECT_EQ(probeFile(confirming).info->durationSeconds, 0u);
+    const Outcome confirming = probeWithBad(bytes, 9 + 4 + 11 + 30'001 + 4, 11);
+    EXPECT_EQ(confirming.info->durationSeconds, 0u);
     EXPECT_EQ(confirming.reads, 15u);
 }
 
@@ -160,10 +149,7 @@ void expectMp4Fails(const Bytes& bytes, std::initializer_list<BadPlace> places) 
     ASSERT_EQ(probeBytes(bytes).info->status, probe::kOk);
     ASSERT_EQ(probeBytes(bytes).info->durationSeconds, 80u);
     for (const BadPlace& one : places) {
-        TestFile file(bytes);
-        file.badFrom = placeOf(bytes, one.box) + one.behind;
-        file.badTo = file.badFrom + 1;
-        const Outcome outcome = probeFile(file);
+        const Outcome outcome = probeWithBad(bytes, placeOf(bytes, one.box) + one.behind);
         EXPECT_EQ(outcome.claimed, 1) << one.name;
         EXPECT_EQ(outcome.info->status, probe::kNotParsed) << one.name;
         EXPECT_EQ(outcome.info->containerType, 0u) << one.name;
@@ -234,10 +220,7 @@ TEST(FailedReads, AFileOfWhichNothingCanBeReadIsDeclined) {
           "ogg_vorbis_with_five_tags", "asf_audio_with_all_texts", "wave_pcm_stereo",
           "flv_video_and_audio_with_metadata", "image_png_of_64_bytes"}) {
         const Bytes bytes = sample(name).build();
-        TestFile file(bytes);
-        file.badFrom = 0;
-        file.badTo = bytes.size();
-        const Outcome outcome = probeFile(file);
+        const Outcome outcome = probeWithBad(bytes, 0, bytes.size());
         EXPECT_EQ(outcome.claimed, 0) << name;
         EXPECT_EQ(outcome.info->containerType, 0u) << name;
         EXPECT_EQ(outcome.info->fileSize, 0u) << name;
@@ -255,10 +238,7 @@ TEST(FailedReads, ABadSectorIsNotNeededOrIsToldOf) {
         }
         const std::string whole = dump(probeBytes(bytes));
         for (std::size_t at = 0; at < bytes.size(); at += kSector) {
-            TestFile file(bytes);
-            file.badFrom = at;
-            file.badTo = at + kSector;
-            const Outcome outcome = probeFile(file);
+            const Outcome outcome = probeWithBad(bytes, at, kSector);
             // The last time stamp of Flash Video, which its play time is taken from, may be
             // missing.
             const bool isUntimed = outcome.info->containerType == probe::kContainerFlv &&
@@ -278,9 +258,9 @@ TEST(FailedReads, OfAvi) {
     const Bytes avi = aviWithIndex(headers, chunk("00dc", picture), index);
     ASSERT_EQ(probeBytes(avi).info->pixelAspectX, 11u);
     const std::size_t idx1 = placeOf(avi, "idx1");
-    expectTold("AVI, the index", avi, idx1 + 8, idx1 + 9, {1, probe::kNotParsed, 0}, 2);
-    expectTold("AVI, the index's header", avi, idx1, idx1 + 1, {1, probe::kNotParsed, 0}, 2);
-    expectTold("AVI, the first picture", avi, 5000, 5001, {1, probe::kNotParsed, 0}, 6);
+    expectTold("AVI, the index", avi, idx1 + 8, {1, probe::kNotParsed, 0}, 2);
+    expectTold("AVI, the index's header", avi, idx1, {1, probe::kNotParsed, 0}, 2);
+    expectTold("AVI, the first picture", avi, 5000, {1, probe::kNotParsed, 0}, 6);
 
     // A start code at the far end of the payload.
     Bytes late(30'000, 0x55);
@@ -290,10 +270,7 @@ TEST(FailedReads, OfAvi) {
                                      chunk("idx1", join({idx1Entry("00dc", 4, 30'000)})));
     ASSERT_EQ(probeBytes(large).info->pixelAspectX, 33u);
     const std::size_t at = placeOf(large, "idx1") - 1;
-    TestFile file(large);
-    file.badFrom = at - 2000;
-    file.badTo = at - 1999;
-    const Outcome outcome = probeFile(file);
+    const Outcome outcome = probeWithBad(large, at - 2000);
     EXPECT_EQ(outcome.info->containerType, 0u);
     EXPECT_EQ(outcome.info->status, probe::kNotParsed);
     EXPECT_EQ(outcome.reads, 24u);

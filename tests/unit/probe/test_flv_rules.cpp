@@ -210,20 +210,16 @@ TEST(FlvRules, ATagThatCannotBeReadFails) {
     names.bytes(flv::text(std::string(9000, 'x')));
     for (const Case& one : {Case{"numbers", numbers.take(), 0}, Case{"a text", names.take(), 11}}) {
         const Bytes bytes = File(kVideo).script(one.script).video(0, 1, 20'000).end();
-        TestFile file(bytes);
-        file.badFrom = kBad;
-        file.badTo = kBad + kSector;
-        EXPECT_EQ(probeFile(file).info->containerType, one.containerType) << one.name;
+        EXPECT_EQ(probeWithBad(bytes, kBad, kSector).info->containerType, one.containerType)
+            << one.name;
     }
     for (const std::size_t front : {0u, 9u, 10u}) {
         // Of the picture's data, which begin there, ten bytes are read.
         const Bytes text = flv::text(std::string(kBad - front - 9 - 15 - 3 - 15, 'x'));
         const Bytes bytes = File(kVideo).tag(18, text).video(0, 1, 20'000).end();
         ASSERT_EQ(bytes[kBad - front], 0x17);
-        TestFile file(bytes);
-        file.badFrom = kBad;
-        file.badTo = kBad + kSector;
-        EXPECT_EQ(probeFile(file).info->containerType, front < 10 ? 0u : 11u) << front;
+        EXPECT_EQ(probeWithBad(bytes, kBad, kSector).info->containerType, front < 10 ? 0u : 11u)
+            << front;
     }
 }
 
@@ -239,10 +235,7 @@ TEST(FlvRules, OfASoundTagOneByteIsNeeded) {
                                 .end();
         ASSERT_EQ(bytes[kBad - front], 0xAF);
         ASSERT_EQ(bytes[kBad - front - 11], 8);
-        TestFile file(bytes);
-        file.badFrom = kBad;
-        file.badTo = kBad + kSector;
-        const Outcome outcome = probeFile(file);
+        const Outcome outcome = probeWithBad(bytes, kBad, kSector);
         EXPECT_EQ(outcome.info->containerType, front == 1 ? 11u : 0u);
         EXPECT_EQ(outcome.info->audioSampleRate, front == 1 ? 44'100u : 0u);
     }

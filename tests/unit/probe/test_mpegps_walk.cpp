@@ -57,19 +57,22 @@ void padWithPackets(Builder& builder, std::size_t size) {
 Bytes soundFrames() {
     return audio::frames(2, {.layer = 2, .bitRate = 8});
 }
-Bytes halfOf(const Bytes& bytes, bool second) {
-    const auto middle = bytes.begin() + 5;  // within a sequence header's width
-    return second ? Bytes(middle, bytes.end()) : Bytes(bytes.begin(), middle);
+constexpr std::ptrdiff_t kMiddle = 5;  // within a sequence header's width
+Bytes firstHalf(const Bytes& bytes) {
+    return Bytes(bytes.begin(), bytes.begin() + kMiddle);
+}
+Bytes secondHalf(const Bytes& bytes) {
+    return Bytes(bytes.begin() + kMiddle, bytes.end());
 }
 
 // The width that a sequence header tells whose halves stand in two packets around `between`; the
 // header of the second packet is `header`.
 std::uint32_t widthAcross(const Bytes& between, const Bytes& header = {0x0F}) {
     const Bytes video = ps::sequence({.width = 0x5A5});
-    const Bytes rest = Builder().bytes(header).bytes(halfOf(video, true)).take();
+    const Bytes rest = Builder().bytes(header).bytes(secondHalf(video)).take();
     const Bytes bytes = Builder()
                             .bytes(ps::pack1(0))
-                            .bytes(ps::packet1(0xE0, halfOf(video, false)))
+                            .bytes(ps::packet1(0xE0, firstHalf(video)))
                             .bytes(between)
                             .bytes(rawPacket(0xE0, rest))
                             .take();
@@ -170,8 +173,8 @@ TEST(MpegPsWalk, APacketWithoutALengthEndsAtTheNextStartCode) {
     };
     const Bytes bytes = Builder()
                             .bytes(ps::pack1(0))
-                            .bytes(unbounded(halfOf(video, false)))
-                            .bytes(unbounded(halfOf(video, true)))
+                            .bytes(unbounded(firstHalf(video)))
+                            .bytes(unbounded(secondHalf(video)))
                             .take();
     Walk walk(bytes);
     EXPECT_EQ(walk.go(), probe::kOk);
@@ -294,15 +297,15 @@ TEST(MpegPsWalk, TwoLikelyFramesMustBeAlikeInLayerAndRate) {
     EXPECT_EQ(rateOf({packet(2, k48), nothing}), 48'000u) << "a packet of no frame changes nothing";
 }
 
-// What stands in front of the end of the walk, which must be enough.
-struct AtLimit {
+// A part of a stream, and what it is.
+struct Part {
     const char* name;
     Bytes bytes;
 };
 
 TEST(MpegPsWalk, NothingBehind2MiBIsRead) {
     const Bytes video = ps::packet2(0xE0, ps::sequence({}));
-    const AtLimit rows[] = {
+    const Part rows[] = {
         {"no start code", Bytes(20, 0x55)},
         {"a pack", ps::pack2(0)},
         {"a system header", ps::systemHeader({0xE0, 0xC0})},
@@ -314,7 +317,7 @@ TEST(MpegPsWalk, NothingBehind2MiBIsRead) {
     builder.bytes(ps::pack2(0));
     padWithPackets(builder, kWalk - 50'000);
     Bytes bytes = builder.padTo(kWalk + 5000, 0x55).take();
-    for (const AtLimit& row : rows) {
+    for (const Part& row : rows) {
         for (std::size_t held = 1; held <= row.bytes.size(); ++held) {
             const auto limit = bytes.begin() + static_cast<std::ptrdiff_t>(kWalk);
             std::fill(limit - 100, limit + 100, std::uint8_t{0x55});
@@ -340,11 +343,11 @@ TEST(MpegPsWalk, GoesOver2MiBFromTheFirstPack) {
     }
 }
 
-// A packet whose data begin `needed` bytes in front of a sector, and is long.
+// A long packet, of whose data the first `bytes` are needed.
 struct Needed {
     const char* name;
     unsigned stream;
-    std::size_t bytes;  // of its data that are needed
+    std::size_t bytes;
 };
 
 TEST(MpegPsWalk, APacketThatDescribesNothingIsReadNoFurtherThanItsHeader) {
@@ -362,6 +365,7 @@ TEST(MpegPsWalk, APacketThatDescribesNothingIsReadNoFurtherThanItsHeader) {
           Needed{"the first, which is known", 0xE0, 32},
           Needed{"a stream of another kind", 0xFA, 3}, Needed{"padding", 0xBE, 0}}) {
         for (const std::size_t less : {0u, 1u}) {
+            // A sector that cannot be read begins behind what is needed, or one byte before.
             const std::size_t start = kBad - kPacketHead - row.bytes + less;
             const Bytes bytes =
                 Builder()
@@ -381,13 +385,13 @@ TEST(MpegPsWalk, APacketThatDescribesNothingIsReadNoFurtherThanItsHeader) {
 // A read that fails ends the walk, whatever would come behind: the one that reads ahead, and the
 // one of the sector that is needed.
 TEST(MpegPsWalk, AReadThatFailsEndsIt) {
-    const AtLimit rows[] = {{"a pack", ps::pack2(0)},
-                            {"a system header", ps::systemHeader({0xE0, 0xC0})},
-                            {"pictures", ps::packet2(0xE0, ps::pictures(2000))},
-                            {"sound", ps::packet2(0xC0, Bytes(2000, 0x55))},
-                            {"another packet", rawPacket(0xFA, Bytes(2000, 0x80))}};
+    const Part rows[] = {{"a pack", ps::pack2(0)},
+                         {"a system header", ps::systemHeader({0xE0, 0xC0})},
+                         {"pictures", ps::packet2(0xE0, ps::pictures(2000))},
+                         {"sound", ps::packet2(0xC0, Bytes(2000, 0x55))},
+                         {"another packet", rawPacket(0xFA, Bytes(2000, 0x80))}};
     constexpr std::size_t kBad = 16 * kSector;
-    for (const AtLimit& row : rows) {
+    for (const Part& row : rows) {
         for (std::size_t held = 0; held <= 8; ++held) {
             const std::size_t start = kBad - held;
             const Bytes bytes = Builder()
