@@ -1,10 +1,10 @@
 # What ./run and ./test share. Sourced by them; `root` is the checkout.
 
 # To run the player and its unit.
-run_packages="g++ cmake make ninja-build g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-nanum ffmpeg
- x11-utils imagemagick gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
- gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev librsvg2-bin libcli11-dev
- nlohmann-json3-dev libpugixml-dev libpng-dev libxcb-shape0-dev
+run_packages="g++ cmake make ninja-build g++-mingw-w64-x86-64-posix wine wine64 xvfb fonts-nanum
+ ffmpeg x11-utils imagemagick gstreamer1.0-plugins-base gstreamer1.0-plugins-good
+ gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly gstreamer1.0-libav googletest libgtest-dev
+ librsvg2-bin libcli11-dev nlohmann-json3-dev libpugixml-dev libpng-dev libxcb-shape0-dev
  libxcb-xtest0-dev"
 # To test it.
 test_packages="$run_packages clang clang-format clang-tidy cppcheck shellcheck
@@ -24,7 +24,8 @@ install_packages() {
         echo "$installed" | grep -qxF "$package" || missing="$missing $package"
     done
     [ -n "$missing" ] || return 0
-    command -v apt-get >/dev/null || die "these packages are missing and there is no apt-get:$missing"
+    command -v apt-get >/dev/null ||
+        die "these packages are missing and there is no apt-get:$missing"
     as_root=
     [ "$(id -u)" = 0 ] || as_root=sudo
     say "installing$missing"
@@ -32,13 +33,14 @@ install_packages() {
     {
         # shellcheck disable=SC2086  # the packages are words
         $as_root apt-get update &&
-            DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y --no-install-recommends $missing
+            DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y \
+                --no-install-recommends $missing
     } >"$root/out/install.log" 2>&1 ||
         die "these packages could not be installed:$missing; see out/install.log"
 }
 
-# build PRESET [CMake's options...]: configures and builds; quiet unless it fails. With `targets` set
-# only these are built.
+# build PRESET [CMake's options...]: configures and builds; quiet unless it fails. With `targets`
+# set only these are built.
 build() {
     preset=$1
     shift
