@@ -20,7 +20,7 @@ TESTS = {
             "^(app|player|shell)$"),
     "probe": (["probe_test"], "^probe_test$"),
     "mediaprobe": (["mediaprobe", "mediaprobe_test", "probe_samples"],
-                   "^(mediaprobe_test|check_(mediaprobe|pages|json|terminal))$"),
+                   "^(mediaprobe_test|check_(mediaprobe|pages|json|jobs|terminal))$"),
 }
 ADDRESS_SPACE = 6 << 30  # bytes; a fault may ask for all there is
 # Beyond the end of an array or a span of the library's its assertions see what the sanitizers miss.

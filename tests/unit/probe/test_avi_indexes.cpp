@@ -138,17 +138,23 @@ TEST(AviStandardIndex, MayBeginAnywhere) {
     }
 }
 
-// Of a super index the entries that the header list holds are followed, and no more: another one
-// would lead to the file's start, where no index is.
+// Of a super index the entries that the header list holds are followed, to the last one, and no
+// more: another one would lead to the file's start, where no index is.
 TEST(AviStandardIndex, AsManyAsTheHeaderListHolds) {
     for (std::size_t held = 14; held <= 18; ++held) {
         for (const std::uint32_t more : {0u, 1u, 100u}) {
-            const std::vector<SuperEntry> entries(held, SuperEntry{0x7FFF0000, 32});
+            std::vector<SuperEntry> entries(held, SuperEntry{0x7FFF0000, 32});
             const auto count = static_cast<std::uint32_t>(held) + more;
-            const Bytes super = superIndex("00dc", entries, 4, count);
-            const Bytes bytes =
-                aviWithIndex(join({avih(kPace), videoList("XVID", 64, 48, super)}), Bytes(64), {});
-            EXPECT_EQ(probeBytes(bytes).info->containerType, 1u) << held << ' ' << more;
+            Bytes bytes;
+            for (int pass = 0; pass < 2; ++pass) {
+                const Bytes super = superIndex("00dc", entries, 4, count);
+                const Bytes headers = join({avih(kPace), videoList("XVID", 64, 48, super)});
+                entries.back().offset = moviTypeAt(headers) + 4;
+                bytes = aviWithIndex(headers, standardIndex("00wb", 0, {}, 5000), {});
+            }
+            const Outcome outcome = probeBytes(bytes);
+            EXPECT_EQ(outcome.info->containerType, 1u) << held << ' ' << more;
+            EXPECT_EQ(outcome.info->durationSeconds, 5u) << held << ' ' << more;
         }
     }
 }
@@ -212,6 +218,7 @@ Indexed withIdx1(std::uint32_t entries, std::size_t before, const Bytes& behind,
 
 TEST(AviIdx1, OfManyBlocksEndsWithItsSize) {
     Builder more;
+    more.fill(8);  // so that what follows stands where entries would
     for (int i = 0; i < 9000; ++i) {
         more.bytes(idx1Entry("00dc", 4, 70'000));
     }

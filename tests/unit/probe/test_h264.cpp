@@ -224,7 +224,7 @@ TEST(H264, ACodeOf32ZerosMayFillItsBytes) {
         w.bits(0, zeros - 16);
         w.bits(1, 1);
         w.bits(0x3FFFFFFF, 32);
-        w.golomb(0);  // log2_max_frame_num_minus4
+        w.golomb(3);  // log2_max_frame_num_minus4
         w.golomb(2);  // pic_order_cnt_type
         EXPECT_EQ(probe::FindAspectInSps(endSet(w)).horizontal, zeros <= 32 ? 10u : 0u) << zeros;
     }
