@@ -7,19 +7,11 @@ import subprocess
 import sys
 import tempfile
 
+from expecting import expect, finish
+
 probe, samples = [os.path.abspath(path) for path in sys.argv[1:3]]
 WAITING = 64 * 4  # files that wait for each thread before any is told of
 cores = len(os.sched_getaffinity(0))
-failed = 0
-count = 0
-
-
-def expect(what, good):
-    global failed, count
-    count += 1
-    if not good:
-        failed += 1
-        print("FAILED", what)
 
 
 def threads_of(*jobs):
@@ -53,5 +45,4 @@ with tempfile.TemporaryDirectory() as work:
     for jobs in (2, 5):
         expect(f"{jobs} at a time print the same", lines_with(jobs, many) == alone)
 
-print(f"{count - failed} passed, {failed} failed")
-sys.exit(1 if failed else 0)
+finish()

@@ -10,16 +10,9 @@ import tempfile
 
 import jsonschema
 
+from expecting import expect, finish
+
 probe, samples, schema_path = [os.path.abspath(path) for path in sys.argv[1:4]]
-failed = 0
-
-
-def expect(what, good):
-    global failed
-    if not good:
-        failed += 1
-        print("FAILED", what)
-
 
 with open(schema_path, encoding="utf-8") as file:
     schema = json.load(file)
@@ -68,5 +61,4 @@ for key in keys:
     expect(f"a line without {key} is refused",
            not validator.is_valid({k: v for k, v in good.items() if k != key}))
 
-print(f"{len(lines)} lines, {failed} failed")
-sys.exit(1 if failed else 0)
+finish()

@@ -11,17 +11,9 @@ import sys
 import tempfile
 import threading
 
+from expecting import expect, finish
+
 probe, samples = [os.path.abspath(path) for path in sys.argv[1:3]]
-failed = 0
-count = 0
-
-
-def expect(what, good):
-    global failed, count
-    count += 1
-    if not good:
-        failed += 1
-        print("FAILED", what)
 
 
 def read_all(terminal):
@@ -133,5 +125,4 @@ with tempfile.TemporaryDirectory() as work:
     told, _ = run(["good.mp4"], ("stderr",))
     expect("short work shows none", told == b"")
 
-print(f"{count - failed} passed, {failed} failed")
-sys.exit(1 if failed else 0)
+finish()
